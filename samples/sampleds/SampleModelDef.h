@@ -1,0 +1,25 @@
+// The simulated scanner family's model definition, read from the bundle's ModelDef.plist.
+#pragma once
+
+#include "VmxUI.h"
+
+#include <string>
+
+class SampleModelDef final : public TwModelDefFile {
+public:
+    // A definition with empty tables when the file is missing or unreadable (reported in *error).
+    static SampleModelDef fromFile(const std::string& path, std::string* error);
+    explicit SampleModelDef(TwValue root) : m_root(root.isDictionary() ? root : TwValue::dictionary()) {}
+
+    TwValue UIEnable() const override { return table("UIEnable"); }
+    TwValue UIOptions() const override { return table("UIOptions"); }
+    TwValue UIControl() const override { return table("UIControl"); }
+    TwValue FeederADF() const override { return table("FeederADF"); }
+    TwValue FeederFlatbed() const override { return table("FeederFlatbed"); }
+    double getPhysicalWidth() const override;
+    double getMinHeight() const override;
+
+private:
+    TwValue table(const char* key) const;
+    TwValue m_root;
+};

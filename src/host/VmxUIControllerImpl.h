@@ -1,0 +1,74 @@
+// The facade the data source drives: it owns the settings model (and, once shown, the dialog
+// controller), forwards the callback, and answers key-path reads and writes.
+#pragma once
+
+#include "VmxUI.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+
+class TwainDialogData;
+class TwBundle;
+
+class VmxUIControllerImpl final : public VmxUIController {
+public:
+    // init: points the diagnostic log at its two files; no model, no controller.
+    VmxUIControllerImpl();
+    ~VmxUIControllerImpl() override;
+
+    void initWithDSBundle(const std::string& bundlePath) override;
+    void setModelDef(TwModelDefFile* modelDef) override { ModelDef = modelDef; }
+    void setModelName(const std::string& name) override { m_modelName = name; }
+    std::string modelName() const override { return m_modelName; }
+    void setDataWithDictionary(const TwValue& dictionary, std::uint32_t productID) override;
+    void setCallback(VmxUICallback callback) override;
+    void setUIContents(const TwValue& contents) override;
+    void readLastData() override;
+    TwValue dataForKeyPath(const std::string& keyPath) override;
+    void setDataWithKeyPathValue(const TwValue& keyPathValues) override;
+    TwainDialogDataInterface* DialogData() override;
+
+    void showUi(bool show, bool modal, bool onlyUI) override;
+    void startModal() override;
+    void stopModal() override;
+    void hideUi() override;
+    void closeDS() override;
+
+    bool showIndicators() const override { return m_showIndicators; }
+    void setShowIndicators(bool show) override { m_showIndicators = show; }
+
+    int showMessageBox(const std::string& message, const std::string& titleKey, std::uint32_t messageType) override;
+    int showMessageBox(const std::string& message, const std::string& titleKey, std::uint32_t messageType,
+                       std::uint16_t callbackEvent, std::uint32_t timeIntervalMs) override;
+    int showContinueScanDialog(std::uint16_t value) override;
+    void showProgressDialog() override;
+    void hideProgressDialog() override;
+    void setProgress(const void* progressRecord) override;
+
+    std::string localizedString(const std::string& key) override;
+    std::string localizedString(const std::string& key, const std::string& defualt) override;
+    std::string localizedStringNoEmpty(const std::string& key) override;
+
+    // Filters "PaperSourceAll" into "PaperSource" by what the connected scanner offers.
+    void updatePaperSource(const TwValue& contents);
+
+    std::shared_ptr<TwainDialogData> model() const { return _DialogData; }
+    VmxUICallback callback() const { return callbackFunc; }
+    bool isShow() const { return m_isShow; }
+    bool isShowModal() const { return m_isShowModal; }
+
+private:
+    void init();
+    void logModelUseCount(const char* method, int step) const;
+
+    std::mutex m_controllerLock; // guards the creation of the dialog controller
+    std::shared_ptr<TwainDialogData> _DialogData;
+    VmxUICallback callbackFunc = nullptr;
+    bool m_isShow = true;
+    bool m_isShowModal = false;
+    bool m_showIndicators = true;
+    std::string m_modelName;
+    TwModelDefFile* ModelDef = nullptr;
+    std::shared_ptr<TwBundle> bundleDS;
+};

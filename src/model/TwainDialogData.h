@@ -1,0 +1,126 @@
+// The settings model: one tree of dictionaries addressed by dot-separated key paths, whose first
+// component names a section. Controls bind to it, the enable rules observe it, and the data source
+// reads and writes it through the facade.
+#pragma once
+
+#include "TwObservation.h"
+#include "TwValue.h"
+#include "VmxUI.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class TwBundle;
+
+// One row of the capability map: which setting goes to the scanner as which capability.
+struct TwCapabilityMapEntry {
+    std::uint16_t capability;
+    std::uint16_t itemType;
+    const char* keyPath;
+};
+
+class TwainDialogData : public TwainDialogDataInterface, public TwKeyValueObserver {
+public:
+    static constexpr const char* kSections[] = {"ScanInfo", "const",   "content", "contentValues",
+                                                "range",    "enable",  "Data",    "Default",
+                                                "profiles", "temp",    "image"};
+    static const TwCapabilityMapEntry kCapabilityMap[2];
+
+    // init: the eleven sections, rules from this module's "EnableLink" resource if it has one.
+    TwainDialogData();
+    // initWithDSBundle: init, keep the data source's bundle, then setConst.
+    explicit TwainDialogData(std::shared_ptr<TwBundle> bundleDS);
+    ~TwainDialogData() override;
+    TwainDialogData(const TwainDialogData&) = delete;
+    TwainDialogData& operator=(const TwainDialogData&) = delete;
+
+    void setConst();
+    void setModelDef(TwModelDefFile* modelDef) { ModelDef = modelDef; }
+    TwModelDefFile* modelDef() const { return ModelDef; }
+    const std::shared_ptr<TwBundle>& bundleDS() const { return m_bundleDS; }
+    void setCallback(VmxUICallback callback) { pfCallback = callback; }
+    VmxUICallback callback() const { return pfCallback; }
+
+    // ---- Reading and writing by key path ----
+
+    // A missing section is created empty on first read; a missing key gives null. An array met
+    // before the last component answers with the array of its elements' values for the rest.
+    TwValue valueForKeyPath(std::string_view keyPath) override;
+    TwValue valueForKey(std::string_view key);
+    TwValue valueForUndefinedKey(std::string_view key);
+
+    // The notifying write: missing intermediate dictionaries are created, then the value is set
+    // and the observers of the path and of every path below it are told, even when the value is
+    // equal to the old one. A one-component path merges into the section. Failures are dropped.
+    void setValueForKeyPath(const TwValue& value, std::string_view keyPath);
+    // The same write without telling any observer.
+    void setValueForKeyPathWithoutNotification(const TwValue& value, std::string_view keyPath);
+    void setValueDictionaryforKeyPath(std::string_view keyPath);
+    void setValueForUndefinedKey(const TwValue& value, std::string_view key);
+    // For every key: setValueForKeyPath(value, key).
+    void setDataWithDictionary(const TwValue& dictionary);
+    // Writes only when the stored value is not equal, inside a will/did bracket of the whole path.
+    void myChangeValue(const TwValue& value, std::string_view keyPath);
+
+    // ---- Observing ----
+
+    void addObserver(TwKeyValueObserver* observer, std::string_view keyPath, unsigned options,
+                     void* context = nullptr);
+    void removeObserver(TwKeyValueObserver* observer, std::string_view keyPath);
+    void willChangeValueForKey(std::string_view keyPath);
+    void didChangeValueForKey(std::string_view keyPath);
+    std::size_t observationCount() const { return m_observation.observationCount(); }
+    std::size_t observationCount(const TwKeyValueObserver* o) const { return m_observation.observationCount(o); }
+    void observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object, const TwKeyValueChange& change,
+                                void* context) override;
+
+    // ---- Plain dictionaries ----
+
+    TwValue dictionary(const TwValue& dict, const std::vector<std::string>& keys);
+    TwValue dictionaryRead(const TwValue& dict, const std::vector<std::string>& keys);
+    TwValue dictionaryRead(const TwValue& dict, std::string_view keyPath);
+    void setValue(const TwValue& value, const TwValue& dict, const std::vector<std::string>& keys);
+    // Leaf key paths below the dictionary, in key order; prefix null gives bare keys.
+    std::vector<std::string> allKeyPaths(const std::string* prefix, const TwValue& dict) const;
+    std::vector<std::string> allKeyPaths() const;
+
+    // ---- Texts ----
+
+    // Data source's bundle first (a key it lacks comes back as the key), else this module's.
+    std::string localizedString(const std::string& key, const std::string* defualt);
+    std::string localizedString(const std::string& key) { return localizedString(key, nullptr); }
+
+    // ---- Capabilities (event 1) ----
+
+    void setCapabilityWithUInt32(std::uint16_t capability, std::uint32_t value);
+    void setCapabilityWithFix32(std::uint16_t capability, float value);
+    void UpdateCapData(std::string_view keyPath, const TwValue& value) override;
+    static TwCapabilityRecord makeFix32Record(std::uint16_t capability, float value);
+
+    // ---- Fields ----
+
+    TwValue m_dictData;              // section name -> section dictionary
+    TwValue m_dictObserver;          // key path -> observers the model registered (itself)
+    TwValue m_CustomPapers;          // array of custom paper dictionaries
+    TwValue m_CustomProfiles;        // array of profile dictionaries with "ProfileName"
+    TwValue m_CustomGammas;          // name -> custom gamma
+    TwValue m_CustomPaperTemp;       // working copy while custom papers are edited
+    TwModelDefFile* ModelDef = nullptr;
+    VmxUICallback pfCallback = nullptr;
+    bool bInProfileProcess = false;
+    bool bInLoadProfile = false;
+    bool m_bInInit = false;
+    bool m_bForbitChange = false;
+    TwValue m_dictEnableChange;      // target enable key -> rule
+    TwValue m_dictObserverChange;    // source key path -> target enable keys
+
+private:
+    void writeValue(const TwValue& value, std::string_view keyPath, bool notify);
+    TwValue section(std::string_view name);
+
+    std::shared_ptr<TwBundle> m_bundleDS;
+    TwObservationCenter m_observation;
+};
