@@ -118,8 +118,9 @@ int SampleDataSource::runHeadless() {
     TwValue sources = m_ui->dataForKeyPath("content.PaperSource.value");
     std::printf("paper sources offered: %s\n", sources.description().c_str());
 
-    // The user would pick 300 dpi; the data source pushes it to the scanner.
-    m_ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.Resolution", 300}}));
+    // The user picks another resolution; the data source pushes it to the scanner.
+    int wanted = m_ui->dataForKeyPath("Data.Resolution").intValue() == 400 ? 300 : 400;
+    m_ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.Resolution", wanted}}));
     TwValue resolution = m_ui->dataForKeyPath("Data.Resolution");
     std::printf("Data.Resolution = %s after the write\n", resolution.description().c_str());
     if (auto model = m_ui->DialogData())

@@ -1,0 +1,195 @@
+// The facade as the data source drives it without a window: building the model, the paper-source
+// filter, key-path reads and writes, the callback and its capability record, and the trace.
+#include "FakeModelDef.h"
+#include "OrvaDebug.h"
+#include "TwainDialogData.h"
+#include "VmxUIControllerImpl.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cstring>
+
+namespace {
+std::vector<std::pair<std::uint16_t, TwCapabilityRecord>> g_events;
+std::uint16_t recordEvent(std::uint16_t event, void* data) {
+    TwCapabilityRecord r{};
+    if (event == kVmxEventSetCapability)
+        std::memcpy(&r, data, sizeof r);
+    g_events.emplace_back(event, r);
+    return 0;
+}
+
+std::vector<int> values(const TwValue& list) {
+    std::vector<int> out;
+    if (auto a = list.list())
+        for (auto& e : *a)
+            out.push_back(e.dict()->value("value").intValue());
+    return out;
+}
+
+class Observer : public TwKeyValueObserver {
+public:
+    int count = 0;
+    void observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange&, void*) override {
+        ++count;
+    }
+};
+} // namespace
+
+class TestFacade : public QObject {
+    Q_OBJECT
+    FakeModelDef def;
+    QTemporaryDir dir;
+
+    std::unique_ptr<VmxUIControllerImpl> loaded(bool flatbed = true, bool passport = true) {
+        auto ui = std::make_unique<VmxUIControllerImpl>();
+        OrvaSetLogPaths(nullptr, nullptr);
+        ui->initWithDSBundle(dir.path().toStdString());
+        ui->setModelDef(&def);
+        ui->setModelName("Test scanner");
+        ui->setDataWithDictionary(capabilityValues(flatbed, passport), 0);
+        return ui;
+    }
+
+private slots:
+    void withoutModelEverythingIsQuiet() {
+        VmxUIControllerImpl ui;
+        QVERIFY(ui.dataForKeyPath("Data.Resolution").isNull());
+        QVERIFY(ui.DialogData() == nullptr);
+        ui.setDataWithKeyPathValue(TwValue::dictionary({{"Data.Resolution", 300}}));
+        ui.setUIContents(def.options);
+        ui.setCallback(&recordEvent);
+        ui.showUi(false, true, true);
+        ui.hideUi();
+        ui.closeDS();
+        QVERIFY(ui.dataForKeyPath("Data.Resolution").isNull());
+    }
+
+    void paperSourcesFollowTheScanner_data() {
+        QTest::addColumn<bool>("flatbed");
+        QTest::addColumn<bool>("passport");
+        QTest::addColumn<QList<int>>("expected");
+        QTest::newRow("feeder only") << false << false << QList<int>{0, 1};
+        QTest::newRow("passport") << false << true << QList<int>{0, 1, 5};
+        QTest::newRow("flatbed") << true << false << QList<int>{0, 2, 3, 1, 4};
+        QTest::newRow("both, list order kept") << true << true << QList<int>{0, 2, 3, 1, 4, 5};
+    }
+    void paperSourcesFollowTheScanner() {
+        QFETCH(bool, flatbed);
+        QFETCH(bool, passport);
+        QFETCH(QList<int>, expected);
+        auto ui = loaded(flatbed, passport);
+        auto got = values(ui->dataForKeyPath("content.PaperSource"));
+        QCOMPARE(QList<int>(got.begin(), got.end()), expected);
+        QCOMPARE(values(ui->dataForKeyPath("content.PaperSourceAll")).size(), size_t(6));
+    }
+
+    void contentEntriesAreOwnCopies() {
+        auto ui = loaded();
+        ui->dataForKeyPath("content.Resolution").list()->at(0).dict()->set("display", "changed");
+        QCOMPARE(def.options.dict()->value("Resolution").list()->at(0).dict()->value("display").stringValue(),
+                 std::string("300 dpi"));
+    }
+
+    void setUIContentsIsOneChange() {
+        auto ui = loaded();
+        Observer o;
+        ui->model()->addObserver(&o, "content.Resolution", kTwObserveNew);
+        ui->model()->addObserver(&o, "content.PaperSource", kTwObserveNew);
+        ui->setUIContents(def.options);
+        QCOMPARE(o.count, 2); // each observed list told once
+        ui->model()->removeObserver(&o, "content.Resolution");
+        ui->model()->removeObserver(&o, "content.PaperSource");
+    }
+
+    void keyPathReadsAndWrites() {
+        auto ui = loaded();
+        QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 200);
+        QCOMPARE(ui->dataForKeyPath("Default.Resolution").intValue(), 200);
+        Observer o;
+        ui->model()->addObserver(&o, "Data.Resolution", kTwObserveNew);
+        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.Resolution", 600}, {"Data.Feed.NoLookAhead", true}}));
+        QCOMPARE(o.count, 1);
+        QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 600);
+        QVERIFY(ui->dataForKeyPath("Data.Feed.NoLookAhead").boolValue());
+        ui->setDataWithKeyPathValue(TwValue());
+        QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 600);
+        ui->model()->removeObserver(&o, "Data.Resolution");
+    }
+
+    void eventOneNeedsTheCallbackOfTheCurrentModel() {
+        auto ui = loaded();
+        g_events.clear();
+        ui->DialogData()->UpdateCapData("Data.Resolution", 300);
+        QVERIFY(g_events.empty()); // no callback yet
+        ui->setCallback(&recordEvent);
+        ui->DialogData()->UpdateCapData("Data.Resolution", 300);
+        QCOMPARE(g_events.size(), size_t(1));
+        QCOMPARE(g_events[0].first, std::uint16_t(1));
+        QCOMPARE(g_events[0].second.capability, std::uint16_t(0x1118));
+        QCOMPARE(g_events[0].second.value.uint32, 300u);
+
+        // A rebuilt model carries no callback until the data source hands it over again.
+        ui->setDataWithDictionary(capabilityValues(true, true), 0);
+        ui->DialogData()->UpdateCapData("Data.ImageType", 2);
+        QCOMPARE(g_events.size(), size_t(1));
+        ui->setCallback(&recordEvent);
+        ui->DialogData()->UpdateCapData("Data.ImageType", 2);
+        QCOMPARE(g_events.size(), size_t(2));
+        QCOMPARE(g_events[1].second.capability, std::uint16_t(0x0101));
+    }
+
+    void closeDSDropsTheModel() {
+        auto ui = loaded();
+        ui->closeDS();
+        QVERIFY(ui->DialogData() == nullptr);
+        QVERIFY(ui->dataForKeyPath("Data.Resolution").isNull());
+    }
+
+    void malformedCapabilityValuesAreRefused() {
+        auto ui = std::make_unique<VmxUIControllerImpl>();
+        ui->setModelDef(&def);
+        ui->setDataWithDictionary(TwValue::array({1, 2}), 0);
+        QVERIFY(ui->DialogData() != nullptr); // an empty model, still usable
+        QVERIFY(ui->dataForKeyPath("Data.Resolution").isNull());
+        QCOMPARE(values(ui->dataForKeyPath("content.PaperSource")), (std::vector<int>{0, 1}));
+    }
+
+    void showUiWithoutShowOnlySetsFlags() {
+        auto ui = loaded();
+        ui->showUi(false, true, true);
+        QVERIFY(!ui->isShow());
+        QVERIFY(ui->isShowModal());
+    }
+
+    void callsAreTraced() {
+        QTemporaryDir logDir;
+        QString log = logDir.path() + "/orvatwain.log";
+        QFile f(log);
+        QVERIFY(f.open(QIODevice::WriteOnly)); // an empty file switches logging on
+        f.close();
+        auto ui = std::make_unique<VmxUIControllerImpl>();
+        OrvaSetLogPaths(log.toLocal8Bit().constData(), nullptr);
+        ui->initWithDSBundle(dir.path().toStdString()); // init points the log at /var/tmp again
+        OrvaSetLogPaths(log.toLocal8Bit().constData(), nullptr);
+        ui->setModelDef(&def);
+        ui->setDataWithDictionary(capabilityValues(false, false), 0);
+        ui->showUi(false, false, true);
+        ui->closeDS();
+        ui.reset();
+        OrvaSetLogPaths(nullptr, nullptr);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QString text = QString::fromUtf8(f.readAll());
+        QVERIFY(text.startsWith("[Creat at "));
+        QVERIFY2(text.contains("ENTER: VmxUIController::setDataWithDictionary"), qPrintable(text));
+        QVERIFY(text.contains("hasFlatbed = 0, canPassport = 0"));
+        QVERIFY(text.contains("\tmodal = 0, onlyUI = 1"));
+        QVERIFY(text.contains("STEP 0 [_DialogData retainCount]"));
+        QVERIFY(text.contains("ENTER: VmxUIController::closeDS"));
+    }
+};
+
+QTEST_APPLESS_MAIN(TestFacade)
+#include "tst_facade.moc"

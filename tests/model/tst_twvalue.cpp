@@ -1,0 +1,114 @@
+// The value tree: equality and conversions as the settings rules rely on them, reference
+// semantics of containers, and the ordered dictionary.
+#include "TwValue.h"
+
+#include <QTest>
+
+Q_DECLARE_METATYPE(TwValue)
+
+class TestTwValue : public QObject {
+    Q_OBJECT
+private slots:
+    void equality_data() {
+        QTest::addColumn<TwValue>("a");
+        QTest::addColumn<TwValue>("b");
+        QTest::addColumn<bool>("equal");
+        QTest::newRow("int = real") << TwValue(300) << TwValue(300.0) << true;
+        QTest::newRow("int != real fraction") << TwValue(1) << TwValue(1.5) << false;
+        QTest::newRow("true = 1") << TwValue(true) << TwValue(1) << true;
+        QTest::newRow("false = 0.0") << TwValue(false) << TwValue(0.0) << true;
+        QTest::newRow("number != its string") << TwValue(1) << TwValue("1") << false;
+        QTest::newRow("string case matters") << TwValue("ADF") << TwValue("adf") << false;
+        QTest::newRow("null = null") << TwValue() << TwValue() << true;
+        QTest::newRow("null != 0") << TwValue() << TwValue(0) << false;
+        QTest::newRow("null != empty string") << TwValue() << TwValue("") << false;
+        QTest::newRow("arrays deep") << TwValue::array({1, "a", TwValue::dictionary({{"k", 2}})})
+                                     << TwValue::array({1.0, "a", TwValue::dictionary({{"k", 2.0}})}) << true;
+        QTest::newRow("arrays order") << TwValue::array({1, 2}) << TwValue::array({2, 1}) << false;
+        QTest::newRow("dicts ignore order") << TwValue::dictionary({{"a", 1}, {"b", 2}})
+                                            << TwValue::dictionary({{"b", 2}, {"a", 1}}) << true;
+        QTest::newRow("dicts extra key") << TwValue::dictionary({{"a", 1}})
+                                         << TwValue::dictionary({{"a", 1}, {"b", 2}}) << false;
+        QTest::newRow("data") << TwValue(TwBytes{1, 2}) << TwValue(TwBytes{1, 2}) << true;
+        QTest::newRow("large ints") << TwValue(9007199254740993LL) << TwValue(9007199254740992LL) << false;
+    }
+    void equality() {
+        QFETCH(TwValue, a);
+        QFETCH(TwValue, b);
+        QFETCH(bool, equal);
+        QCOMPARE(a.isEqual(b), equal);
+        QCOMPARE(b.isEqual(a), equal);
+    }
+
+    void conversions_data() {
+        QTest::addColumn<TwValue>("v");
+        QTest::addColumn<int>("intValue");
+        QTest::addColumn<double>("doubleValue");
+        QTest::addColumn<bool>("boolValue");
+        QTest::newRow("real truncates") << TwValue(12.6) << 12 << 12.6 << true;
+        QTest::newRow("negative real truncates") << TwValue(-2.7) << -2 << -2.7 << true;
+        QTest::newRow("leading number") << TwValue(" 42abc") << 42 << 42.0 << true;
+        QTest::newRow("real string") << TwValue("3.75") << 3 << 3.75 << true;
+        QTest::newRow("no number") << TwValue("abc") << 0 << 0.0 << false;
+        QTest::newRow("yes string") << TwValue("YES") << 0 << 0.0 << true;
+        QTest::newRow("zeros then digit") << TwValue("-007") << -7 << -7.0 << true;
+        QTest::newRow("true") << TwValue(true) << 1 << 1.0 << true;
+        QTest::newRow("null") << TwValue() << 0 << 0.0 << false;
+        QTest::newRow("dictionary") << TwValue::dictionary() << 0 << 0.0 << false;
+    }
+    void conversions() {
+        QFETCH(TwValue, v);
+        QFETCH(int, intValue);
+        QFETCH(double, doubleValue);
+        QFETCH(bool, boolValue);
+        QCOMPARE(v.intValue(), intValue);
+        QCOMPARE(v.doubleValue(), doubleValue);
+        QCOMPARE(v.boolValue(), boolValue);
+    }
+
+    void unsignedOfNegativeWraps() { QCOMPARE(TwValue(-1).unsignedIntValue(), 0xFFFFFFFFu); }
+
+    void containersAreShared() {
+        TwValue d = TwValue::dictionary();
+        TwValue alias = d;
+        alias.dict()->set("k", 1);
+        QCOMPARE(d.dict()->value("k").intValue(), 1);
+
+        TwValue copy = d.deepCopy();
+        copy.dict()->set("k", 2);
+        QCOMPARE(d.dict()->value("k").intValue(), 1);
+    }
+
+    void deepCopyCopiesEveryLevel() {
+        TwValue inner = TwValue::dictionary({{"x", 1}});
+        TwValue outer = TwValue::dictionary({{"inner", inner}, {"list", TwValue::array({inner})}});
+        TwValue copy = outer.deepCopy();
+        QVERIFY(copy.isEqual(outer));
+        copy.dict()->value("inner").dict()->set("x", 5);
+        copy.dict()->value("list").list()->at(0).dict()->set("x", 6);
+        QCOMPARE(inner.dict()->value("x").intValue(), 1);
+    }
+
+    void dictionaryKeepsInsertionOrderAndIndex() {
+        TwDictionary d;
+        // Enough keys to switch to the hashed index, then removals and re-insertions.
+        for (int i = 0; i < 40; ++i)
+            d.set("k" + std::to_string(39 - i), i);
+        d.remove("k20");
+        d.set("k5", 100); // replacing keeps the place
+        d.set("k20", 7);  // re-inserted at the end
+        d.set("k7", TwValue()); // a null value removes
+        auto keys = d.keys();
+        QCOMPARE(keys.size(), size_t(39));
+        QCOMPARE(keys.front(), std::string("k39"));
+        QCOMPARE(keys.back(), std::string("k20"));
+        QCOMPARE(d.value("k5").intValue(), 100);
+        QCOMPARE(d.value("k20").intValue(), 7);
+        QVERIFY(!d.contains("k7"));
+        for (std::size_t i = 0; i < keys.size(); ++i)
+            QCOMPARE(d.find(keys[i]), std::ptrdiff_t(i));
+    }
+};
+
+QTEST_APPLESS_MAIN(TestTwValue)
+#include "tst_twvalue.moc"
