@@ -1,0 +1,169 @@
+// Property lists and bundle folders: round trips through libplist, refusal of broken input, and
+// the resource and string-table lookups of a bundle.
+#include "OrvaDebug.h"
+#include "TwBundle.h"
+#include "TwPlist.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+void writeFile(const QString& path, const QByteArray& bytes) {
+    QDir().mkpath(QFileInfo(path).path());
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write(bytes);
+}
+
+QByteArray strings(const QList<QPair<QString, QString>>& entries) {
+    TwValue d = TwValue::dictionary();
+    for (auto& [k, v] : entries)
+        d.dict()->set(k.toStdString(), v.toStdString());
+    return QByteArray::fromStdString(TwPlistToXml(d));
+}
+} // namespace
+
+class TestBundle : public QObject {
+    Q_OBJECT
+    QTemporaryDir dir;
+
+private slots:
+    void initTestCase() {
+        OrvaSetLogPaths(nullptr, nullptr);
+        qputenv("LANGUAGE", "de");
+    }
+
+    void plistRoundTripKeepsTypesAndOrder() {
+        TwValue tree = TwValue::dictionary(
+            {{"zeta", 1},
+             {"alpha", -42},
+             {"real", 2.5},
+             {"flag", true},
+             {"text", "Größe – A4"},
+             {"bytes", TwValue(TwBytes{0, 1, 255})},
+             {"big", 5000000000LL},
+             {"list", TwValue::array({TwValue::dictionary({{"value", 3}}), "x"})},
+             {"empty", TwValue::dictionary()}});
+        std::string xml = TwPlistToXml(tree);
+        std::string error;
+        TwValue back = TwPlistParse(xml.data(), xml.size(), &error);
+        QVERIFY2(back.isDictionary(), error.c_str());
+        QVERIFY(back.isEqual(tree));
+        QCOMPARE(back.dict()->keys(), tree.dict()->keys());
+        QVERIFY(back.dict()->value("alpha").isInteger());
+        QVERIFY(back.dict()->value("real").isReal());
+        QVERIFY(back.dict()->value("flag").isBoolean());
+    }
+
+    void brokenInputIsRefused_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("text") << QByteArray("not a plist at all");
+        QTest::newRow("truncated") << QByteArray("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>a</key>");
+        QTest::newRow("binary header only") << QByteArray("bplist00");
+    }
+    void brokenInputIsRefused() {
+        QFETCH(QByteArray, bytes);
+        std::string error;
+        TwValue v = TwPlistParse(bytes.constData(), std::size_t(bytes.size()), &error);
+        QVERIFY(v.isNull());
+        QVERIFY(!error.empty());
+    }
+
+    void deepNestingDoesNotExhaustTheStack() {
+        QByteArray xml = "<?xml version=\"1.0\"?><plist version=\"1.0\">";
+        for (int i = 0; i < 400; ++i)
+            xml += "<array>";
+        for (int i = 0; i < 400; ++i)
+            xml += "</array>";
+        xml += "</plist>";
+        TwValue v = TwPlistParse(xml.constData(), std::size_t(xml.size()));
+        QVERIFY(v.isArray() || v.isNull());
+    }
+
+    void missingFileReportsWhy() {
+        std::string error;
+        QVERIFY(TwPlistReadFile((dir.path() + "/nope.plist").toStdString(), &error).isNull());
+        QVERIFY(error.find("nope.plist") != std::string::npos);
+    }
+
+    void bundleReadsItsInfo() {
+        QString path = dir.path() + "/A.bundle";
+        writeFile(path + "/Contents/Info.plist",
+                  QByteArray::fromStdString(TwPlistToXml(TwValue::dictionary(
+                      {{"CFBundleIdentifier", "com.example.ds"}, {"CFBundleVersion", "2.1"}}))));
+        auto bundle = TwBundle::bundleWithPath(path.toStdString());
+        QVERIFY(bundle);
+        QCOMPARE(bundle->bundleIdentifier(), std::string("com.example.ds"));
+        QCOMPARE(bundle->objectForInfoDictionaryKey("CFBundleVersion").stringValue(), std::string("2.1"));
+        QVERIFY(bundle->objectForInfoDictionaryKey("Missing").isNull());
+    }
+
+    void bundleWithoutOrWithBrokenInfo() {
+        QVERIFY(!TwBundle::bundleWithPath((dir.path() + "/absent").toStdString()));
+        QVERIFY(!TwBundle::bundleWithPath(""));
+        QString path = dir.path() + "/B.bundle";
+        writeFile(path + "/Contents/Info.plist", "garbage");
+        auto bundle = TwBundle::bundleWithPath(path.toStdString());
+        QVERIFY(bundle);
+        QCOMPARE(bundle->bundleIdentifier(), std::string());
+        QVERIFY(bundle->infoDictionary().isDictionary());
+    }
+
+    void resourcesArePlainThenLocalized() {
+        QString path = dir.path() + "/C.bundle";
+        writeFile(path + "/Contents/Resources/EnableLink.plist", "x");
+        writeFile(path + "/Contents/Resources/en.lproj/Help.html", "x");
+        writeFile(path + "/Contents/Resources/de.lproj/Help.html", "x");
+        auto bundle = TwBundle::bundleWithPath(path.toStdString());
+        QCOMPARE(QString::fromStdString(bundle->pathForResource("EnableLink", "plist")),
+                 path + "/Contents/Resources/EnableLink.plist");
+        QCOMPARE(QString::fromStdString(bundle->pathForResource("Help", "html")),
+                 path + "/Contents/Resources/de.lproj/Help.html");
+        QCOMPARE(bundle->pathForResource("Missing", "png"), std::string());
+    }
+
+    void stringLookupFollowsThePlatformRule() {
+        QString path = dir.path() + "/D.bundle";
+        writeFile(path + "/Contents/Resources/de.lproj/Localizable.strings", strings({{"IDS_OK", "OK (de)"}}));
+        writeFile(path + "/Contents/Resources/en.lproj/Localizable.strings",
+                  strings({{"IDS_OK", "OK"}, {"IDS_CANCEL", "Cancel"}}));
+        auto bundle = TwBundle::bundleWithPath(path.toStdString());
+        QCOMPARE(bundle->localizedStringForKey("IDS_OK", ""), std::string("OK (de)"));
+        // The first language that has the table answers alone, as on the platform.
+        QCOMPARE(bundle->localizedStringForKey("IDS_CANCEL", "fallback"), std::string("fallback"));
+        QCOMPARE(bundle->localizedStringForKey("IDS_CANCEL", ""), std::string("IDS_CANCEL"));
+        QVERIFY(bundle->hasLocalizedString("IDS_OK"));
+        QVERIFY(!bundle->hasLocalizedString("IDS_CANCEL"));
+    }
+
+    void unreadableTableFallsToTheNextLanguage() {
+        QString path = dir.path() + "/E.bundle";
+        writeFile(path + "/Contents/Resources/de.lproj/Localizable.strings", "\"IDS_OK\" = \"old style\";");
+        writeFile(path + "/Contents/Resources/en.lproj/Localizable.strings", strings({{"IDS_OK", "OK"}}));
+        auto bundle = TwBundle::bundleWithPath(path.toStdString());
+        QCOMPARE(bundle->localizedStringForKey("IDS_OK", ""), std::string("OK"));
+    }
+
+    void moduleBundleCanBePointedAt() {
+        QString path = dir.path() + "/Own.bundle";
+        QDir().mkpath(path);
+        TwBundle::setModuleBundlePath(path.toStdString());
+        QVERIFY(TwBundle::moduleBundle());
+        QCOMPARE(QString::fromStdString(TwBundle::moduleBundle()->bundlePath()), QDir(path).absolutePath());
+        TwBundle::setModuleBundlePath("");
+        // A test executable is no bundle of its own.
+        QVERIFY(!TwBundle::moduleBundle());
+    }
+
+    void theModulesOwnBundleIsBuilt() {
+        auto own = TwBundle::bundleWithPath(VMX_BUNDLE_DIR);
+        QVERIFY(own);
+        QVERIFY(!own->bundleIdentifier().empty());
+    }
+};
+
+QTEST_APPLESS_MAIN(TestBundle)
+#include "tst_bundle.moc"
