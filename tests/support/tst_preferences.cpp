@@ -1,0 +1,190 @@
+// Preferences on disk: what one save writes, what concurrent savers keep, what a broken file and
+// a killed process leave behind.
+#include "OrvaDebug.h"
+#include "TwPlist.h"
+#include "TwPreferences.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <random>
+
+namespace {
+const std::string kDomain = "com.example.scanner.ds";
+
+TwValue readBack(const QString& file) {
+    std::string error;
+    return TwPlistReadFile(file.toStdString(), &error);
+}
+
+// A value whose XML is large enough that a save takes a while.
+TwValue bigBlob(int version) {
+    auto list = TwValue::array();
+    for (int i = 0; i < 4000; ++i)
+        list.list()->push_back(TwValue::dictionary({{"index", i}, {"version", version}, {"pad", std::string(40, 'x')}}));
+    return list;
+}
+} // namespace
+
+class TestPreferences : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
+
+    void savedValuesReadBackInANewInstance() {
+        QTemporaryDir dir;
+        QString sub = dir.path() + "/not/yet/there";
+        {
+            TwPreferences prefs(kDomain, sub.toStdString());
+            QVERIFY(prefs.copyValue("profiles").isNull());
+            prefs.setValue("profiles", TwValue::array({TwValue::dictionary({{"ProfileName", "Office"}, {"Resolution", 300}})}));
+            prefs.setValue("Runned", 1);
+            QVERIFY(prefs.copyValue("Runned").isEqual(TwValue(1))); // pending writes are visible at once
+            QVERIFY(prefs.synchronize());
+        }
+        QString file = sub + "/" + QString::fromStdString(kDomain) + ".plist";
+        QVERIFY(QFile::exists(file));
+        QCOMPARE(QFile(file).permissions() & (QFile::ReadOther | QFile::ReadGroup), QFile::Permissions());
+        TwValue onDisk = readBack(file);
+        QVERIFY(onDisk.isDictionary());
+        QCOMPARE(onDisk.dict()->value("profiles").list()->at(0).dict()->value("ProfileName").stringValue(),
+                 std::string("Office"));
+
+        TwPreferences again(kDomain, sub.toStdString());
+        QCOMPARE(again.copyValue("Runned").intValue(), 1);
+        again.setValue("Runned", TwValue()); // null removes
+        QVERIFY(again.synchronize());
+        QVERIFY(!readBack(file).dict()->contains("Runned"));
+        QVERIFY(readBack(file).dict()->contains("profiles"));
+    }
+
+    void noDomainReadsAndWritesNothing() {
+        QTemporaryDir dir;
+        TwPreferences prefs("", dir.path().toStdString());
+        prefs.setValue("profiles", TwValue::array());
+        QVERIFY(prefs.copyValue("profiles").isNull());
+        QVERIFY(!prefs.synchronize());
+        QCOMPARE(QDir(dir.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size(), 0);
+    }
+
+    void twoSaversKeepEachOthersKeys() {
+        QTemporaryDir dir;
+        TwPreferences a(kDomain, dir.path().toStdString());
+        TwPreferences b(kDomain, dir.path().toStdString());
+        QVERIFY(a.copyValue("custom papers").isNull()); // both have read the empty state
+        QVERIFY(b.copyValue("custom papers").isNull());
+        a.setValue("custom papers", TwValue::array({TwValue::dictionary({{"Name", "Card"}})}));
+        QVERIFY(a.synchronize());
+        b.setValue("customize", TwValue::dictionary({{"BorderRemoval", TwValue::dictionary({{"left", 10}})}}));
+        QVERIFY(b.synchronize());
+        QVERIFY(b.copyValue("custom papers").isArray()); // b now sees what a saved
+        TwPreferences c(kDomain, dir.path().toStdString());
+        QVERIFY(c.copyValue("custom papers").isArray());
+        QVERIFY(c.copyValue("customize").isDictionary());
+    }
+
+    void twoProcessesSavingAtOnceLoseNothing() {
+        QTemporaryDir dir;
+        const int rounds = 40;
+        pid_t children[2];
+        for (int p = 0; p < 2; ++p) {
+            children[p] = fork();
+            QVERIFY(children[p] >= 0);
+            if (children[p] == 0) {
+                TwPreferences prefs(kDomain, dir.path().toStdString());
+                for (int i = 1; i <= rounds; ++i) {
+                    prefs.setValue("key" + std::to_string(p), i);
+                    if (!prefs.synchronize())
+                        _exit(1);
+                }
+                _exit(0);
+            }
+        }
+        for (pid_t child : children) {
+            int status = 0;
+            waitpid(child, &status, 0);
+            QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+        }
+        TwPreferences prefs(kDomain, dir.path().toStdString());
+        QCOMPARE(prefs.copyValue("key0").intValue(), rounds);
+        QCOMPARE(prefs.copyValue("key1").intValue(), rounds);
+    }
+
+    void unreadableFileIsKeptAsideBeforeTheNextSave_data() {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("garbage") << QByteArray("\x01\x02 not a property list");
+        QTest::newRow("truncated xml") << QByteArray("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>profiles");
+        QTest::newRow("an array, not a dictionary")
+            << QByteArray::fromStdString(TwPlistToXml(TwValue::array({1, 2})));
+    }
+    void unreadableFileIsKeptAsideBeforeTheNextSave() {
+        QFETCH(QByteArray, content);
+        QTemporaryDir dir;
+        QString file = dir.path() + "/" + QString::fromStdString(kDomain) + ".plist";
+        {
+            QFile f(file);
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write(content);
+        }
+        TwPreferences prefs(kDomain, dir.path().toStdString());
+        QVERIFY(prefs.copyValue("profiles").isNull()); // empty values, and the file untouched
+        QCOMPARE(QDir(dir.path()).entryList({"*.unreadable-*"}).size(), 0);
+        prefs.setValue("Runned", 1);
+        QVERIFY(prefs.synchronize());
+        QStringList aside = QDir(dir.path()).entryList({"*.unreadable-*"});
+        QCOMPARE(aside.size(), 1);
+        QFile kept(dir.path() + "/" + aside.first());
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        QCOMPARE(kept.readAll(), content);
+        QCOMPARE(readBack(file).dict()->value("Runned").intValue(), 1);
+    }
+
+    void aProcessKilledWhileSavingLeavesAWholeFile() {
+        QTemporaryDir dir;
+        QString file = dir.path() + "/" + QString::fromStdString(kDomain) + ".plist";
+        {
+            TwPreferences prefs(kDomain, dir.path().toStdString());
+            prefs.setValue("blob", bigBlob(0));
+            QVERIFY(prefs.synchronize());
+        }
+        std::mt19937 random(12345);
+        for (int attempt = 0; attempt < 12; ++attempt) {
+            pid_t child = fork();
+            QVERIFY(child >= 0);
+            if (child == 0) {
+                // Slow writes, so that most kills land while the file is being written.
+                TwPreferences::setChunkWrittenHook([] { usleep(3000); });
+                TwPreferences prefs(kDomain, dir.path().toStdString());
+                for (int version = 1;; ++version) {
+                    prefs.setValue("blob", bigBlob(version));
+                    prefs.synchronize();
+                }
+            }
+            usleep(20000 + random() % 60000);
+            kill(child, SIGKILL);
+            waitpid(child, nullptr, 0);
+            TwValue onDisk = readBack(file);
+            QVERIFY2(onDisk.isDictionary(), "the file must be the old or the new one, whole");
+            TwValue blob = onDisk.dict()->value("blob");
+            QVERIFY(blob.isArray());
+            QCOMPARE(blob.list()->size(), size_t(4000));
+            // One version throughout: no mix of two saves.
+            int version = blob.list()->front().dict()->value("version").intValue();
+            QCOMPARE(blob.list()->back().dict()->value("version").intValue(), version);
+        }
+        // The next save goes through whatever the killed process left.
+        TwPreferences prefs(kDomain, dir.path().toStdString());
+        prefs.setValue("Runned", 1);
+        QVERIFY(prefs.synchronize());
+        QCOMPARE(readBack(file).dict()->value("Runned").intValue(), 1);
+    }
+};
+
+QTEST_APPLESS_MAIN(TestPreferences)
+#include "tst_preferences.moc"
