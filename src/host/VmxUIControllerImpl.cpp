@@ -24,6 +24,7 @@ void VmxUIControllerImpl::init() {
 }
 
 VmxUIControllerImpl::~VmxUIControllerImpl() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("dealloc").c_str());
     logModelUseCount("dealloc", 0);
     // removeSelfObserver arrives with the model's rules; dropping the model drops its observers.
     logModelUseCount("dealloc", 1);
@@ -39,6 +40,16 @@ void VmxUIControllerImpl::initWithDSBundle(const std::string& bundlePath) {
     OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", methodName("initWithDSBundle").c_str(), bundlePath.c_str());
     init();
     bundleDS = TwBundle::bundleWithPath(bundlePath);
+}
+
+void VmxUIControllerImpl::setModelDef(TwModelDefFile* modelDef) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("setModelDef").c_str());
+    ModelDef = modelDef;
+}
+
+void VmxUIControllerImpl::setModelName(const std::string& name) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", methodName("setModelName").c_str(), name.c_str());
+    m_modelName = name;
 }
 
 void VmxUIControllerImpl::setDataWithDictionary(const TwValue& dictionary, std::uint32_t) {
@@ -62,12 +73,14 @@ void VmxUIControllerImpl::setDataWithDictionary(const TwValue& dictionary, std::
 }
 
 void VmxUIControllerImpl::setCallback(VmxUICallback callback) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("setCallback").c_str());
     callbackFunc = callback;
     if (_DialogData)
         _DialogData->setCallback(callback);
 }
 
 void VmxUIControllerImpl::setUIContents(const TwValue& contents) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("setUIContents").c_str());
     if (!_DialogData)
         return;
     auto fresh = TwValue::dictionary();
@@ -100,6 +113,7 @@ void VmxUIControllerImpl::setUIContents(const TwValue& contents) {
 }
 
 void VmxUIControllerImpl::updatePaperSource(const TwValue& contents) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("updatePaperSource").c_str());
     auto d = contents.dict();
     if (!d || !_DialogData)
         return;
@@ -138,6 +152,7 @@ void VmxUIControllerImpl::updatePaperSource(const TwValue& contents) {
 }
 
 void VmxUIControllerImpl::readLastData() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("readLastData").c_str());
     // Reading the untitled profile arrives with the presets.
 }
 
@@ -146,6 +161,7 @@ TwValue VmxUIControllerImpl::dataForKeyPath(const std::string& keyPath) {
 }
 
 void VmxUIControllerImpl::setDataWithKeyPathValue(const TwValue& keyPathValues) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("setDataWithKeyPathValue").c_str());
     auto d = keyPathValues.dict();
     if (!d || !_DialogData)
         return;
@@ -159,19 +175,23 @@ void VmxUIControllerImpl::setDataWithKeyPathValue(const TwValue& keyPathValues) 
 TwainDialogDataInterface* VmxUIControllerImpl::DialogData() { return _DialogData.get(); }
 
 void VmxUIControllerImpl::showUi(bool show, bool modal, bool onlyUI) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showUi").c_str());
     OrvaLog(kOrvaLogDebug, "\tmodal = %d, onlyUI = %d\n", modal, onlyUI);
     m_isShow = show;
     m_isShowModal = modal;
     // The dialog controller arrives with the settings dialog; until then nothing is shown.
 }
 
-void VmxUIControllerImpl::startModal() {}
+void VmxUIControllerImpl::startModal() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("startModal").c_str());}
 
 void VmxUIControllerImpl::stopModal() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("stopModal").c_str());
     OrvaLog(kOrvaLogDebug, "\t stop Modal: _dlgController.isModal = %d, isShowModal = %d\n", 0, m_isShowModal);
 }
 
-void VmxUIControllerImpl::hideUi() {}
+void VmxUIControllerImpl::hideUi() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("hideUi").c_str());}
 
 void VmxUIControllerImpl::closeDS() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("closeDS").c_str());
@@ -183,16 +203,22 @@ int VmxUIControllerImpl::showMessageBox(const std::string& message, const std::s
     return showMessageBox(message, titleKey, messageType, 0, 0);
 }
 
-int VmxUIControllerImpl::showMessageBox(const std::string&, const std::string&, std::uint32_t, std::uint16_t,
-                                        std::uint32_t) {
+int VmxUIControllerImpl::showMessageBox(const std::string& message, const std::string& titleKey,
+                                        std::uint32_t messageType, std::uint16_t, std::uint32_t) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", methodName("showMessageBox").c_str(), titleKey.c_str());
+    OrvaLog(kOrvaLogDebug, "\tmessageType = 0x%x, message = %s\n", messageType, message.c_str());
     // Message boxes arrive with the dialog; until then the first button's answer stands.
     return kVmxAnswerOK;
 }
 
-int VmxUIControllerImpl::showContinueScanDialog(std::uint16_t) { return 0; }
-void VmxUIControllerImpl::showProgressDialog() {}
-void VmxUIControllerImpl::hideProgressDialog() {}
-void VmxUIControllerImpl::setProgress(const void*) {}
+int VmxUIControllerImpl::showContinueScanDialog(std::uint16_t) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showContinueScanDialog").c_str()); return 0; }
+void VmxUIControllerImpl::showProgressDialog() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showProgressDialog").c_str());}
+void VmxUIControllerImpl::hideProgressDialog() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("hideProgressDialog").c_str());}
+void VmxUIControllerImpl::setProgress(const void*) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("setProgress").c_str());}
 
 std::string VmxUIControllerImpl::localizedString(const std::string& key) { return localizedString(key, key); }
 

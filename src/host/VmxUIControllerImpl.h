@@ -18,8 +18,8 @@ public:
     ~VmxUIControllerImpl() override;
 
     void initWithDSBundle(const std::string& bundlePath) override;
-    void setModelDef(TwModelDefFile* modelDef) override { ModelDef = modelDef; }
-    void setModelName(const std::string& name) override { m_modelName = name; }
+    void setModelDef(TwModelDefFile* modelDef) override;
+    void setModelName(const std::string& name) override;
     std::string modelName() const override { return m_modelName; }
     void setDataWithDictionary(const TwValue& dictionary, std::uint32_t productID) override;
     void setCallback(VmxUICallback callback) override;

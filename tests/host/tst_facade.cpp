@@ -176,6 +176,7 @@ private slots:
         OrvaSetLogPaths(log.toLocal8Bit().constData(), nullptr);
         ui->setModelDef(&def);
         ui->setDataWithDictionary(capabilityValues(false, false), 0);
+        ui->setCallback(&recordEvent);
         ui->showUi(false, false, true);
         ui->closeDS();
         ui.reset();
@@ -185,6 +186,8 @@ private slots:
         QVERIFY(text.startsWith("[Creat at "));
         QVERIFY2(text.contains("ENTER: VmxUIController::setDataWithDictionary"), qPrintable(text));
         QVERIFY(text.contains("hasFlatbed = 0, canPassport = 0"));
+        QVERIFY(text.contains("ENTER: VmxUIController::setCallback"));
+        QVERIFY(text.contains("ENTER: VmxUIController::showUi"));
         QVERIFY(text.contains("\tmodal = 0, onlyUI = 1"));
         QVERIFY(text.contains("STEP 0 [_DialogData retainCount]"));
         QVERIFY(text.contains("ENTER: VmxUIController::closeDS"));
