@@ -9,9 +9,12 @@
 namespace {
 const char* capabilityName(std::uint16_t cap) {
     switch (cap) {
-    case 0x0101: return "ICAP_PIXELTYPE";
-    case 0x1118: return "ICAP_XRESOLUTION";
-    default: return "unknown capability";
+    case 0x0101:
+        return "ICAP_PIXELTYPE";
+    case 0x1118:
+        return "ICAP_XRESOLUTION";
+    default:
+        return "unknown capability";
     }
 }
 } // namespace
@@ -27,7 +30,8 @@ SampleDataSource::~SampleDataSource() {
 
 bool SampleDataSource::load() {
     std::string error;
-    m_modelDef = SampleModelDef::fromFile(m_options.bundlePath + "/Contents/Resources/ModelDef.plist", &error);
+    m_modelDef =
+        SampleModelDef::fromFile(m_options.bundlePath + "/Contents/Resources/ModelDef.plist", &error);
     if (!error.empty())
         std::fprintf(stderr, "sampleds: model definition: %s\n", error.c_str());
     error.clear();
@@ -94,7 +98,8 @@ std::string SampleDataSource::describeEvent(std::uint16_t event, const void* dat
                           r->capability, capabilityName(r->capability), value, r->value.fix32.whole,
                           r->value.fix32.fraction);
         } else {
-            std::snprintf(line, sizeof line, "event 1: set capability 0x%04x (%s), item type %u (TWTY_UINT32), value %u",
+            std::snprintf(line, sizeof line,
+                          "event 1: set capability 0x%04x (%s), item type %u (TWTY_UINT32), value %u",
                           r->capability, capabilityName(r->capability), r->itemType, r->value.uint32);
         }
         return line;
@@ -112,8 +117,8 @@ std::uint16_t SampleDataSource::callback(std::uint16_t event, void* data) {
 int SampleDataSource::runHeadless() {
     if (!load())
         return 1;
-    for (const char* keyPath : {"ScanInfo.ProductName", "Data.PaperSource", "Data.PaperSize", "Data.Resolution",
-                                "Data.ImageType", "Data.Area.Unit"})
+    for (const char* keyPath : {"ScanInfo.ProductName", "Data.PaperSource", "Data.PaperSize",
+                                "Data.Resolution", "Data.ImageType", "Data.Area.Unit"})
         std::printf("%s = %s\n", keyPath, m_ui->dataForKeyPath(keyPath).description().c_str());
     TwValue sources = m_ui->dataForKeyPath("content.PaperSource.value");
     std::printf("paper sources offered: %s\n", sources.description().c_str());

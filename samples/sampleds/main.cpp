@@ -7,7 +7,8 @@
 
 namespace {
 void usage() {
-    std::printf("usage: sampleds [--headless] [--no-flatbed] [--no-passport] [--module PATH] [--bundle PATH]\n");
+    std::printf(
+        "usage: sampleds [--headless] [--no-flatbed] [--no-passport] [--module PATH] [--bundle PATH]\n");
 }
 } // namespace
 

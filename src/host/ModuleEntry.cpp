@@ -11,4 +11,6 @@ VMXUI_EXPORT VmxUIController* VmxUICreateController() {
     }
 }
 
-VMXUI_EXPORT void VmxUIDestroyController(VmxUIController* controller) { delete controller; }
+VMXUI_EXPORT void VmxUIDestroyController(VmxUIController* controller) {
+    delete controller;
+}

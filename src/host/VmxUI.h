@@ -28,12 +28,12 @@
 typedef std::uint16_t (*VmxUICallback)(std::uint16_t event, void* data);
 
 enum VmxUIEvent : std::uint16_t {
-    kVmxEventSetCapability = 1,  // data: TwCapabilityRecord*
-    kVmxEventStart = 2,          // data: the dialog controller
-    kVmxEventPrescan = 3,        // data: TwPreviewRecord*, zero-filled; 0 = images delivered
-    kVmxEventScanCancel = 4,     // data: the dialog controller
-    kVmxEventPreviewRescan = 5,  // data: TwPreviewRecord*, zero-filled; 0 = images delivered
-    kVmxEventClosed = 6,         // data: the dialog controller
+    kVmxEventSetCapability = 1,          // data: TwCapabilityRecord*
+    kVmxEventStart = 2,                  // data: the dialog controller
+    kVmxEventPrescan = 3,                // data: TwPreviewRecord*, zero-filled; 0 = images delivered
+    kVmxEventScanCancel = 4,             // data: the dialog controller
+    kVmxEventPreviewRescan = 5,          // data: TwPreviewRecord*, zero-filled; 0 = images delivered
+    kVmxEventClosed = 6,                 // data: the dialog controller
     kVmxEventContinueScanPoll = 0x1000,  // data: TwPreviewRecord*; 0xFC16 = keep waiting
     kVmxEventContinueScanOpen = 0x1001,  // data: TwPreviewRecord*, zero-filled
     kVmxEventContinueScanClose = 0x1002, // data: TwPreviewRecord*
@@ -184,8 +184,9 @@ public:
     // Message boxes, the continue-scan question and progress; callable from any thread.
     virtual int showMessageBox(const std::string& message, const std::string& titleKey,
                                std::uint32_t messageType) = 0;
-    virtual int showMessageBox(const std::string& message, const std::string& titleKey, std::uint32_t messageType,
-                               std::uint16_t callbackEvent, std::uint32_t timeIntervalMs) = 0;
+    virtual int showMessageBox(const std::string& message, const std::string& titleKey,
+                               std::uint32_t messageType, std::uint16_t callbackEvent,
+                               std::uint32_t timeIntervalMs) = 0;
     virtual int showContinueScanDialog(std::uint16_t value) = 0;
     virtual void showProgressDialog() = 0;
     virtual void hideProgressDialog() = 0;

@@ -14,8 +14,8 @@ bool isAtOrBelow(std::string_view keyPath, std::string_view path) {
 TwObservationCenter::TwObservationCenter(TwainDialogData* owner, Reader reader)
     : m_owner(owner), m_read(std::move(reader)) {}
 
-void TwObservationCenter::addObserver(TwKeyValueObserver* observer, std::string_view keyPath, unsigned options,
-                                      void* context) {
+void TwObservationCenter::addObserver(TwKeyValueObserver* observer, std::string_view keyPath,
+                                      unsigned options, void* context) {
     if (!observer || keyPath.empty())
         return;
     auto reg = std::make_shared<Registration>(Registration{observer, options, context});
@@ -102,7 +102,8 @@ TwObservationCenter::Snapshot TwObservationCenter::beforeWrite(std::string_view 
         return s;
     }
     forEachObservedPath(keyPath, [&](const std::string& p, const RegistrationList& list) {
-        bool wantsOld = std::any_of(list.begin(), list.end(), [](auto& r) { return r->options & kTwObserveOld; });
+        bool wantsOld =
+            std::any_of(list.begin(), list.end(), [](auto& r) { return r->options & kTwObserveOld; });
         s.oldValues.emplace_back(p, wantsOld ? m_read(p) : TwValue());
     });
     return s;

@@ -121,8 +121,8 @@ public:
     std::string description() const;
 
 private:
-    std::variant<std::monostate, bool, std::int64_t, double, std::string, std::shared_ptr<const TwBytes>, TwDate,
-                 std::shared_ptr<TwArray>, std::shared_ptr<TwDictionary>>
+    std::variant<std::monostate, bool, std::int64_t, double, std::string, std::shared_ptr<const TwBytes>,
+                 TwDate, std::shared_ptr<TwArray>, std::shared_ptr<TwDictionary>>
         m_v;
 };
 
@@ -194,8 +194,12 @@ private:
 
 // ---------------------------------------------------------------------------------------------
 
-inline TwValue TwValue::dictionary() { return TwValue(std::make_shared<TwDictionary>()); }
-inline TwValue TwValue::array() { return TwValue(std::make_shared<TwArray>()); }
+inline TwValue TwValue::dictionary() {
+    return TwValue(std::make_shared<TwDictionary>());
+}
+inline TwValue TwValue::array() {
+    return TwValue(std::make_shared<TwArray>());
+}
 inline TwValue TwValue::array(std::initializer_list<TwValue> items) {
     return TwValue(std::make_shared<TwArray>(items));
 }
@@ -230,18 +234,25 @@ inline std::int64_t leadingInteger(const std::string& s) {
 
 inline double TwValue::doubleValue() const {
     switch (type()) {
-    case Type::Boolean: return std::get<bool>(m_v) ? 1.0 : 0.0;
-    case Type::Integer: return double(std::get<std::int64_t>(m_v));
-    case Type::Real: return std::get<double>(m_v);
-    case Type::String: return twvalue_detail::leadingDouble(std::get<std::string>(m_v));
-    default: return 0.0;
+    case Type::Boolean:
+        return std::get<bool>(m_v) ? 1.0 : 0.0;
+    case Type::Integer:
+        return double(std::get<std::int64_t>(m_v));
+    case Type::Real:
+        return std::get<double>(m_v);
+    case Type::String:
+        return twvalue_detail::leadingDouble(std::get<std::string>(m_v));
+    default:
+        return 0.0;
     }
 }
 
 inline std::int64_t TwValue::longLongValue() const {
     switch (type()) {
-    case Type::Boolean: return std::get<bool>(m_v) ? 1 : 0;
-    case Type::Integer: return std::get<std::int64_t>(m_v);
+    case Type::Boolean:
+        return std::get<bool>(m_v) ? 1 : 0;
+    case Type::Integer:
+        return std::get<std::int64_t>(m_v);
     case Type::Real: {
         double d = std::get<double>(m_v);
         if (!std::isfinite(d))
@@ -252,16 +263,21 @@ inline std::int64_t TwValue::longLongValue() const {
             return INT64_MIN;
         return std::int64_t(d); // toward zero, as a C cast
     }
-    case Type::String: return twvalue_detail::leadingInteger(std::get<std::string>(m_v));
-    default: return 0;
+    case Type::String:
+        return twvalue_detail::leadingInteger(std::get<std::string>(m_v));
+    default:
+        return 0;
     }
 }
 
 inline bool TwValue::boolValue() const {
     switch (type()) {
-    case Type::Boolean: return std::get<bool>(m_v);
-    case Type::Integer: return std::get<std::int64_t>(m_v) != 0;
-    case Type::Real: return std::get<double>(m_v) != 0.0;
+    case Type::Boolean:
+        return std::get<bool>(m_v);
+    case Type::Integer:
+        return std::get<std::int64_t>(m_v) != 0;
+    case Type::Real:
+        return std::get<double>(m_v) != 0.0;
     case Type::String: {
         // The platform's rule: after blanks, an optional sign and zeros, a non-zero digit or one
         // of Y, y, T, t means true.
@@ -277,21 +293,26 @@ inline bool TwValue::boolValue() const {
             ++i;
         return i < s.size() && s[i] >= '1' && s[i] <= '9';
     }
-    default: return false;
+    default:
+        return false;
     }
 }
 
 inline std::string TwValue::stringValue() const {
     switch (type()) {
-    case Type::String: return std::get<std::string>(m_v);
-    case Type::Boolean: return std::get<bool>(m_v) ? "1" : "0";
-    case Type::Integer: return std::to_string(std::get<std::int64_t>(m_v));
+    case Type::String:
+        return std::get<std::string>(m_v);
+    case Type::Boolean:
+        return std::get<bool>(m_v) ? "1" : "0";
+    case Type::Integer:
+        return std::to_string(std::get<std::int64_t>(m_v));
     case Type::Real: {
         char buf[64];
         std::snprintf(buf, sizeof buf, "%.15g", std::get<double>(m_v));
         return buf;
     }
-    default: return {};
+    default:
+        return {};
     }
 }
 
@@ -304,10 +325,14 @@ inline bool TwValue::isEqual(const TwValue& o) const {
     if (type() != o.type())
         return false;
     switch (type()) {
-    case Type::Null: return true;
-    case Type::String: return std::get<std::string>(m_v) == std::get<std::string>(o.m_v);
-    case Type::Data: return *data() == *o.data();
-    case Type::Date: return *date() == *o.date();
+    case Type::Null:
+        return true;
+    case Type::String:
+        return std::get<std::string>(m_v) == std::get<std::string>(o.m_v);
+    case Type::Data:
+        return *data() == *o.data();
+    case Type::Date:
+        return *date() == *o.date();
     case Type::Array: {
         auto a = list();
         auto b = o.list();
@@ -334,7 +359,8 @@ inline bool TwValue::isEqual(const TwValue& o) const {
         }
         return true;
     }
-    default: return false;
+    default:
+        return false;
     }
 }
 
@@ -357,13 +383,18 @@ inline TwValue TwValue::deepCopy() const {
 
 inline std::string TwValue::description() const {
     switch (type()) {
-    case Type::Null: return "(null)";
+    case Type::Null:
+        return "(null)";
     case Type::Boolean:
     case Type::Integer:
-    case Type::Real: return stringValue();
-    case Type::String: return "\"" + std::get<std::string>(m_v) + "\"";
-    case Type::Data: return "<" + std::to_string(data()->size()) + " bytes>";
-    case Type::Date: return "<date " + std::to_string(date()->seconds) + ">";
+    case Type::Real:
+        return stringValue();
+    case Type::String:
+        return "\"" + std::get<std::string>(m_v) + "\"";
+    case Type::Data:
+        return "<" + std::to_string(data()->size()) + " bytes>";
+    case Type::Date:
+        return "<date " + std::to_string(date()->seconds) + ">";
     case Type::Array: {
         std::string s = "(";
         bool first = true;

@@ -31,7 +31,8 @@ void OrvaSetLogPaths(const char* logFile, const char* consoleFile);
 void OrvaLog(int level, const char* format, ...) __attribute__((format(printf, 2, 3)));
 void OrvaLogv(int level, const char* format, va_list args) __attribute__((format(printf, 2, 0)));
 void OrvaLogFile(std::int32_t timeStamp, const char* format, ...) __attribute__((format(printf, 2, 3)));
-void OrvaLogFilev(std::int32_t timeStamp, const char* format, va_list args) __attribute__((format(printf, 2, 0)));
+void OrvaLogFilev(std::int32_t timeStamp, const char* format, va_list args)
+    __attribute__((format(printf, 2, 0)));
 void OrvaLogBinary(int level, const char* label, const void* bytes, std::int32_t length);
 void OrvaLogBinaryFile(const char* label, const void* bytes, std::uint64_t length, std::uint64_t maxShown);
 // Dump of a value tree (the property-list dump): never goes to the system log.

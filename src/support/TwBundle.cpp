@@ -143,8 +143,8 @@ const TwDictionary* TwBundle::stringTable(const std::string& table) const {
             std::string error;
             strings = TwPlistReadFile(file, &error);
             if (!strings.isDictionary()) {
-                OrvaLog(kOrvaLogError, "ERROR: %s: string table '%s' is unreadable: %s\n", __func__, file.c_str(),
-                        error.empty() ? "not a dictionary" : error.c_str());
+                OrvaLog(kOrvaLogError, "ERROR: %s: string table '%s' is unreadable: %s\n", __func__,
+                        file.c_str(), error.empty() ? "not a dictionary" : error.c_str());
                 strings = {};
                 continue;
             }

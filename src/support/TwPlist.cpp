@@ -88,17 +88,23 @@ TwValue fromNode(plist_t node, int depth) {
         std::free(it);
         return out;
     }
-    default: return {};
+    default:
+        return {};
     }
 }
 
 plist_t toNode(const TwValue& v) {
     switch (v.type()) {
-    case TwValue::Type::Null: return nullptr;
-    case TwValue::Type::Boolean: return plist_new_bool(v.boolValue());
-    case TwValue::Type::Integer: return plist_new_uint(static_cast<std::uint64_t>(v.longLongValue()));
-    case TwValue::Type::Real: return plist_new_real(v.doubleValue());
-    case TwValue::Type::String: return plist_new_string(v.str()->c_str());
+    case TwValue::Type::Null:
+        return nullptr;
+    case TwValue::Type::Boolean:
+        return plist_new_bool(v.boolValue());
+    case TwValue::Type::Integer:
+        return plist_new_uint(static_cast<std::uint64_t>(v.longLongValue()));
+    case TwValue::Type::Real:
+        return plist_new_real(v.doubleValue());
+    case TwValue::Type::String:
+        return plist_new_string(v.str()->c_str());
     case TwValue::Type::Data:
         return plist_new_data(reinterpret_cast<const char*>(v.data()->data()), v.data()->size());
     case TwValue::Type::Date: {

@@ -64,7 +64,9 @@ bool writeAll(int fd, const std::string& bytes) {
 }
 } // namespace
 
-void TwPreferences::setChunkWrittenHook(void (*hook)()) { g_chunkWrittenHook = hook; }
+void TwPreferences::setChunkWrittenHook(void (*hook)()) {
+    g_chunkWrittenHook = hook;
+}
 
 std::string TwPreferences::defaultDirectory() {
     if (const char* xdg = std::getenv("XDG_CONFIG_HOME"); xdg && *xdg == '/')
@@ -92,8 +94,8 @@ TwValue TwPreferences::loadFile(bool keepBrokenAside) {
     TwValue values = TwPlistReadFile(path, &error);
     if (values.isDictionary())
         return values;
-    OrvaLog(kOrvaLogError, "ERROR: preferences '%s' cannot be read (%s); starting from empty values\n", path.c_str(),
-            error.empty() ? "not a dictionary" : error.c_str());
+    OrvaLog(kOrvaLogError, "ERROR: preferences '%s' cannot be read (%s); starting from empty values\n",
+            path.c_str(), error.empty() ? "not a dictionary" : error.c_str());
     if (keepBrokenAside) {
         // Before anything replaces it, the unreadable file is kept for the user to recover.
         std::string aside = path + ".unreadable-" + std::to_string(std::time(nullptr));
@@ -130,7 +132,8 @@ bool TwPreferences::writeFile(const TwValue& values) {
     std::string xml = TwPlistToXml(values);
     int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (fd < 0) {
-        OrvaLog(kOrvaLogError, "ERROR: cannot write preferences '%s': %s\n", tmp.c_str(), std::strerror(errno));
+        OrvaLog(kOrvaLogError, "ERROR: cannot write preferences '%s': %s\n", tmp.c_str(),
+                std::strerror(errno));
         return false;
     }
     bool ok = writeAll(fd, xml) && ::fsync(fd) == 0;
@@ -138,7 +141,8 @@ bool TwPreferences::writeFile(const TwValue& values) {
     if (ok && ::rename(tmp.c_str(), path.c_str()) != 0)
         ok = false;
     if (!ok) {
-        OrvaLog(kOrvaLogError, "ERROR: cannot save preferences '%s': %s\n", path.c_str(), std::strerror(errno));
+        OrvaLog(kOrvaLogError, "ERROR: cannot save preferences '%s': %s\n", path.c_str(),
+                std::strerror(errno));
         ::unlink(tmp.c_str());
         return false;
     }
@@ -160,7 +164,8 @@ bool TwPreferences::synchronize() {
     fs::create_directories(m_directory, ec);
     DomainLock domainLock(path + ".lock");
     if (!domainLock.held()) {
-        OrvaLog(kOrvaLogError, "ERROR: cannot lock preferences '%s': %s\n", path.c_str(), std::strerror(errno));
+        OrvaLog(kOrvaLogError, "ERROR: cannot lock preferences '%s': %s\n", path.c_str(),
+                std::strerror(errno));
         return false;
     }
     TwValue current = loadFile(!m_pending.empty());

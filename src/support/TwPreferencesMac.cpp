@@ -34,8 +34,10 @@ std::string toStd(CFStringRef s) {
 
 CFPropertyListRef toCF(const TwValue& v) {
     switch (v.type()) {
-    case TwValue::Type::Null: return nullptr;
-    case TwValue::Type::Boolean: return CFRetain(v.boolValue() ? kCFBooleanTrue : kCFBooleanFalse);
+    case TwValue::Type::Null:
+        return nullptr;
+    case TwValue::Type::Boolean:
+        return CFRetain(v.boolValue() ? kCFBooleanTrue : kCFBooleanFalse);
     case TwValue::Type::Integer: {
         long long i = v.longLongValue();
         return CFNumberCreate(nullptr, kCFNumberLongLongType, &i);
@@ -44,9 +46,12 @@ CFPropertyListRef toCF(const TwValue& v) {
         double d = v.doubleValue();
         return CFNumberCreate(nullptr, kCFNumberDoubleType, &d);
     }
-    case TwValue::Type::String: return makeString(*v.str());
-    case TwValue::Type::Data: return CFDataCreate(nullptr, v.data()->data(), CFIndex(v.data()->size()));
-    case TwValue::Type::Date: return CFDateCreate(nullptr, v.date()->seconds);
+    case TwValue::Type::String:
+        return makeString(*v.str());
+    case TwValue::Type::Data:
+        return CFDataCreate(nullptr, v.data()->data(), CFIndex(v.data()->size()));
+    case TwValue::Type::Date:
+        return CFDateCreate(nullptr, v.date()->seconds);
     case TwValue::Type::Array: {
         CFMutableArrayRef a = CFArrayCreateMutable(nullptr, 0, &kCFTypeArrayCallBacks);
         for (auto& item : *v.list())
@@ -120,19 +125,24 @@ TwValue fromCF(CFTypeRef p, int depth = 0) {
 
 void TwPreferences::setChunkWrittenHook(void (*)()) {}
 
-std::string TwPreferences::defaultDirectory() { return {}; }
+std::string TwPreferences::defaultDirectory() {
+    return {};
+}
 
 TwPreferences::TwPreferences(std::string domain, std::string directory)
     : m_domain(std::move(domain)), m_directory(std::move(directory)) {}
 
-std::string TwPreferences::filePath() const { return {}; }
+std::string TwPreferences::filePath() const {
+    return {};
+}
 
 TwValue TwPreferences::copyValue(const std::string& key) {
     if (m_domain.empty())
         return {};
     CFHolder app{makeString(m_domain)}, k{makeString(key)};
-    CFHolder value{CFPreferencesCopyValue(static_cast<CFStringRef>(k.get()), static_cast<CFStringRef>(app.get()),
-                                          kCFPreferencesCurrentUser, kCFPreferencesCurrentHost)};
+    CFHolder value{CFPreferencesCopyValue(static_cast<CFStringRef>(k.get()),
+                                          static_cast<CFStringRef>(app.get()), kCFPreferencesCurrentUser,
+                                          kCFPreferencesCurrentHost)};
     return fromCF(value.get());
 }
 

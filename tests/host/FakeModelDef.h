@@ -11,9 +11,10 @@ inline TwValue paperSourceEntry(int value, const char* display) {
 class FakeModelDef : public TwModelDefFile {
 public:
     TwValue options = TwValue::dictionary(
-        {{"PaperSourceAll", TwValue::array({paperSourceEntry(0, "ADF Front"), paperSourceEntry(2, "Flatbed"),
-                                            paperSourceEntry(3, "Auto Front"), paperSourceEntry(1, "ADF Duplex"),
-                                            paperSourceEntry(4, "Auto Duplex"), paperSourceEntry(5, "Passport")})},
+        {{"PaperSourceAll",
+          TwValue::array({paperSourceEntry(0, "ADF Front"), paperSourceEntry(2, "Flatbed"),
+                          paperSourceEntry(3, "Auto Front"), paperSourceEntry(1, "ADF Duplex"),
+                          paperSourceEntry(4, "Auto Duplex"), paperSourceEntry(5, "Passport")})},
          {"Resolution", TwValue::array({TwValue::dictionary({{"value", 300}, {"display", "300 dpi"}})})}});
 
     TwValue UIEnable() const override { return TwValue::dictionary(); }

@@ -32,7 +32,8 @@ std::vector<int> values(const TwValue& list) {
 class Observer : public TwKeyValueObserver {
 public:
     int count = 0;
-    void observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange&, void*) override {
+    void observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange&,
+                                void*) override {
         ++count;
     }
 };
@@ -110,7 +111,8 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("Default.Resolution").intValue(), 200);
         Observer o;
         ui->model()->addObserver(&o, "Data.Resolution", kTwObserveNew);
-        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.Resolution", 600}, {"Data.Feed.NoLookAhead", true}}));
+        ui->setDataWithKeyPathValue(
+            TwValue::dictionary({{"Data.Resolution", 600}, {"Data.Feed.NoLookAhead", true}}));
         QCOMPARE(o.count, 1);
         QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 600);
         QVERIFY(ui->dataForKeyPath("Data.Feed.NoLookAhead").boolValue());

@@ -65,11 +65,13 @@ private slots:
 
     void initCreatesElevenSectionsInOrder() {
         TwainDialogData model;
-        std::vector<std::string> expected{"ScanInfo", "const", "content", "contentValues", "range", "enable",
-                                          "Data",     "Default", "profiles", "temp", "image"};
+        std::vector<std::string> expected{"ScanInfo", "const",  "content", "contentValues",
+                                          "range",    "enable", "Data",    "Default",
+                                          "profiles", "temp",   "image"};
         QCOMPARE(model.m_dictData.dict()->keys(), expected);
         QVERIFY(model.m_dictEnableChange.isNull());
-        QVERIFY(!model.bInProfileProcess && !model.bInLoadProfile && !model.m_bInInit && !model.m_bForbitChange);
+        QVERIFY(!model.bInProfileProcess && !model.bInLoadProfile && !model.m_bInInit &&
+                !model.m_bForbitChange);
     }
 
     void readingAMissingSectionCreatesIt() {
@@ -125,8 +127,9 @@ private slots:
 
     void setDataWithDictionaryTakesSectionsAndKeyPaths() {
         TwainDialogData model;
-        model.setDataWithDictionary(TwValue::dictionary(
-            {{"Data", TwValue::dictionary({{"Resolution", 200}})}, {"Data.ImageType", 2}, {"ScanInfo.Version", "1.2"}}));
+        model.setDataWithDictionary(TwValue::dictionary({{"Data", TwValue::dictionary({{"Resolution", 200}})},
+                                                         {"Data.ImageType", 2},
+                                                         {"ScanInfo.Version", "1.2"}}));
         QCOMPARE(model.valueForKeyPath("Data.Resolution").intValue(), 200);
         QCOMPARE(model.valueForKeyPath("Data.ImageType").intValue(), 2);
         QVERIFY(model.valueForKeyPath("ScanInfo.Version").isEqual(TwValue("1.2")));
@@ -138,7 +141,8 @@ private slots:
             TwValue UIOptions() const override { return {}; }
             TwValue UIControl() const override {
                 return TwValue::dictionary(
-                    {{"MainDialog", TwValue::dictionary({{"tabFeed", TwValue::dictionary({{"hidden", true}})}})}});
+                    {{"MainDialog",
+                      TwValue::dictionary({{"tabFeed", TwValue::dictionary({{"hidden", true}})}})}});
             }
             TwValue FeederADF() const override { return {}; }
             TwValue FeederFlatbed() const override { return {}; }
@@ -288,7 +292,9 @@ private slots:
         Recorder first, second;
         model.addObserver(&first, "Data.X", kTwObserveNew);
         model.addObserver(&second, "Data.X", kTwObserveNew);
-        first.onChange = [&](const std::string&) { model.removeObserver(&second, "Data.X"); };
+        first.onChange = [&](const std::string&) {
+            model.removeObserver(&second, "Data.X");
+        };
         model.setValueForKeyPath(1, "Data.X");
         QCOMPARE(first.seen.size(), size_t(1));
         QCOMPARE(second.seen.size(), size_t(0));
@@ -365,15 +371,16 @@ private slots:
 
     void allKeyPathsListsLeavesInOrder() {
         TwainDialogData model;
-        TwValue d = TwValue::dictionary({{"Unit", 1},
-                                         {"Front", TwValue::dictionary({{"L1", TwValue::dictionary({{"Enable", true}})},
-                                                                        {"Halftone", 0}})},
-                                         {"Empty", TwValue::dictionary()},
-                                         {"List", TwValue::array({1})}});
+        TwValue d = TwValue::dictionary(
+            {{"Unit", 1},
+             {"Front",
+              TwValue::dictionary({{"L1", TwValue::dictionary({{"Enable", true}})}, {"Halftone", 0}})},
+             {"Empty", TwValue::dictionary()},
+             {"List", TwValue::array({1})}});
         std::string prefix = "Data.Area";
         QCOMPARE(model.allKeyPaths(&prefix, d),
-                 (std::vector<std::string>{"Data.Area.Unit", "Data.Area.Front.L1.Enable", "Data.Area.Front.Halftone",
-                                           "Data.Area.List"}));
+                 (std::vector<std::string>{"Data.Area.Unit", "Data.Area.Front.L1.Enable",
+                                           "Data.Area.Front.Halftone", "Data.Area.List"}));
         QCOMPARE(model.allKeyPaths(nullptr, d).front(), std::string("Unit"));
         model.setValueForKeyPath(0, "Data.Area.Unit");
         auto all = model.allKeyPaths();

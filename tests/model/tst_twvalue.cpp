@@ -25,10 +25,10 @@ private slots:
         QTest::newRow("arrays deep") << TwValue::array({1, "a", TwValue::dictionary({{"k", 2}})})
                                      << TwValue::array({1.0, "a", TwValue::dictionary({{"k", 2.0}})}) << true;
         QTest::newRow("arrays order") << TwValue::array({1, 2}) << TwValue::array({2, 1}) << false;
-        QTest::newRow("dicts ignore order") << TwValue::dictionary({{"a", 1}, {"b", 2}})
-                                            << TwValue::dictionary({{"b", 2}, {"a", 1}}) << true;
-        QTest::newRow("dicts extra key") << TwValue::dictionary({{"a", 1}})
-                                         << TwValue::dictionary({{"a", 1}, {"b", 2}}) << false;
+        QTest::newRow("dicts ignore order")
+            << TwValue::dictionary({{"a", 1}, {"b", 2}}) << TwValue::dictionary({{"b", 2}, {"a", 1}}) << true;
+        QTest::newRow("dicts extra key")
+            << TwValue::dictionary({{"a", 1}}) << TwValue::dictionary({{"a", 1}, {"b", 2}}) << false;
         QTest::newRow("data") << TwValue(TwBytes{1, 2}) << TwValue(TwBytes{1, 2}) << true;
         QTest::newRow("large ints") << TwValue(9007199254740993LL) << TwValue(9007199254740992LL) << false;
     }
@@ -95,8 +95,8 @@ private slots:
         for (int i = 0; i < 40; ++i)
             d.set("k" + std::to_string(39 - i), i);
         d.remove("k20");
-        d.set("k5", 100); // replacing keeps the place
-        d.set("k20", 7);  // re-inserted at the end
+        d.set("k5", 100);       // replacing keeps the place
+        d.set("k20", 7);        // re-inserted at the end
         d.set("k7", TwValue()); // a null value removes
         auto keys = d.keys();
         QCOMPARE(keys.size(), size_t(39));

@@ -36,16 +36,16 @@ private slots:
     }
 
     void plistRoundTripKeepsTypesAndOrder() {
-        TwValue tree = TwValue::dictionary(
-            {{"zeta", 1},
-             {"alpha", -42},
-             {"real", 2.5},
-             {"flag", true},
-             {"text", "Größe – A4"},
-             {"bytes", TwValue(TwBytes{0, 1, 255})},
-             {"big", 5000000000LL},
-             {"list", TwValue::array({TwValue::dictionary({{"value", 3}}), "x"})},
-             {"empty", TwValue::dictionary()}});
+        TwValue tree =
+            TwValue::dictionary({{"zeta", 1},
+                                 {"alpha", -42},
+                                 {"real", 2.5},
+                                 {"flag", true},
+                                 {"text", "Größe – A4"},
+                                 {"bytes", TwValue(TwBytes{0, 1, 255})},
+                                 {"big", 5000000000LL},
+                                 {"list", TwValue::array({TwValue::dictionary({{"value", 3}}), "x"})},
+                                 {"empty", TwValue::dictionary()}});
         std::string xml = TwPlistToXml(tree);
         std::string error;
         TwValue back = TwPlistParse(xml.data(), xml.size(), &error);
@@ -61,7 +61,8 @@ private slots:
         QTest::addColumn<QByteArray>("bytes");
         QTest::newRow("empty") << QByteArray();
         QTest::newRow("text") << QByteArray("not a plist at all");
-        QTest::newRow("truncated") << QByteArray("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>a</key>");
+        QTest::newRow("truncated") << QByteArray(
+            "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>a</key>");
         QTest::newRow("binary header only") << QByteArray("bplist00");
     }
     void brokenInputIsRefused() {
@@ -127,7 +128,8 @@ private slots:
 
     void stringLookupFollowsThePlatformRule() {
         QString path = dir.path() + "/D.bundle";
-        writeFile(path + "/Contents/Resources/de.lproj/Localizable.strings", strings({{"IDS_OK", "OK (de)"}}));
+        writeFile(path + "/Contents/Resources/de.lproj/Localizable.strings",
+                  strings({{"IDS_OK", "OK (de)"}}));
         writeFile(path + "/Contents/Resources/en.lproj/Localizable.strings",
                   strings({{"IDS_OK", "OK"}, {"IDS_CANCEL", "Cancel"}}));
         auto bundle = TwBundle::bundleWithPath(path.toStdString());

@@ -27,7 +27,8 @@ TwValue readBack(const QString& file) {
 TwValue bigBlob(int version) {
     auto list = TwValue::array();
     for (int i = 0; i < 4000; ++i)
-        list.list()->push_back(TwValue::dictionary({{"index", i}, {"version", version}, {"pad", std::string(40, 'x')}}));
+        list.list()->push_back(
+            TwValue::dictionary({{"index", i}, {"version", version}, {"pad", std::string(40, 'x')}}));
     return list;
 }
 } // namespace
@@ -43,7 +44,9 @@ private slots:
         {
             TwPreferences prefs(kDomain, sub.toStdString());
             QVERIFY(prefs.copyValue("profiles").isNull());
-            prefs.setValue("profiles", TwValue::array({TwValue::dictionary({{"ProfileName", "Office"}, {"Resolution", 300}})}));
+            prefs.setValue(
+                "profiles",
+                TwValue::array({TwValue::dictionary({{"ProfileName", "Office"}, {"Resolution", 300}})}));
             prefs.setValue("Runned", 1);
             QVERIFY(prefs.copyValue("Runned").isEqual(TwValue(1))); // pending writes are visible at once
             QVERIFY(prefs.synchronize());
@@ -81,7 +84,8 @@ private slots:
         QVERIFY(b.copyValue("custom papers").isNull());
         a.setValue("custom papers", TwValue::array({TwValue::dictionary({{"Name", "Card"}})}));
         QVERIFY(a.synchronize());
-        b.setValue("customize", TwValue::dictionary({{"BorderRemoval", TwValue::dictionary({{"left", 10}})}}));
+        b.setValue("customize",
+                   TwValue::dictionary({{"BorderRemoval", TwValue::dictionary({{"left", 10}})}}));
         QVERIFY(b.synchronize());
         QVERIFY(b.copyValue("custom papers").isArray()); // b now sees what a saved
         TwPreferences c(kDomain, dir.path().toStdString());
@@ -119,7 +123,8 @@ private slots:
     void unreadableFileIsKeptAsideBeforeTheNextSave_data() {
         QTest::addColumn<QByteArray>("content");
         QTest::newRow("garbage") << QByteArray("\x01\x02 not a property list");
-        QTest::newRow("truncated xml") << QByteArray("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>profiles");
+        QTest::newRow("truncated xml")
+            << QByteArray("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>profiles");
         QTest::newRow("an array, not a dictionary")
             << QByteArray::fromStdString(TwPlistToXml(TwValue::array({1, 2})));
     }
