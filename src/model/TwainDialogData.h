@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,31 @@ struct TwCapabilityMapEntry {
     std::uint16_t capability;
     std::uint16_t itemType;
     const char* keyPath;
+};
+
+// A width and a length, or a start and a length.
+struct TwSize {
+    double width = 0;
+    double length = 0;
+};
+
+// A rectangle of the scan area in millimetres, from the paper's top left corner.
+struct TwPaperFrame {
+    double left = 0;
+    double top = 0;
+    double right = 0;
+    double bottom = 0;
+};
+
+// One area the user can draw: its working-copy keys and its smallest size in millimetres.
+struct TwAreaValidInfo {
+    const char* xKey;
+    const char* yKey;
+    const char* widthKey;
+    const char* lengthKey;
+    float minWidth;
+    float minLength;
+    std::int64_t subArea;
 };
 
 class TwainDialogData : public TwainDialogDataInterface, public TwKeyValueObserver {
@@ -100,6 +126,68 @@ public:
     void UpdateCapData(std::string_view keyPath, const TwValue& value) override;
     static TwCapabilityRecord makeFix32Record(std::uint16_t capability, float value);
 
+    // ---- Observers and enable rules ----
+
+    // Observes profiles.name, every leaf of Data and temp, then builds the rules (createObserver).
+    void addSelfObserver();
+    void initTempDict();
+    void addSelfObserverForKeyPath(const std::string& keyPath, unsigned options);
+    void addSelfObserverForKeyPaths(const std::vector<std::string>& keyPaths, unsigned options);
+    void addSelfObserverForDict(const TwValue& dict, const std::string& prefix, unsigned options);
+    void removeSelfObserver();
+    // Rules from the model definition, the reverse index, the constant targets, every target once.
+    void createObserver();
+    void appendObserverDict(const TwValue& dict, const std::string& keyPath);
+    // Re-evaluates every target whose rule reads keyPath; the change is not consulted.
+    void updateEnabledFromKeyPath(const std::string& keyPath, const TwKeyValueChange* change);
+    bool getEnableFromInfo(const TwValue& node, const std::string* attrib, const std::string& keyPath);
+    bool getEnableCustomForKeyPath(const std::string& keyPath);
+    // Applies a saved profile to the store.
+    void SettingApply(const TwValue& profile);
+
+    // ---- Side and working-value mirroring ----
+
+    static constexpr const char* kSideFamilies[] = {"BinaryImage", "GrayImage", "ColorImage"};
+    // The value reactions run after the enable rules for every observed change.
+    void updateValueWhenChangeKeyPath(const std::string& keyPath, const TwKeyValueChange& change);
+    // Mirrors one change of a "temp." working value into the setting.
+    void tmepValueChangedKeyPath(const std::string& keyPath, TwainDialogData* object, const TwKeyValueChange& change,
+                                 void* context);
+    void setSideTextFor(const std::string& family);
+    // The working-copy key of a setting key ("Data.GrayImage.Back.Gamma" -> "temp.GrayImage.Gamma"
+    // when the back side is shown), or nothing. dict is a store root holding "Data".
+    std::optional<std::string> GetTempKey(const std::string& keyPath, const TwValue& dict);
+    // Asks a text field bound to keyPath to reload (temp.TextEditRefresh, temp.TextEditDatakey).
+    void TextEditRefresh(const TwValue& value, const std::string& keyPath);
+
+    // ---- Paper, resolution and area geometry ----
+
+    static const TwAreaValidInfo AreaValidInfos[8];
+    // Tenths of a millimetre, before any landscape turn; A4 when the paper is unknown.
+    TwSize GetCurrentPaperSize();
+    TwSize GetCurrentPaperSizeInCurrentOrientation();
+    bool AreaUnitIsInch();
+    bool IsDuplx();
+    // Divisor of a binary-rate code: code + 1 for codes 1 to 3, else 1.
+    static std::int64_t rateDivisor(std::int64_t code);
+    void SetBinaryImageRate();
+    void SetGrayDPI();
+    void calcAutoCropLength();
+    // Allowed start and length (width = start, length = length) in millimetres for an area key
+    // ("temp.Area.<path>" or "Data.Area.Measure.<path>"); a length of 0 for any other key.
+    TwSize GetFormatterRange(const std::string& keyPath);
+    // Brings the area holding keyPath back onto the paper, keeping the edited value if it can.
+    void ValidateAreaRect(TwainDialogData* object, const std::string& keyPath);
+    void ValidateAreaRectAll();
+    void AdjustLandscapeEnableAndArea();
+    void updateContentPaperSizeAll();
+    // The front main area as a frame in millimetres; setting it sets both sides' X.
+    void setPaperFrame(const TwPaperFrame& frame);
+    void getPaperFrame(TwPaperFrame* frame);
+    // Writes every number below dict to keyPrefix + "." + its path, in inches when unit is 0,
+    // otherwise unchanged (millimetres).
+    void ModifyMetureValue(const TwValue& unit, const TwValue& dict, const std::string& keyPrefix);
+
     // ---- Fields ----
 
     TwValue m_dictData;              // section name -> section dictionary
@@ -120,6 +208,13 @@ public:
 private:
     void writeValue(const TwValue& value, std::string_view keyPath, bool notify);
     TwValue section(std::string_view name);
+
+    // Area geometry helpers (TwainDialogDataPaper.cpp).
+    void fitAreas(const std::string* editedKey);
+    // Writes an area value (millimetres) and its working copy (user's unit) without mirroring.
+    void writeAreaValue(const std::string& rest, double millimetres, const std::string* editedRest);
+    // The paper, in millimetres and current orientation, that the areas were last fitted to.
+    TwSize m_areaPaper;
 
     std::shared_ptr<TwBundle> m_bundleDS;
     TwObservationCenter m_observation;

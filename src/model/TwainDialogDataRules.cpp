@@ -1,5 +1,351 @@
+// The model's observation of itself: the enable rules, their reverse index, and the one change
+// handler that keeps the profile name honest, applies a profile picked by name, re-evaluates the
+// rules and runs the value reactions.
 #include "TwainDialogData.h"
 
-// The change handler of the model's observation of itself. The enable rules, the untitled-profile
-// rule and the value reactions are dispatched from here.
-void TwainDialogData::observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange&, void*) {}
+#include "OrvaDebug.h"
+
+#include <cctype>
+#include <cstdint>
+#include <exception>
+
+namespace {
+
+bool equalsIgnoringCase(std::string_view a, std::string_view b) {
+    if (a.size() != b.size())
+        return false;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        unsigned char x = static_cast<unsigned char>(a[i]);
+        unsigned char y = static_cast<unsigned char>(b[i]);
+        if (x != y && std::tolower(x) != std::tolower(y))
+            return false;
+    }
+    return true;
+}
+
+// "AND", or a sibling group "AND - ..." (the suffix only keeps dictionary keys distinct).
+bool isGroup(const std::string* attrib, std::string_view group) {
+    if (!attrib)
+        return false;
+    std::string_view a = *attrib;
+    if (a == group)
+        return true;
+    return a.size() >= group.size() + 2 && a.starts_with(group) && a.substr(group.size(), 2) == " -";
+}
+
+enum class Bucket { None, Yes, No, Custom };
+
+Bucket constantBucket(std::string_view key) {
+    if (equalsIgnoringCase(key, "TRUE") || equalsIgnoringCase(key, "YES"))
+        return Bucket::Yes;
+    if (equalsIgnoringCase(key, "FALSE") || equalsIgnoringCase(key, "NO"))
+        return Bucket::No;
+    if (equalsIgnoringCase(key, "CUSTOM"))
+        return Bucket::Custom;
+    return Bucket::None;
+}
+
+const char* bucketName(Bucket b) {
+    switch (b) {
+    case Bucket::Yes:
+        return "YES";
+    case Bucket::No:
+        return "NO";
+    case Bucket::Custom:
+        return "CUSTOM";
+    default:
+        return nullptr;
+    }
+}
+
+// Adds target to the array under key (created when missing) unless it is already there.
+void appendUnique(TwDictionary& index, const std::string& key, const std::string& target) {
+    TwValue list = index.value(key);
+    if (!list.list()) {
+        list = TwValue::array();
+        index.set(key, list);
+    }
+    for (auto& t : *list.list())
+        if (t.str() && *t.str() == target)
+            return;
+    list.list()->push_back(TwValue(target));
+}
+
+std::intptr_t addressOf(const void* p) {
+    return reinterpret_cast<std::intptr_t>(p);
+}
+
+} // namespace
+
+// ---- Registration --------------------------------------------------------------------------------
+
+void TwainDialogData::addSelfObserver() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogData::addSelfObserver");
+    m_bInInit = true;
+    initTempDict();
+    addSelfObserverForKeyPath("profiles.name", kTwObserveNew | kTwObserveOld | kTwObserveInitial);
+    addSelfObserverForDict(valueForKey("Data"), "Data", kTwObserveNew | kTwObserveOld | kTwObserveInitial);
+    addSelfObserverForDict(valueForKey("temp"), "temp", kTwObserveNew | kTwObserveOld);
+    m_bInInit = false;
+    createObserver();
+}
+
+void TwainDialogData::initTempDict() {
+    for (const char* key : {"temp.Distinction", "temp.GrayDPI", "temp.GrayColor"})
+        setValueForKeyPath(TwValue(""), key);
+}
+
+void TwainDialogData::addSelfObserverForKeyPath(const std::string& keyPath, unsigned options) {
+    try {
+        TwDictionary* registry = m_dictObserver.dict();
+        if (!registry || registry->contains(keyPath))
+            return;
+        registry->set(keyPath, TwValue::array({TwValue(static_cast<long long>(addressOf(this)))}));
+        addObserver(this, keyPath, options, nullptr);
+    } catch (const std::exception& e) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: keyPath:%s :%s\n", "TwainDialogData::addSelfObserverForKeyPath",
+                keyPath.c_str(), e.what());
+    }
+}
+
+void TwainDialogData::addSelfObserverForKeyPaths(const std::vector<std::string>& keyPaths, unsigned options) {
+    for (auto& keyPath : keyPaths)
+        addSelfObserverForKeyPath(keyPath, options);
+}
+
+void TwainDialogData::addSelfObserverForDict(const TwValue& dict, const std::string& prefix,
+                                             unsigned options) {
+    auto d = dict.dict();
+    if (!d)
+        return;
+    // Keys first: registering may call the handler, whose reactions may add entries here.
+    for (auto& key : d->keys()) {
+        std::string path = prefix + "." + key;
+        TwValue value = d->value(key);
+        if (value.isDictionary())
+            addSelfObserverForDict(value, path, options);
+        else
+            addSelfObserverForKeyPath(path, options);
+    }
+}
+
+void TwainDialogData::removeSelfObserver() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogData::removeSelfObserver");
+    TwDictionary* registry = m_dictObserver.dict();
+    if (!registry)
+        return;
+    for (auto& [keyPath, observers] : *registry) {
+        auto list = observers.list();
+        if (!list)
+            continue;
+        for (auto& observer : *list) {
+            if (observer.longLongValue() == addressOf(this))
+                removeObserver(this, keyPath);
+        }
+        list->clear();
+    }
+    registry->clear();
+}
+
+// ---- The rule table and its reverse index --------------------------------------------------------
+
+void TwainDialogData::createObserver() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogData::createObserver");
+    try {
+        m_dictEnableChange = ModelDef ? ModelDef->UIEnable() : TwValue();
+        if (!m_dictEnableChange.isNull() && !m_dictEnableChange.isDictionary()) {
+            OrvaLog(kOrvaLogError, "ERROR: %s: the enable rules are not a dictionary: %s\n",
+                    "TwainDialogData::createObserver", m_dictEnableChange.description().c_str());
+            m_dictEnableChange = TwValue();
+        }
+        m_dictObserverChange = TwValue::dictionary();
+        if (auto rules = m_dictEnableChange.dict()) {
+            for (auto& [target, rule] : *rules) {
+                if (rule.isDictionary())
+                    appendObserverDict(rule, target);
+            }
+        }
+        TwDictionary& index = *m_dictObserverChange.dict();
+        for (const char* bucket : {"YES", "NO", "CUSTOM"}) {
+            TwValue targets = index.value(bucket);
+            index.remove(bucket);
+            if (auto list = targets.list()) {
+                bool enabled = std::string_view(bucket) == "YES";
+                for (auto& target : *list)
+                    setValueForKeyPath(TwValue(enabled), target.stringValue());
+            }
+        }
+        for (auto& source : index.keys()) {
+            updateEnabledFromKeyPath(source, nullptr);
+            addSelfObserverForKeyPath(source, kTwObserveNew | kTwObserveOld | kTwObserveInitial);
+        }
+    } catch (const std::exception& e) {
+        OrvaLog(kOrvaLogError, "*** ERROR: %s keyPath:%s : %s\n", "TwainDialogData::createObserver", "",
+                e.what());
+    }
+}
+
+void TwainDialogData::appendObserverDict(const TwValue& dict, const std::string& keyPath) {
+    auto d = dict.dict();
+    TwDictionary* index = m_dictObserverChange.dict();
+    if (!d || !index)
+        return;
+    for (auto& [key, value] : *d) {
+        if (auto child = value.dict()) {
+            if (!child->empty()) {
+                appendObserverDict(value, keyPath);
+            } else if (const char* bucket = bucketName(constantBucket(key))) {
+                appendUnique(*index, bucket, keyPath);
+            }
+            continue;
+        }
+        appendUnique(*index, key, keyPath);
+    }
+}
+
+// ---- Evaluation ----------------------------------------------------------------------------------
+
+bool TwainDialogData::getEnableFromInfo(const TwValue& node, const std::string* attrib,
+                                        const std::string& keyPath) {
+    if (auto d = node.dict()) {
+        if (attrib) {
+            switch (constantBucket(*attrib)) {
+            case Bucket::Yes:
+                return true;
+            case Bucket::No:
+                return false;
+            case Bucket::Custom:
+                return getEnableCustomForKeyPath(keyPath);
+            case Bucket::None:
+                break;
+            }
+        }
+        const bool isOr = isGroup(attrib, "OR");
+        const bool isAnd = isGroup(attrib, "AND");
+        const bool isNot = isGroup(attrib, "NOT");
+        bool result = !isOr;
+        bool first = true;
+        // By index: evaluation reads the store, whose observers may not change the rule, but a
+        // rule dictionary shared with the store must not be walked by invalidated iterators.
+        for (std::size_t i = 0; i < d->size(); ++i) {
+            const auto& [key, value] = d->at(i);
+            bool r = getEnableFromInfo(value, &key, keyPath);
+            if (isNot)
+                return !r;
+            if (isAnd) {
+                result = result && r;
+                if (!result)
+                    return false;
+            } else if (isOr) {
+                if (r)
+                    return true;
+            } else if (first) {
+                result = r;
+            }
+            first = false;
+        }
+        return result;
+    }
+    if (auto a = node.list()) {
+        for (std::size_t i = 0; i < a->size(); ++i)
+            if (getEnableFromInfo((*a)[i], attrib, keyPath))
+                return true;
+        return false;
+    }
+    if (node.isNumber()) {
+        if (!attrib)
+            return false;
+        return node.isEqual(valueForKeyPath(*attrib));
+    }
+    if (auto s = node.str()) {
+        if (!attrib)
+            return false;
+        TwValue stored = valueForKeyPath(*attrib);
+        return stored.str() && equalsIgnoringCase(*stored.str(), *s);
+    }
+    return true;
+}
+
+bool TwainDialogData::getEnableCustomForKeyPath(const std::string& keyPath) {
+    if (keyPath != "enable.Landscape")
+        return true;
+    TwSize paper = GetCurrentPaperSize();
+    double physicalWidth = ModelDef ? ModelDef->getPhysicalWidth() * 254.0 : 0.0;
+    double minHeight = ModelDef ? ModelDef->getMinHeight() * 254.0 : 0.0;
+    // Turned sideways the length becomes the width across the feeder and the width the length.
+    return !(paper.length > physicalWidth || minHeight > paper.width);
+}
+
+void TwainDialogData::updateEnabledFromKeyPath(const std::string& keyPath, const TwKeyValueChange*) {
+    TwDictionary* index = m_dictObserverChange.dict();
+    if (!index)
+        return;
+    TwValue targets = index->value(keyPath);
+    auto list = targets.list();
+    if (!list)
+        return;
+    TwDictionary* rules = m_dictEnableChange.dict();
+    for (std::size_t i = 0; i < list->size(); ++i) {
+        std::string target = (*list)[i].stringValue();
+        try {
+            TwValue rule = rules ? rules->value(target) : TwValue();
+            bool enabled = getEnableFromInfo(rule, nullptr, target);
+            myChangeValue(TwValue(enabled), target);
+        } catch (const std::exception& e) {
+            OrvaLog(kOrvaLogError, "*** ERROR: %s toChangeKeyPath:%s : %s\n",
+                    "TwainDialogData::updateEnabledFromKeyPath", target.c_str(), e.what());
+        }
+    }
+}
+
+// ---- The change handler --------------------------------------------------------------------------
+
+void TwainDialogData::observeValueForKeyPath(const std::string& keyPath, TwainDialogData*,
+                                             const TwKeyValueChange& change, void*) {
+    try {
+        std::string_view p = keyPath;
+        if (p.starts_with("Data")) {
+            if (!bInProfileProcess && p != "Data.Area.Unit" && !p.ends_with(".Keep2SideSame")) {
+                // An initial notification has no old value and leaves the name alone.
+                if (!change.oldValue.isNull() && !change.oldValue.isEqual(change.newValue))
+                    myChangeValue(valueForKeyPath("profiles.temporary"), "profiles.name");
+            }
+        } else if (p.starts_with("profiles") && p == "profiles.name") {
+            bool saved = bInProfileProcess;
+            bInProfileProcess = true;
+            TwValue name = valueForKeyPath("profiles.name");
+            if (!name.isNull()) {
+                if (auto profiles = m_CustomProfiles.list()) {
+                    for (std::size_t i = 0; i < profiles->size(); ++i) {
+                        TwValue profile = (*profiles)[i];
+                        auto d = profile.dict();
+                        if (!d || !d->value("ProfileName").isEqual(name))
+                            continue;
+                        try {
+                            SettingApply(profile);
+                        } catch (const std::exception&) {
+                            OrvaLog(kOrvaLogError, "Profile Apply Fail!\n");
+                        }
+                        break;
+                    }
+                }
+            }
+            bInProfileProcess = saved;
+        }
+        updateEnabledFromKeyPath(keyPath, &change);
+        if (!bInProfileProcess && !bInLoadProfile)
+            updateValueWhenChangeKeyPath(keyPath, change);
+    } catch (const std::exception& e) {
+        OrvaLog(kOrvaLogError, "*** ERROR: %s keyPath:%s : %s\n", "TwainDialogData::observeValueForKeyPath",
+                keyPath.c_str(), e.what());
+    }
+}
+
+// ---- Applying a profile --------------------------------------------------------------------------
+// Placeholder until profiles are stored and applied (the presets work replaces this body): there
+// is nothing to apply yet, so a selection by name only leaves a trace.
+void TwainDialogData::SettingApply(const TwValue& profile) {
+    TwValue name = profile.dict() ? profile.dict()->value("ProfileName") : TwValue();
+    OrvaLog(kOrvaLogDebug, "%s: applying profiles is not available yet; %s left as it is\n",
+            "TwainDialogData::SettingApply", name.description().c_str());
+}

@@ -1,0 +1,381 @@
+// The enable rules: evaluation of the rule table, the reverse index with its constant buckets,
+// the registration of the model's own observation, and the dispatch of changes.
+#include "ModelTestSupport.h"
+#include "OrvaDebug.h"
+
+#include <QTest>
+
+Q_DECLARE_METATYPE(TwValue)
+
+namespace {
+
+// Counts how often the custom landscape rule asks for the feeder's width.
+class CountingModelDef : public TestModelDef {
+public:
+    mutable int widthAsked = 0;
+    double getPhysicalWidth() const override {
+        ++widthAsked;
+        return TestModelDef::getPhysicalWidth();
+    }
+};
+
+TwValue dict(std::initializer_list<std::pair<std::string, TwValue>> entries) {
+    return TwValue::dictionary(entries);
+}
+TwValue empty() {
+    return TwValue::dictionary();
+}
+
+void fillConditions(TwainDialogData& model) {
+    model.setValueForKeyPath(
+        dict({{"Source", "ADF"}, {"Num", 1}, {"Str", "1"}, {"Flag", true}, {"Real", 2.5}}), "Data");
+}
+
+} // namespace
+
+class TestEnableRules : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
+
+    // ---- Evaluation ----
+
+    void ruleTable_data() {
+        QTest::addColumn<TwValue>("rule");
+        QTest::addColumn<bool>("expected");
+        QTest::newRow("empty OR is false") << dict({{"OR", empty()}}) << false;
+        QTest::newRow("empty AND is true") << dict({{"AND", empty()}}) << true;
+        QTest::newRow("empty NOT is true") << dict({{"NOT", empty()}}) << true;
+        QTest::newRow("empty top level is true") << empty() << true;
+        QTest::newRow("string ignores case") << dict({{"Data.Source", "adf"}}) << true;
+        QTest::newRow("string differs") << dict({{"Data.Source", "ADX"}}) << false;
+        QTest::newRow("string never matches a number") << dict({{"Data.Num", "1"}}) << false;
+        QTest::newRow("number matches number") << dict({{"Data.Num", 1}}) << true;
+        QTest::newRow("number matches across int and real") << dict({{"Data.Real", 2.5}}) << true;
+        QTest::newRow("number never matches a string") << dict({{"Data.Str", 1}}) << false;
+        QTest::newRow("boolean is a number") << dict({{"Data.Flag", 1}}) << true;
+        QTest::newRow("array: any element") << dict({{"Data.Num", TwValue::array({3, 1})}}) << true;
+        QTest::newRow("array: no element") << dict({{"Data.Num", TwValue::array({3, 4})}}) << false;
+        QTest::newRow("array: empty") << dict({{"Data.Num", TwValue::array()}}) << false;
+        QTest::newRow("array of strings")
+            << dict({{"Data.Source", TwValue::array({"flatbed", "adf"})}}) << true;
+        QTest::newRow("missing key, number") << dict({{"Data.Missing", 1}}) << false;
+        QTest::newRow("missing key, string") << dict({{"Data.Missing", "x"}}) << false;
+        QTest::newRow("NOT of missing") << dict({{"NOT", dict({{"Data.Missing", 1}})}}) << true;
+        QTest::newRow("other value types enable") << dict({{"Data.Num", TwValue(TwBytes{1, 2})}}) << true;
+        QTest::newRow("NOT reads the first entry only")
+            << dict({{"NOT", dict({{"Data.Num", 1}, {"Data.Missing", 5}})}}) << false;
+        QTest::newRow("NOT of a false first entry")
+            << dict({{"NOT", dict({{"Data.Num", 2}, {"Data.Num ", 1}})}}) << true;
+        QTest::newRow("top level takes its first entry")
+            << dict({{"Data.Num", 2}, {"Data.Source", "ADF"}}) << false;
+        QTest::newRow("AND all true")
+            << dict({{"AND", dict({{"Data.Num", 1}, {"Data.Source", "adf"}})}}) << true;
+        QTest::newRow("AND one false")
+            << dict({{"AND", dict({{"Data.Num", 1}, {"Data.Source", "no"}})}}) << false;
+        QTest::newRow("OR one true") << dict({{"OR", dict({{"Data.Num", 5}, {"Data.Source", "ADF"}})}})
+                                     << true;
+        QTest::newRow("OR none true")
+            << dict({{"OR", dict({{"Data.Num", 5}, {"Data.Source", "x"}})}}) << false;
+        QTest::newRow("prefixed groups")
+            << dict({{"AND", dict({{"OR - 1", dict({{"Data.Num", 9}, {"Data.Flag", true}})},
+                                   {"NOT - 2", dict({{"Data.Source", "FB"}})},
+                                   {"AND - 3", dict({{"Data.Str", "1"}})}})}})
+            << true;
+        QTest::newRow("prefixed group decides")
+            << dict({{"AND", dict({{"NOT - 1", dict({{"Data.Source", "adf"}})}})}}) << false;
+        QTest::newRow("lower-case or is a key path")
+            << dict({{"or", dict({{"Data.Num", 2}, {"Data.Source", "ADF"}})}}) << false;
+        QTest::newRow("OR without the dash is a key path")
+            << dict({{"OR1", dict({{"Data.Num", 2}, {"Data.Source", "ADF"}})}}) << false;
+        QTest::newRow("yes ignores case") << dict({{"yes", empty()}}) << true;
+        QTest::newRow("True ignores case") << dict({{"True", empty()}}) << true;
+        QTest::newRow("No ignores case") << dict({{"No", empty()}}) << false;
+        QTest::newRow("FALSE inside AND")
+            << dict({{"AND", dict({{"TRUE", empty()}, {"false", empty()}})}}) << false;
+        QTest::newRow("custom of another target is true") << dict({{"custom", empty()}}) << true;
+        QTest::newRow("a dictionary under a key path takes its first entry")
+            << dict({{"Data.Num", dict({{"Data.Source", "adf"}, {"Data.Num", 7}})}}) << true;
+    }
+    void ruleTable() {
+        QFETCH(TwValue, rule);
+        QFETCH(bool, expected);
+        TwainDialogData model;
+        fillConditions(model);
+        QCOMPARE(model.getEnableFromInfo(rule, nullptr, "enable.Target"), expected);
+    }
+
+    void groupsStopEarly_data() {
+        QTest::addColumn<TwValue>("rule");
+        QTest::addColumn<int>("customCalls");
+        QTest::newRow("AND stops at the first false")
+            << dict({{"AND", dict({{"Data.Num", 2}, {"CUSTOM", empty()}})}}) << 0;
+        QTest::newRow("AND goes on while true")
+            << dict({{"AND", dict({{"Data.Num", 1}, {"CUSTOM", empty()}})}}) << 1;
+        QTest::newRow("OR stops at the first true")
+            << dict({{"OR", dict({{"Data.Num", 1}, {"CUSTOM", empty()}})}}) << 0;
+        QTest::newRow("OR goes on while false")
+            << dict({{"OR", dict({{"Data.Num", 2}, {"CUSTOM", empty()}})}}) << 1;
+        QTest::newRow("NOT looks no further")
+            << dict({{"NOT", dict({{"Data.Num", 1}, {"CUSTOM", empty()}})}}) << 0;
+        QTest::newRow("top level evaluates later entries")
+            << dict({{"Data.Num", 1}, {"CUSTOM", empty()}}) << 1;
+    }
+    void groupsStopEarly() {
+        QFETCH(TwValue, rule);
+        QFETCH(int, customCalls);
+        CountingModelDef def;
+        TwainDialogData model;
+        model.setModelDef(&def);
+        fillConditions(model);
+        model.getEnableFromInfo(rule, nullptr, "enable.Landscape");
+        QCOMPARE(def.widthAsked, customCalls);
+    }
+
+    void customLandscapeWithoutModelDefinitionIsDisabled() {
+        TwainDialogData model;
+        QVERIFY(!model.getEnableCustomForKeyPath("enable.Landscape"));
+        QVERIFY(model.getEnableCustomForKeyPath("enable.Other"));
+    }
+
+    // ---- The reverse index ----
+
+    void reverseIndexAndConstantTargets() {
+        TestModelDef def;
+        def.rules = dict(
+            {{"enable.A", dict({{"AND", dict({{"Data.Num", 1},
+                                              {"NOT - 1", dict({{"Data.Source", "ADF"}})},
+                                              {"OR - 2", dict({{"Data.Num", 2}, {"Data.Flag", true}})}})}})},
+             {"enable.B", dict({{"Data.Num", TwValue::array({1, 2})}})},
+             {"enable.C", dict({{"YES", empty()}})},
+             {"enable.D", dict({{"false", empty()}})},
+             {"enable.E", dict({{"CUSTOM", empty()}})},
+             {"enable.F", "not a dictionary"},
+             {"enable.G", dict({{"AND", dict({{"Data.Flag", true}, {"custom", empty()}})}})}});
+        TwainDialogData model;
+        model.setModelDef(&def);
+        fillConditions(model);
+        model.setValueForKeyPath(TwValue(true), "enable.F");
+        model.createObserver();
+
+        TwDictionary* index = model.m_dictObserverChange.dict();
+        QCOMPARE(index->keys(), (std::vector<std::string>{"Data.Num", "Data.Source", "Data.Flag"}));
+        auto targets = [&](const char* source) {
+            std::vector<std::string> out;
+            for (auto& t : *index->value(source).list())
+                out.push_back(t.stringValue());
+            return out;
+        };
+        QCOMPARE(targets("Data.Num"), (std::vector<std::string>{"enable.A", "enable.B"}));
+        QCOMPARE(targets("Data.Source"), (std::vector<std::string>{"enable.A"}));
+        QCOMPARE(targets("Data.Flag"), (std::vector<std::string>{"enable.A", "enable.G"}));
+
+        QCOMPARE(model.valueForKeyPath("enable.C"), TwValue(true));
+        QCOMPARE(model.valueForKeyPath("enable.D"), TwValue(false));
+        QCOMPARE(model.valueForKeyPath("enable.E"), TwValue(false)); // starts disabled, has no source
+        QCOMPARE(model.valueForKeyPath("enable.F"), TwValue(true));  // not a rule: left as it was
+        QCOMPARE(model.valueForKeyPath("enable.A"), TwValue(false)); // NOT Source "ADF" is false
+        QCOMPARE(model.valueForKeyPath("enable.B"), TwValue(true));
+        QCOMPARE(model.valueForKeyPath("enable.G"), TwValue(true)); // custom of a non-landscape target
+        for (const char* source : {"Data.Num", "Data.Source", "Data.Flag"})
+            QVERIFY(model.m_dictObserver.dict()->contains(source));
+
+        // A source change re-evaluates its targets; the lone CUSTOM target is never evaluated again.
+        model.setValueForKeyPath(TwValue("FB"), "Data.Source");
+        QCOMPARE(model.valueForKeyPath("enable.A"), TwValue(true));
+        model.setValueForKeyPath(TwValue(5), "Data.Num");
+        QCOMPARE(model.valueForKeyPath("enable.A"), TwValue(false));
+        QCOMPARE(model.valueForKeyPath("enable.B"), TwValue(false));
+        QCOMPARE(model.valueForKeyPath("enable.E"), TwValue(false));
+        model.removeSelfObserver();
+    }
+
+    void aRuleTableThatIsNotADictionaryIsEmpty() {
+        TestModelDef def;
+        def.rules = TwValue::array({dict({{"enable.A", dict({{"YES", empty()}})}})});
+        TwainDialogData model;
+        model.setModelDef(&def);
+        model.createObserver();
+        QVERIFY(model.m_dictEnableChange.isNull());
+        QVERIFY(model.m_dictObserverChange.dict()->empty());
+        QVERIFY(model.valueForKeyPath("enable.A").isNull());
+    }
+
+    void anEnableKeyIsWrittenOnlyWhenItChanges() {
+        TestModelDef def;
+        def.rules = dict({{"enable.B", dict({{"Data.Num", TwValue::array({1, 2})}})}});
+        TwainDialogData model;
+        model.setModelDef(&def);
+        fillConditions(model);
+        model.createObserver();
+        ChangeRecorder recorder;
+        model.addObserver(&recorder, "enable.B", kTwObserveNew);
+        model.setValueForKeyPath(TwValue(2), "Data.Num");
+        QCOMPARE(recorder.count("enable.B"), 0);
+        model.setValueForKeyPath(TwValue(3), "Data.Num");
+        QCOMPARE(recorder.count("enable.B"), 1);
+        model.removeObserver(&recorder, "enable.B");
+        model.removeSelfObserver();
+    }
+
+    // ---- Registration ----
+
+    void addSelfObserverRegistersEveryLeafOnce() {
+        TestModelDef def;
+        auto model = loadedModel(def);
+        TwDictionary* registry = model->m_dictObserver.dict();
+        for (const char* path : {"profiles.name", "Data.Resolution", "Data.Area.Measure.Front.L1.X",
+                                 "Data.BinaryImage.Back.Gamma", "temp.GrayDPI", "temp.Area.Width",
+                                 "temp.BinaryImage.Brightness"}) {
+            QVERIFY2(registry->contains(path), path);
+            TwValue observers = registry->value(path);
+            QCOMPARE(observers.list()->size(), std::size_t(1));
+            QCOMPARE(observers.list()->front().longLongValue(),
+                     static_cast<long long>(reinterpret_cast<std::intptr_t>(model.get())));
+        }
+        QVERIFY(!registry->contains("Data.Area"));
+        std::size_t count = model->observationCount(model.get());
+        QCOMPARE(count, registry->size());
+        model->addSelfObserverForKeyPath("Data.Resolution", kTwObserveNew);
+        QCOMPARE(model->observationCount(model.get()), count);
+        QVERIFY(!model->m_bInInit);
+    }
+
+    void initTempDictCreatesTheWorkingTexts() {
+        TwainDialogData model;
+        model.initTempDict();
+        for (const char* key : {"temp.Distinction", "temp.GrayDPI", "temp.GrayColor"})
+            QCOMPARE(model.valueForKeyPath(key), TwValue(""));
+    }
+
+    void registrationRunsInInitMode() {
+        TestModelDef def;
+        TwainDialogData model;
+        model.setModelDef(&def);
+        model.setValueForKeyPath(sampleData(), "Data");
+        bool sawInit = false;
+        struct Probe : TwKeyValueObserver {
+            TwainDialogData* model;
+            bool* saw;
+            void observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange&,
+                                        void*) override {
+                *saw = *saw || model->m_bInInit;
+            }
+        } probe;
+        probe.model = &model;
+        probe.saw = &sawInit;
+        model.addObserver(&probe, "temp.GrayDPI", kTwObserveNew);
+        model.addSelfObserver();
+        QVERIFY(sawInit); // writes made while registering happen in init mode
+        QVERIFY(!model.m_bInInit);
+        model.removeObserver(&probe, "temp.GrayDPI");
+        model.removeSelfObserver();
+    }
+
+    void removeSelfObserverEndsEveryRegistration() {
+        TestModelDef def;
+        def.rules = dict({{"enable.Duplex", dict({{"Data.PaperSource", TwValue::array({1, 4})}})}});
+        auto model = loadedModel(def);
+        QVERIFY(model->m_dictObserver.dict()->size() > 40);
+        QCOMPARE(model->observationCount(model.get()), model->m_dictObserver.dict()->size());
+        model->removeSelfObserver();
+        QCOMPARE(model->observationCount(model.get()), std::size_t(0));
+        QVERIFY(model->m_dictObserver.dict()->empty());
+        model->setValueForKeyPath(TwValue(1), "Data.PaperSource");
+        QCOMPARE(model->valueForKeyPath("enable.Duplex"), TwValue(false));
+        model->removeSelfObserver(); // twice is harmless
+    }
+
+    // ---- Dispatch ----
+
+    void untitledProfileRule_data() {
+        QTest::addColumn<QString>("keyPath");
+        QTest::addColumn<TwValue>("value");
+        QTest::addColumn<bool>("renamed");
+        QTest::newRow("resolution 300 to 200") << "Data.Resolution" << TwValue(200) << true;
+        QTest::newRow("resolution rewritten unchanged") << "Data.Resolution" << TwValue(300) << false;
+        QTest::newRow("nested setting") << "Data.BinaryImage.Front.Contrast" << TwValue(5) << true;
+        QTest::newRow("area unit") << "Data.Area.Unit" << TwValue(0) << false;
+        QTest::newRow("keep both sides") << "Data.BinaryImage.Keep2SideSame" << TwValue(true) << false;
+        QTest::newRow("a working value that mirrors nothing") << "temp.GrayDPI" << TwValue(5) << false;
+        QTest::newRow("a new Data key (not observed)") << "Data.NewKey" << TwValue(1) << false;
+    }
+    void untitledProfileRule() {
+        QFETCH(QString, keyPath);
+        QFETCH(TwValue, value);
+        QFETCH(bool, renamed);
+        TestModelDef def;
+        auto model = loadedModel(def);
+        model->setValueForKeyPathWithoutNotification(TwValue("Mine"), "profiles.name");
+        model->setValueForKeyPath(value, keyPath.toStdString());
+        QCOMPARE(model->valueForKeyPath("profiles.name"), TwValue(renamed ? "Untitled" : "Mine"));
+    }
+
+    void initialNotificationsKeepTheProfileName() {
+        TestModelDef def;
+        TwainDialogData model;
+        model.setModelDef(&def);
+        model.setValueForKeyPath(sampleData(), "Data");
+        model.setValueForKeyPath(dict({{"temporary", "Untitled"}, {"name", "Mine"}}), "profiles");
+        model.addSelfObserver();
+        QCOMPARE(model.valueForKeyPath("profiles.name"), TwValue("Mine"));
+        model.removeSelfObserver();
+    }
+
+    void applyingAProfileKeepsTheName() {
+        TestModelDef def;
+        auto model = loadedModel(def);
+        model->bInProfileProcess = true;
+        model->setValueForKeyPathWithoutNotification(TwValue("Mine"), "profiles.name");
+        model->setValueForKeyPath(TwValue(600), "Data.Resolution");
+        QCOMPARE(model->valueForKeyPath("profiles.name"), TwValue("Mine"));
+        QVERIFY(model->bInProfileProcess);
+        model->bInProfileProcess = false;
+    }
+
+    void selectingAProfileByName_data() {
+        QTest::addColumn<TwValue>("profiles");
+        QTest::newRow("none") << TwValue();
+        QTest::newRow("not an array") << TwValue("profiles");
+        QTest::newRow("foreign elements") << TwValue::array({1, "A", TwValue::array()});
+        QTest::newRow("a match") << TwValue::array(
+            {dict({{"ProfileName", "B"}}), dict({{"ProfileName", "A"}})});
+    }
+    void selectingAProfileByName() {
+        QFETCH(TwValue, profiles);
+        TestModelDef def;
+        auto model = loadedModel(def);
+        model->m_CustomProfiles = profiles;
+        model->setValueForKeyPath(TwValue("A"), "profiles.name");
+        QCOMPARE(model->valueForKeyPath("profiles.name"), TwValue("A"));
+        QVERIFY(!model->bInProfileProcess);
+        model->bInProfileProcess = true;
+        model->setValueForKeyPath(TwValue("B"), "profiles.name");
+        QVERIFY(model->bInProfileProcess); // restored to what it was, not cleared
+        model->bInProfileProcess = false;
+    }
+
+    void enableRulesRunBeforeTheReactions() {
+        // The paper-source reaction reads enable.Duplex: it must see the value for the new source.
+        TestModelDef def;
+        def.rules = dict({{"enable.Duplex", dict({{"Data.PaperSource", TwValue::array({1, 4})}})}});
+        auto model = loadedModel(def);
+        model->setValueForKeyPath(TwValue(1), "Data.PaperSource");
+        QCOMPARE(model->valueForKeyPath("enable.Duplex"), TwValue(true));
+        QCOMPARE(model->valueForKeyPath("temp.GrayImageSide"), TwValue(2));
+    }
+
+    void loadingAProfileSkipsTheReactions() {
+        TestModelDef def;
+        auto model = loadedModel(def);
+        model->bInLoadProfile = true;
+        model->setValueForKeyPath(TwValue(150), "Data.Resolution");
+        QCOMPARE(model->valueForKeyPath("temp.GrayDPI"), TwValue(300));
+        model->bInLoadProfile = false;
+        model->setValueForKeyPath(TwValue(200), "Data.Resolution");
+        QCOMPARE(model->valueForKeyPath("temp.GrayDPI"), TwValue(200));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestEnableRules)
+#include "tst_enablerules.moc"
