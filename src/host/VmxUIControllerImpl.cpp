@@ -26,7 +26,8 @@ void VmxUIControllerImpl::init() {
 VmxUIControllerImpl::~VmxUIControllerImpl() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("dealloc").c_str());
     logModelUseCount("dealloc", 0);
-    // removeSelfObserver arrives with the model's rules; dropping the model drops its observers.
+    if (_DialogData)
+        _DialogData->removeSelfObserver();
     logModelUseCount("dealloc", 1);
     OrvaLog(kOrvaLogDebug, "\t%s [_dlgController retainCount]: %lu\n", methodName("dealloc").c_str(), 0ul);
 }
@@ -55,6 +56,8 @@ void VmxUIControllerImpl::setModelName(const std::string& name) {
 void VmxUIControllerImpl::setDataWithDictionary(const TwValue& dictionary, std::uint32_t) {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("setDataWithDictionary").c_str());
     logModelUseCount("setDataWithDictionary", 0);
+    if (_DialogData)
+        _DialogData->removeSelfObserver();
     _DialogData.reset();
 
     auto model = std::make_shared<TwainDialogData>(bundleDS);
@@ -69,6 +72,8 @@ void VmxUIControllerImpl::setDataWithDictionary(const TwValue& dictionary, std::
     }
     _DialogData = model;
     setUIContents(ModelDef ? ModelDef->UIOptions() : TwValue());
+
+    model->addSelfObserver();
     OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", methodName("setDataWithDictionary").c_str());
 }
 
@@ -195,6 +200,8 @@ void VmxUIControllerImpl::hideUi() {
 
 void VmxUIControllerImpl::closeDS() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("closeDS").c_str());
+    if (_DialogData)
+        _DialogData->removeSelfObserver();
     _DialogData.reset();
 }
 

@@ -1,0 +1,148 @@
+// The sample scanner driven through the facade: the model observes itself once the data is set,
+// and every edit re-evaluates the sample's rules and runs the value reactions.
+#include "OrvaDebug.h"
+#include "SampleModelDef.h"
+#include "TwPlist.h"
+#include "TwainDialogData.h"
+#include "VmxUIControllerImpl.h"
+
+#include <QTest>
+
+namespace {
+
+const std::string kBundle = SAMPLE_BUNDLE_DIR;
+
+std::vector<int> codes(const TwValue& list) {
+    std::vector<int> out;
+    if (auto a = list.list())
+        for (auto& e : *a)
+            out.push_back(e.dict()->value("value").intValue());
+    return out;
+}
+
+} // namespace
+
+class TestSampleRules : public QObject {
+    Q_OBJECT
+    SampleModelDef def{TwValue()};
+    TwValue capabilities;
+
+    std::unique_ptr<VmxUIControllerImpl> loaded() {
+        auto ui = std::make_unique<VmxUIControllerImpl>();
+        OrvaSetLogPaths(nullptr, nullptr);
+        ui->initWithDSBundle(kBundle);
+        ui->setModelDef(&def);
+        ui->setDataWithDictionary(capabilities.deepCopy(), 0);
+        return ui;
+    }
+    static void set(VmxUIControllerImpl& ui, const char* keyPath, const TwValue& value) {
+        ui.setDataWithKeyPathValue(TwValue::dictionary({{keyPath, value}}));
+    }
+
+private slots:
+    void initTestCase() {
+        OrvaSetLogPaths(nullptr, nullptr);
+        std::string error;
+        def = SampleModelDef::fromFile(kBundle + "/Contents/Resources/ModelDef.plist", &error);
+        QVERIFY2(error.empty(), error.c_str());
+        capabilities = TwPlistReadFile(kBundle + "/Contents/Resources/Capabilities.plist", &error);
+        QVERIFY2(capabilities.isDictionary(), error.c_str());
+    }
+
+    void everyRuleHasAValueOnceLoaded() {
+        auto ui = loaded();
+        for (auto& [target, rule] : *def.UIEnable().dict()) {
+            TwValue value = ui->dataForKeyPath(target);
+            QVERIFY2(value.isBoolean(), target.c_str());
+        }
+        QCOMPARE(ui->dataForKeyPath("enable.Duplex"), TwValue(false));
+        QCOMPARE(ui->dataForKeyPath("enable.Landscape"), TwValue(false)); // A4 is too long to turn
+        QCOMPARE(ui->dataForKeyPath("enable.Deskew"), TwValue(true));
+        QCOMPARE(ui->dataForKeyPath("enable.FitToPage"), TwValue(false));
+        QCOMPARE(ui->dataForKeyPath("temp.GrayDPI"), TwValue(300));
+        QCOMPARE(codes(ui->dataForKeyPath("content.RateImageAvail")), (std::vector<int>{0, 1, 2}));
+        QCOMPARE(ui->dataForKeyPath("temp.Area.Width").doubleValue(), 210.0);
+        QCOMPARE(ui->dataForKeyPath("temp.GrayColor"), TwValue("Color")); // the sample's own text
+        QVERIFY(ui->model()->observationCount(ui->model().get()) > 0);
+    }
+
+    void aResolutionEditRunsRulesAndReactions() {
+        auto ui = loaded();
+        set(*ui, "Data.ImageType", TwValue(22));
+        set(*ui, "profiles.temporary", TwValue("Untitled"));
+        set(*ui, "profiles.name", TwValue("Mine"));
+        QCOMPARE(ui->dataForKeyPath("enable.AutoDistinctionResolution"), TwValue(true));
+        set(*ui, "Data.Resolution", TwValue(150));
+        QCOMPARE(ui->dataForKeyPath("enable.AutoDistinctionResolution"), TwValue(false));
+        QCOMPARE(codes(ui->dataForKeyPath("content.RateImageAvail")), std::vector<int>{0});
+        QCOMPARE(ui->dataForKeyPath("temp.GrayDPI"), TwValue(150));
+        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
+        QCOMPARE(ui->dataForKeyPath("temp.GrayColor"), TwValue("Gray"));
+    }
+
+    void aFlatbedSwitchesFeedPagesOff() {
+        auto ui = loaded();
+        set(*ui, "Data.Feed.FeedPageMode", TwValue(1));
+        QCOMPARE(ui->dataForKeyPath("enable.Feed.FeedPage"), TwValue(true));
+        set(*ui, "Data.PaperSource", TwValue(2));
+        QCOMPARE(ui->dataForKeyPath("enable.Feed.FeedPageMode"), TwValue(false));
+        QCOMPARE(ui->dataForKeyPath("Data.Feed.FeedPageMode"), TwValue(0));
+        QCOMPARE(ui->dataForKeyPath("enable.Feed.FeedPage"), TwValue(false));
+    }
+
+    void landscapeReachesTheRotationAndTheArea() {
+        auto ui = loaded();
+        QCOMPARE(ui->dataForKeyPath("enable.Layout.Rotate"), TwValue(true));
+        set(*ui, "Data.PaperSize", TwValue(5));
+        QCOMPARE(ui->dataForKeyPath("enable.Landscape"), TwValue(true));
+        set(*ui, "Data.Landscape", TwValue(true));
+        QCOMPARE(ui->dataForKeyPath("enable.Layout.Rotate"), TwValue(false));
+        QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Width").doubleValue(), 210.0);
+        QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Length").doubleValue(), 148.0);
+        set(*ui, "Data.PaperSize", TwValue(4)); // Legal cannot turn
+        QCOMPARE(ui->dataForKeyPath("enable.Landscape"), TwValue(false));
+        QCOMPARE(ui->dataForKeyPath("enable.Layout.Rotate"), TwValue(true));
+        QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Length").doubleValue(), 355.6);
+    }
+
+    void duplexSelectsBothSides() {
+        auto ui = loaded();
+        set(*ui, "Data.PaperSource", TwValue(1));
+        QCOMPARE(ui->dataForKeyPath("enable.Duplex"), TwValue(true));
+        QCOMPARE(ui->dataForKeyPath("enable.Area.Back"), TwValue(true));
+        for (const char* side : {"temp.BinaryImageSide", "temp.GrayImageSide", "temp.ColorImageSide"})
+            QCOMPARE(ui->dataForKeyPath(side), TwValue(2));
+        set(*ui, "temp.GrayImageSide", TwValue(1));
+        QCOMPARE(ui->dataForKeyPath("temp.GrayImageSideText"), TwValue("Back"));
+        QCOMPARE(ui->dataForKeyPath("Data.GrayImage.Keep2SideSame"), TwValue(false));
+    }
+
+    void theAreaUnitConvertsTheWorkingArea() {
+        auto ui = loaded();
+        set(*ui, "Data.Area.Unit", TwValue(0));
+        QCOMPARE(ui->dataForKeyPath("temp.Area.Length").doubleValue(), 297.0 / 25.4);
+        set(*ui, "temp.Area.Length", TwValue(20.0)); // 508 mm: longer than A4
+        QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Length").doubleValue(), 297.0);
+    }
+
+    void replacingOrClosingTheModelEndsItsObservation() {
+        auto ui = loaded();
+        std::shared_ptr<TwainDialogData> first = ui->model();
+        ui->setDataWithDictionary(capabilities.deepCopy(), 0);
+        QCOMPARE(first->observationCount(first.get()), std::size_t(0));
+        std::shared_ptr<TwainDialogData> second = ui->model();
+        QVERIFY(second != first);
+        QVERIFY(second->observationCount(second.get()) > 0);
+        ui->closeDS();
+        QCOMPARE(second->observationCount(second.get()), std::size_t(0));
+        QVERIFY(ui->model() == nullptr);
+
+        auto other = loaded();
+        std::shared_ptr<TwainDialogData> third = other->model();
+        other.reset();
+        QCOMPARE(third->observationCount(third.get()), std::size_t(0));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSampleRules)
+#include "tst_samplerules.moc"
