@@ -1,0 +1,178 @@
+#include "TwFormCatalog.h"
+
+#include "ui_TwDlgMain.h"
+#include "ui_TwainViewArea.h"
+#include "ui_TwainViewBasic.h"
+#include "ui_TwainViewBinaryImage.h"
+#include "ui_TwainViewColorImage.h"
+#include "ui_TwainViewCommon.h"
+#include "ui_TwainViewControlSheet.h"
+#include "ui_TwainViewFeed.h"
+#include "ui_TwainViewGrayImage.h"
+#include "ui_TwainViewImprinter.h"
+#include "ui_TwainViewLayout.h"
+#include "ui_TwainViewPatchCode.h"
+
+#include <QDialog>
+#include <QEvent>
+#include <QFontMetrics>
+#include <QLineEdit>
+#include <QMultiHash>
+#include <QPointer>
+#include <QSpinBox>
+#include <QStyle>
+#include <QStyleOptionFrame>
+#include <QStyleOptionSpinBox>
+#include <QWidget>
+
+#include <array>
+
+namespace {
+
+template <class Form, class Base = QWidget> QWidget* make(QWidget* parent) {
+    auto* widget = new Base(parent);
+    Form form;
+    form.setupUi(widget);
+    return widget;
+}
+
+struct Entry {
+    const char* className;
+    QWidget* (*create)(QWidget*);
+};
+
+// Tabs in the order the main panel shows them, the two that take no part last, then the panel.
+const std::array<Entry, 12> kForms{{
+    {"TwainViewBasic", &make<Ui::TwainViewBasic>},
+    {"TwainViewCommon", &make<Ui::TwainViewCommon>},
+    {"TwainViewLayout", &make<Ui::TwainViewLayout>},
+    {"TwainViewBinaryImage", &make<Ui::TwainViewBinaryImage>},
+    {"TwainViewGrayImage", &make<Ui::TwainViewGrayImage>},
+    {"TwainViewColorImage", &make<Ui::TwainViewColorImage>},
+    {"TwainViewFeed", &make<Ui::TwainViewFeed>},
+    {"TwainViewArea", &make<Ui::TwainViewArea>},
+    {"TwainViewControlSheet", &make<Ui::TwainViewControlSheet>},
+    {"TwainViewImprinter", &make<Ui::TwainViewImprinter>},
+    {"TwainViewPatchCode", &make<Ui::TwainViewPatchCode>},
+    {"TwDlgMain", &make<Ui::TwDlgMain, QDialog>},
+}};
+
+// QLineEdit keeps this much space between its frame and the text.
+constexpr int kLineEditMargin = 2;
+
+void fitLineEdit(QLineEdit* edit, int digits) {
+    const QFontMetrics fm(edit->font());
+    const QMargins text = edit->textMargins();
+    QStyleOptionFrame opt;
+    opt.initFrom(edit);
+    opt.lineWidth =
+        edit->hasFrame() ? edit->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &opt, edit) : 0;
+    opt.state |= QStyle::State_Sunken;
+    const QSize contents(fm.horizontalAdvance(QLatin1Char('0')) * digits + 2 * kLineEditMargin + text.left() +
+                             text.right(),
+                         fm.height());
+    edit->setFixedWidth(edit->style()->sizeFromContents(QStyle::CT_LineEdit, &opt, contents, edit).width());
+}
+
+// As wide as the arrows and the frame: the text field beside the stepper shows the value.
+void fitStepper(QAbstractSpinBox* box) {
+    QStyleOptionSpinBox opt;
+    opt.initFrom(box);
+    opt.rect = QRect(0, 0, 400, box->sizeHint().height());
+    opt.frame = box->hasFrame();
+    opt.buttonSymbols = box->buttonSymbols();
+    opt.subControls = QStyle::SC_SpinBoxFrame | QStyle::SC_SpinBoxUp | QStyle::SC_SpinBoxDown;
+    opt.stepEnabled = QAbstractSpinBox::StepUpEnabled | QAbstractSpinBox::StepDownEnabled;
+    const QRect edit =
+        box->style()->subControlRect(QStyle::CC_SpinBox, &opt, QStyle::SC_SpinBoxEditField, box);
+    box->setFixedWidth(opt.rect.width() - edit.width());
+}
+
+void fit(QWidget* widget) {
+    if (auto* edit = qobject_cast<QLineEdit*>(widget)) {
+        bool ok = false;
+        const int digits = edit->property("fieldChars").toInt(&ok);
+        if (ok && digits > 0)
+            fitLineEdit(edit, digits);
+    } else if (auto* box = qobject_cast<QAbstractSpinBox*>(widget)) {
+        if (box->property("stepperOnly").toBool())
+            fitStepper(box);
+    }
+}
+
+// Sizes fields again when their font or style changes; shows and hides labels with the control
+// they follow.
+class FormHelper : public QObject {
+public:
+    explicit FormHelper(QObject* parent) : QObject(parent) { setObjectName(QStringLiteral("twFormHelper")); }
+
+    void follow(QWidget* label, QWidget* control) {
+        if (!m_followers.contains(control))
+            control->installEventFilter(this);
+        m_followers.insert(control, label);
+        label->setVisible(!control->isHidden());
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        switch (event->type()) {
+        case QEvent::FontChange:
+        case QEvent::StyleChange:
+        case QEvent::Polish:
+            fit(static_cast<QWidget*>(watched));
+            break;
+        case QEvent::ShowToParent:
+        case QEvent::HideToParent: {
+            const bool shown = event->type() == QEvent::ShowToParent;
+            for (auto it = m_followers.constFind(watched); it != m_followers.cend() && it.key() == watched;
+                 ++it)
+                if (it.value())
+                    it.value()->setVisible(shown);
+            break;
+        }
+        default:
+            break;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QMultiHash<QObject*, QPointer<QWidget>> m_followers;
+};
+
+} // namespace
+
+QStringList TwFormCatalog::classNames() {
+    QStringList names;
+    for (const Entry& entry : kForms)
+        names << QString::fromLatin1(entry.className);
+    return names;
+}
+
+QWidget* TwFormCatalog::create(const QString& className, QWidget* parent) {
+    for (const Entry& entry : kForms) {
+        if (className == QLatin1String(entry.className)) {
+            QWidget* form = entry.create(parent);
+            prepare(form);
+            return form;
+        }
+    }
+    return nullptr;
+}
+
+void TwFormCatalog::prepare(QWidget* form) {
+    if (!form || form->findChild<FormHelper*>(QStringLiteral("twFormHelper"), Qt::FindDirectChildrenOnly))
+        return;
+    auto* helper = new FormHelper(form);
+    const auto widgets = form->findChildren<QWidget*>();
+    for (QWidget* widget : widgets) {
+        if (widget->property("fieldChars").isValid() || widget->property("stepperOnly").isValid()) {
+            widget->installEventFilter(helper);
+            fit(widget);
+        }
+        const QString followed = widget->property("follows").toString();
+        if (followed.isEmpty())
+            continue;
+        if (auto* control = form->findChild<QWidget*>(followed))
+            helper->follow(widget, control);
+    }
+}
