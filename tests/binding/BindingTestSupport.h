@@ -1,0 +1,86 @@
+// Shared pieces of the binding tests: a log capture, an observer that counts what the model tells
+// it, a responder, and a model definition with control definitions.
+#pragma once
+
+#include "OrvaDebug.h"
+#include "TwObservation.h"
+#include "TwainDialogData.h"
+#include "VmxUI.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <string>
+#include <vector>
+
+// Points the diagnostic log at a fresh file for the lifetime of the object.
+class LogCapture {
+public:
+    LogCapture() : m_path(m_dir.path() + "/orva.log") {
+        QFile f(m_path);
+        f.open(QIODevice::WriteOnly);
+        OrvaSetLogPaths(m_path.toUtf8().constData(), nullptr);
+    }
+    ~LogCapture() { OrvaSetLogPaths(nullptr, nullptr); }
+    QString text() const {
+        QFile f(m_path);
+        return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
+    }
+    int count(const QString& needle) const { return int(text().count(needle)); }
+
+private:
+    QTemporaryDir m_dir;
+    QString m_path;
+};
+
+// Counts the notifications of one key path (the model's own writes and the controls' writes).
+class WriteCounter : public TwKeyValueObserver {
+public:
+    WriteCounter(TwainDialogData& model, std::string keyPath)
+        : m_model(model), m_keyPath(std::move(keyPath)) {
+        m_model.addObserver(this, m_keyPath, kTwObserveNew);
+    }
+    ~WriteCounter() override { m_model.removeObserver(this, m_keyPath); }
+    void observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange& change,
+                                void*) override {
+        ++count;
+        last = change.newValue;
+    }
+    int count = 0;
+    TwValue last;
+
+private:
+    TwainDialogData& m_model;
+    std::string m_keyPath;
+};
+
+// An owner that is no Qt object: its class name comes from the type information.
+class RecordingResponder : public TwKeyValueObserver {
+public:
+    struct Call {
+        std::string keyPath;
+        TwKeyValueChange change;
+    };
+    void observeValueForKeyPath(const std::string& keyPath, TwainDialogData*, const TwKeyValueChange& change,
+                                void*) override {
+        calls.push_back({keyPath, change});
+    }
+    std::vector<Call> calls;
+};
+
+// A model definition that offers control definitions only.
+class ControlDefs : public TwModelDefFile {
+public:
+    TwValue controls = TwValue::dictionary();
+    TwValue UIEnable() const override { return TwValue::dictionary(); }
+    TwValue UIOptions() const override { return TwValue::dictionary(); }
+    TwValue UIControl() const override { return controls; }
+    TwValue FeederADF() const override { return TwValue::dictionary(); }
+    TwValue FeederFlatbed() const override { return TwValue::dictionary(); }
+    double getPhysicalWidth() const override { return 8.5; }
+    double getMinHeight() const override { return 2.0; }
+};
+
+inline TwValue entry(const TwValue& value, const char* display) {
+    return TwValue::dictionary({{"value", value}, {"display", display}});
+}

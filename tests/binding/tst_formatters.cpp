@@ -1,0 +1,447 @@
+// The number and text formatters and the range helpers: bounds, patterns and messages for 0, 1,
+// 2 and negative places, parsing and partial entries, the length limit, and the scaled ranges of
+// sliders and steppers.
+#include "BindingTestSupport.h"
+#include "TwBundle.h"
+#include "TwRangeHelpers.h"
+#include "TwainNumberFormatter.h"
+#include "TwainTextFormatter.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QDoubleSpinBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QSlider>
+#include <QSpinBox>
+#include <QTest>
+
+#include <memory>
+
+Q_DECLARE_METATYPE(TwValue)
+
+namespace {
+void writeStrings(const QString& bundle, const QString& lang, const QString& key, const QString& text) {
+    QString dir = bundle + "/Contents/Resources/" + lang + ".lproj";
+    QDir().mkpath(dir);
+    QFile f(dir + "/Localizable.strings");
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write(QString("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict><key>%1</key>"
+                    "<string>%2</string></dict></plist>\n")
+                .arg(key, text.toHtmlEscaped())
+                .toUtf8());
+}
+
+std::unique_ptr<TwainNumberFormatter> formatter(int minimum, int maximum, int places) {
+    return std::unique_ptr<TwainNumberFormatter>(CreateTextRangeFormatter(minimum, maximum, places));
+}
+} // namespace
+
+class TestFormatters : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        // This module's own bundle as the build lays it out.
+        TwBundle::setModuleBundlePath(VMX_BUNDLE_DIR);
+        qputenv("LANGUAGE", "en");
+    }
+    void cleanup() { TwBundle::setModuleBundlePath(""); }
+
+    // ---- number formatter set-up ----
+
+    void rangeSetUp_data() {
+        QTest::addColumn<int>("minimum");
+        QTest::addColumn<int>("maximum");
+        QTest::addColumn<int>("places");
+        QTest::addColumn<QString>("pattern");
+        QTest::addColumn<bool>("floats");
+        QTest::addColumn<int>("fractionDigits");
+        QTest::addColumn<double>("low");
+        QTest::addColumn<double>("high");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("no places") << 1 << 300 << 0 << "0" << false << 0 << 1.0 << 300.0 << "Must in 1 - 300";
+        QTest::newRow("one place") << 100 << 3560 << 1 << "0.0" << true << 1 << 10.0 << 356.0
+                                   << "Must in 10.0 - 356.0";
+        QTest::newRow("two places") << 1 << 500 << 2 << "0.00" << true << 2 << 0.01 << 5.0
+                                    << "Must in 0.01 - 5.00";
+        QTest::newRow("negative places")
+            << 5 << 50 << -2 << "0" << false << 0 << 5.0 << 50.0 << "Must in 5 - 50";
+        QTest::newRow("negative bounds")
+            << -250 << 250 << 1 << "0.0" << true << 1 << -25.0 << 25.0 << "Must in -25.0 - 25.0";
+        QTest::newRow("empty range") << 0 << 0 << 0 << "0" << false << 0 << 0.0 << 0.0 << "Must in 0 - 0";
+    }
+    void rangeSetUp() {
+        QFETCH(int, minimum);
+        QFETCH(int, maximum);
+        QFETCH(int, places);
+        auto f = formatter(minimum, maximum, places);
+        QCOMPARE(f->numberStyle(), int(TwainNumberFormatter::DecimalStyle));
+        QTEST(f->format(), "pattern");
+        QTEST(f->allowsFloats(), "floats");
+        QTEST(f->maximumFractionDigits(), "fractionDigits");
+        QVERIFY(f->nilSymbol().isNull());
+        QVERIFY(f->minimum() && f->maximum());
+        QTEST(*f->minimum(), "low");
+        QTEST(*f->maximum(), "high");
+        QTEST(f->errorString(), "message");
+    }
+
+    void scaledBoundsDivideOncePerPlace() {
+        QCOMPARE(TwScaledBound(3560, 1), 356.0);
+        QCOMPARE(TwScaledBound(1, 2), 1 / 10.0 / 10.0);
+        QCOMPARE(TwScaledBound(7, 0), 7.0);
+        QCOMPARE(TwScaledBound(7, -3), 7.0);
+    }
+
+    // ---- parsing ----
+
+    void parsing_data() {
+        QTest::addColumn<int>("places");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("accepted");
+        QTest::addColumn<double>("value");
+        // 100..3560 with the given places: 10.0..356.0 (1), 1.00..35.60 (2), 100..3560 (0).
+        QTest::newRow("1: inside") << 1 << "12.5" << true << 12.5;
+        QTest::newRow("1: upper bound") << 1 << "356" << true << 356.0;
+        QTest::newRow("1: lower bound") << 1 << "10.0" << true << 10.0;
+        QTest::newRow("1: above") << 1 << "400" << false << 0.0;
+        QTest::newRow("1: just above") << 1 << "356.1" << false << 0.0;
+        QTest::newRow("1: below") << 1 << "9.9" << false << 0.0;
+        QTest::newRow("1: blanks around") << 1 << " 20 " << true << 20.0;
+        QTest::newRow("1: rounded to the place") << 1 << "20.26" << true << 20.3;
+        QTest::newRow("1: letters") << 1 << "12a" << false << 0.0;
+        QTest::newRow("1: exponent") << 1 << "1e2" << false << 0.0;
+        QTest::newRow("1: empty") << 1 << "" << false << 0.0;
+        QTest::newRow("1: sign only") << 1 << "-" << false << 0.0;
+        QTest::newRow("1: leading point") << 1 << ".5" << false << 0.0;
+        QTest::newRow("0: integer") << 0 << "3000" << true << 3000.0;
+        QTest::newRow("0: fraction refused") << 0 << "150.5" << false << 0.0;
+        QTest::newRow("0: point refused") << 0 << "150.0" << false << 0.0;
+        QTest::newRow("2: hundredths") << 2 << "1.01" << true << 1.01;
+        QTest::newRow("2: upper bound") << 2 << "35.6" << true << 35.6;
+        QTest::newRow("2: below") << 2 << "0.99" << false << 0.0;
+    }
+    void parsing() {
+        QFETCH(int, places);
+        QFETCH(QString, text);
+        QFETCH(bool, accepted);
+        QFETCH(double, value);
+        auto f = formatter(100, 3560, places);
+        TwValue parsed;
+        QString error;
+        QCOMPARE(f->getObjectValue(&parsed, text, &error), accepted);
+        if (accepted) {
+            QCOMPARE(parsed.doubleValue(), value);
+            // Whole numbers stay integers when the field has no places.
+            QCOMPARE(parsed.isInteger(), places == 0);
+            QCOMPARE(parsed.isReal(), places > 0);
+            QVERIFY(error.isEmpty());
+        } else {
+            QCOMPARE(error, f->errorString());
+            QVERIFY(parsed.isNull());
+        }
+    }
+
+    void parsedValueIsTheExpectedNumber() {
+        auto f = formatter(100, 3560, 1);
+        TwValue value;
+        QVERIFY(f->getObjectValue(&value, "20.26", nullptr));
+        QCOMPARE(value.doubleValue(), 20.3);
+        QVERIFY(f->getObjectValue(&value, "356", nullptr));
+        QVERIFY(value.isReal());
+        QCOMPARE(value.doubleValue(), 356.0);
+        auto whole = formatter(1, 300, 0);
+        QVERIFY(whole->getObjectValue(&value, "42", nullptr));
+        QVERIFY(value.isInteger());
+        QCOMPARE(value.longLongValue(), 42LL);
+    }
+
+    void rejectionMessageNamesTheRange() {
+        auto f = formatter(100, 3560, 1);
+        TwValue value;
+        QString error;
+        QVERIFY(!f->getObjectValue(&value, "400", &error));
+        QCOMPARE(error, QString("Must in 10.0 - 356.0"));
+    }
+
+    void withoutErrorStringNoDescription() {
+        TwainNumberFormatter f;
+        f.setMinimum(1.0);
+        f.setMaximum(2.0);
+        QVERIFY(f.errorString().isNull());
+        TwValue value;
+        QString error = "untouched";
+        QVERIFY(!f.getObjectValue(&value, "3", &error));
+        QCOMPARE(error, QString("untouched"));
+        QVERIFY(f.getObjectValue(&value, "1.5", &error));
+        QCOMPARE(value.doubleValue(), 1.5);
+    }
+
+    void reconfiguringReplacesRangePatternAndMessage() {
+        auto f = formatter(100, 3560, 1);
+        SetTextRangeFormatter(f.get(), 0, 500, 2);
+        QCOMPARE(f->format(), QString("0.00"));
+        QCOMPARE(*f->minimum(), 0.0);
+        QCOMPARE(*f->maximum(), 5.0);
+        QCOMPARE(f->errorString(), QString("Must in 0.00 - 5.00"));
+        TwValue value;
+        QVERIFY(!f->getObjectValue(&value, "356", nullptr));
+        QVERIFY(f->getObjectValue(&value, "4.99", nullptr));
+        SetTextRangeFormatter(f.get(), 1, 254, 0);
+        QCOMPARE(f->format(), QString("0"));
+        QVERIFY(!f->allowsFloats());
+        QCOMPARE(f->errorString(), QString("Must in 1 - 254"));
+        QVERIFY(!f->getObjectValue(&value, "4.5", nullptr));
+    }
+
+    void formatterChangeIsAnnounced() {
+        auto f = formatter(100, 3560, 1);
+        int changes = 0;
+        connect(f.get(), &QValidator::changed, this, [&] { ++changes; });
+        SetTextRangeFormatter(f.get(), 0, 10, 0);
+        QVERIFY(changes > 0);
+    }
+
+    // ---- the message text from the bundles ----
+
+    void messageTranslatedByTheModuleBundle() {
+        QTemporaryDir dir;
+        QString bundle = dir.path() + "/Own.bundle";
+        writeStrings(bundle, "de", "IDS_MSG_INPUT_NUMER_RANGE", "Erlaubt: %@ bis %@");
+        TwBundle::setModuleBundlePath(bundle.toStdString());
+        qputenv("LANGUAGE", "de");
+        QCOMPARE(formatter(100, 3560, 1)->errorString(), QString("Erlaubt: 10.0 bis 356.0"));
+        // Placeholders by position, and a percent sign.
+        QString other = dir.path() + "/Other.bundle";
+        writeStrings(other, "en", "IDS_MSG_INPUT_NUMER_RANGE", "From %2$@ down to %1$@ (100%%)");
+        TwBundle::setModuleBundlePath(other.toStdString());
+        qputenv("LANGUAGE", "en");
+        QCOMPARE(formatter(1, 500, 2)->errorString(), QString("From 5.00 down to 0.01 (100%)"));
+    }
+
+    void messageFallsBackToTheDefaultText() {
+        QTemporaryDir dir;
+        QString bundle = dir.path() + "/Empty.bundle";
+        QDir().mkpath(bundle + "/Contents/Resources");
+        TwBundle::setModuleBundlePath(bundle.toStdString());
+        QCOMPARE(formatter(1, 300, 0)->errorString(), QString("Must in 1 - 300"));
+        // No bundle at all.
+        TwBundle::setModuleBundlePath("");
+        QCOMPARE(formatter(1, 300, 0)->errorString(), QString("Must in 1 - 300"));
+    }
+
+    // ---- display ----
+
+    void display_data() {
+        QTest::addColumn<int>("places");
+        QTest::addColumn<TwValue>("value");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("0: rounds") << 0 << TwValue(12.6) << "13";
+        QTest::newRow("0: integer") << 0 << TwValue(300) << "300";
+        QTest::newRow("1: integer padded") << 1 << TwValue(12) << "12.0";
+        QTest::newRow("1: real") << 1 << TwValue(356.04) << "356.0";
+        QTest::newRow("2: no minus zero") << 2 << TwValue(-0.001) << "0.00";
+        QTest::newRow("2: negative") << 2 << TwValue(-1.5) << "-1.50";
+        QTest::newRow("2: string number") << 2 << TwValue("12.5") << "12.50";
+        QTest::newRow("2: null is the nil symbol") << 2 << TwValue() << "";
+        QTest::newRow("1: array is the nil symbol") << 1 << TwValue::array({1}) << "";
+    }
+    void display() {
+        QFETCH(int, places);
+        QFETCH(TwValue, value);
+        QTEST(formatter(-100000, 100000, places)->stringForObjectValue(value), "text");
+    }
+
+    void displayWithoutPatternTrimsZeros() {
+        TwainNumberFormatter f;
+        QCOMPARE(f.stringFromNumber(2.5), QString("2.5"));
+        QCOMPARE(f.stringFromNumber(2.0), QString("2"));
+        QCOMPARE(f.stringFromNumber(2.12345), QString("2.123"));
+    }
+
+    // ---- partial entries (as typed into a field) ----
+
+    void partial_data() {
+        QTest::addColumn<int>("places");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("state");
+        const int invalid = QValidator::Invalid, intermediate = QValidator::Intermediate,
+                  acceptable = QValidator::Acceptable;
+        QTest::newRow("1: acceptable") << 1 << "12.5" << acceptable;
+        QTest::newRow("1: trailing point") << 1 << "12." << acceptable;
+        QTest::newRow("1: out of range may still grow") << 1 << "4" << intermediate;
+        QTest::newRow("1: out of range") << 1 << "400" << intermediate;
+        QTest::newRow("1: sign") << 1 << "-" << intermediate;
+        QTest::newRow("1: empty") << 1 << "" << intermediate;
+        QTest::newRow("1: letter") << 1 << "12a" << invalid;
+        QTest::newRow("1: second place") << 1 << "12.55" << invalid;
+        QTest::newRow("1: two points") << 1 << "1.2.3" << invalid;
+        QTest::newRow("0: point") << 0 << "12." << invalid;
+        QTest::newRow("2: second place") << 2 << "1.25" << acceptable;
+    }
+    void partial() {
+        QFETCH(int, places);
+        QFETCH(QString, text);
+        auto f = formatter(100, 3560, places);
+        int pos = int(text.size());
+        QTEST(int(f->validate(text, pos)), "state");
+    }
+
+    void fieldRefusesLettersAndExtraPlaces() {
+        QLineEdit edit;
+        SetTextRange(&edit, 100, 3560, 1);
+        QTest::keyClicks(&edit, "1x2.34");
+        QCOMPARE(edit.text(), QString("12.3"));
+    }
+
+    // ---- text formatter ----
+
+    void textFormatterLimit_data() {
+        QTest::addColumn<int>("limit");
+        QTest::addColumn<int>("length");
+        QTest::addColumn<bool>("accepted");
+        QTest::newRow("default, long") << INT32_MAX << 100000 << true;
+        QTest::newRow("64 of 64") << 64 << 64 << true;
+        QTest::newRow("65 of 64") << 64 << 65 << false;
+        QTest::newRow("empty") << 64 << 0 << true;
+        QTest::newRow("zero limit") << 0 << 1 << false;
+        QTest::newRow("negative limit accepts all") << -1 << 100000 << true;
+    }
+    void textFormatterLimit() {
+        QFETCH(int, limit);
+        QFETCH(int, length);
+        TwainTextFormatter f;
+        QCOMPARE(f.maximumLength(), INT32_MAX);
+        if (limit != INT32_MAX)
+            f.setMaximumLength(limit);
+        QCOMPARE(f.maximumLength(), limit);
+        QString text(length, 'x');
+        QTEST(f.isPartialStringValid(text), "accepted");
+        int pos = 0;
+        QFETCH(bool, accepted);
+        QCOMPARE(f.validate(text, pos), accepted ? QValidator::Acceptable : QValidator::Invalid);
+    }
+
+    void textFormatterKeepsTheString() {
+        TwainTextFormatter f;
+        TwValue value;
+        QString error = "untouched";
+        QVERIFY(f.getObjectValue(&value, QString::fromUtf8("Größe 1"), &error));
+        QCOMPARE(error, QString("untouched"));
+        QCOMPARE(*value.str(), std::string("Größe 1"));
+        QCOMPARE(f.stringForObjectValue(TwValue("as it is")), QString("as it is"));
+        QCOMPARE(f.stringForObjectValue(TwValue(12)), QString("12"));
+    }
+
+    void fieldStopsAtTheLimit() {
+        QLineEdit edit;
+        TwainTextFormatter f;
+        f.setMaximumLength(64);
+        edit.setValidator(&f);
+        QTest::keyClicks(&edit, QString(70, 'n'));
+        QCOMPARE(edit.text().size(), 64);
+        // Characters outside the basic plane count as the platform counts them: two units each.
+        f.setMaximumLength(3);
+        QString wide = QString::fromUtf8("ab\xF0\x9F\x98\x80");
+        QVERIFY(!f.isPartialStringValid(wide));
+        f.setMaximumLength(4);
+        QVERIFY(f.isPartialStringValid(wide));
+        edit.setValidator(nullptr);
+    }
+
+    // ---- fields, sliders, steppers ----
+
+    void setTextRangeInstallsOwnFormatter() {
+        QLineEdit edit;
+        SetTextRange(&edit, 1, 255, 0);
+        QPointer<const QValidator> first = edit.validator();
+        auto* f = qobject_cast<const TwainNumberFormatter*>(first.data());
+        QVERIFY(f);
+        QCOMPARE(f->parent(), &edit);
+        QCOMPARE(f->errorString(), QString("Must in 1 - 255"));
+        SetTextRange(&edit, 0, 2100, 1);
+        auto* second = qobject_cast<const TwainNumberFormatter*>(edit.validator());
+        QVERIFY(second && second != f);
+        QCOMPARE(second->format(), QString("0.0"));
+        QVERIFY(first.isNull()); // the field's old formatter is gone with it
+    }
+
+    void setTextRangeOnComboBoxAndOthers() {
+        QComboBox combo;
+        combo.setEditable(true);
+        SetTextRange(&combo, 50, 600, 0);
+        QVERIFY(qobject_cast<const TwainNumberFormatter*>(combo.lineEdit()->validator()));
+        LogCapture log;
+        QLabel label;
+        SetTextRange(&label, 1, 2, 0);
+        SetTextRange(nullptr, 1, 2, 0);
+        QComboBox popUp;
+        SetTextRange(&popUp, 1, 2, 0);
+        QCOMPARE(log.count("SetTextRange: QLabel has no editable text"), 1);
+        QCOMPARE(log.count("SetTextRange: QComboBox has no editable text"), 1);
+        QCOMPARE(log.count("SetTextRange: (null) has no editable text"), 1);
+    }
+
+    void sliderRange_data() {
+        QTest::addColumn<int>("minimum");
+        QTest::addColumn<int>("maximum");
+        QTest::addColumn<int>("places");
+        QTest::addColumn<double>("low");
+        QTest::addColumn<double>("high");
+        QTest::newRow("0 places") << 1 << 255 << 0 << 1.0 << 255.0;
+        QTest::newRow("1 place") << 100 << 3560 << 1 << 10.0 << 356.0;
+        QTest::newRow("2 places") << 1 << 5000 << 2 << 0.01 << 50.0;
+        QTest::newRow("negative places") << 1 << 500 << -1 << 1.0 << 500.0;
+    }
+    void sliderRange() {
+        QFETCH(int, minimum);
+        QFETCH(int, maximum);
+        QFETCH(int, places);
+        QSlider slider;
+        SetSliderRange(&slider, minimum, maximum, places);
+        QCOMPARE(slider.minimum() / TwValueScale(&slider), TwScaledBound(minimum, places));
+        QTEST(slider.minimum() / TwValueScale(&slider), "low");
+        QTEST(slider.maximum() / TwValueScale(&slider), "high");
+        // The alternate increment stays 1.0 in real units whatever the places.
+        QCOMPARE(TwAltIncrementValue(&slider), 1.0);
+        QCOMPARE(slider.pageStep() / TwValueScale(&slider), 1.0);
+        QFETCH(double, high);
+        TwSetScaledValue(&slider, high);
+        QCOMPARE(TwScaledValue(&slider), high);
+        TwSetScaledValue(&slider, high * 10);
+        QCOMPARE(TwScaledValue(&slider), high); // clamped
+    }
+
+    void stepperRange() {
+        QDoubleSpinBox real;
+        SetStepperRange(&real, 0, 100, 1, 5);
+        QCOMPARE(real.minimum(), 0.0);
+        QCOMPARE(real.maximum(), 10.0);
+        QCOMPARE(real.singleStep(), 0.5);
+        real.setValue(2.0);
+        real.stepUp();
+        QCOMPARE(TwScaledValue(&real), 2.5);
+
+        QSpinBox whole;
+        SetStepperRange(&whole, 0, 100, 1, 5);
+        QCOMPARE(TwValueScale(&whole), 10.0);
+        QCOMPARE(whole.maximum() / TwValueScale(&whole), 10.0);
+        QCOMPARE(whole.singleStep() / TwValueScale(&whole), 0.5);
+        TwSetScaledValue(&whole, 2.0);
+        whole.stepUp();
+        QCOMPARE(TwScaledValue(&whole), 2.5);
+
+        // Negative places divide nothing; the brightness steppers use 1..255 step 1.
+        QDoubleSpinBox plain;
+        SetStepperRange(&plain, 1, 255, -2, 3);
+        QCOMPARE(plain.minimum(), 1.0);
+        QCOMPARE(plain.maximum(), 255.0);
+        QCOMPARE(plain.singleStep(), 3.0);
+        QCOMPARE(plain.decimals(), 0);
+    }
+};
+
+QTEST_MAIN(TestFormatters)
+#include "tst_formatters.moc"
