@@ -245,8 +245,8 @@ QString kindMismatch(QWidget* w, const Outlet& outlet) {
     case Kind::Push:
         return qobject_cast<QPushButton*>(w) ? QString() : QStringLiteral("not a QPushButton");
     case Kind::Radio: {
-        if (qobject_cast<QAbstractButton*>(w))
-            return QStringLiteral("a button, not a container of radio buttons");
+        if (!w->inherits("TwSegmentedControl"))
+            return QStringLiteral("not a TwSegmentedControl");
         const auto buttons = w->findChildren<QAbstractButton*>();
         if (buttons.size() != outlet.segments)
             return QStringLiteral("holds %1 buttons, expected %2").arg(buttons.size()).arg(outlet.segments);
@@ -260,7 +260,9 @@ QString kindMismatch(QWidget* w, const Outlet& outlet) {
     case Kind::Box:
         return qobject_cast<QGroupBox*>(w) ? QString() : QStringLiteral("not a QGroupBox");
     case Kind::Image:
-        return label && label->text().isEmpty() ? QString() : QStringLiteral("not a QLabel without text");
+        return label && w->inherits("TwImageView") && label->text().isEmpty()
+                   ? QString()
+                   : QStringLiteral("not a TwImageView without text");
     case Kind::Table:
         return qobject_cast<QTableWidget*>(w) ? QString() : QStringLiteral("not a QTableWidget");
     case Kind::Tabs:
