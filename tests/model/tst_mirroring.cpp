@@ -75,6 +75,18 @@ private slots:
         QCOMPARE(model->valueForKeyPath("temp.BinaryImageSideText"), TwValue("Front side"));
     }
 
+    void showingAnotherSideKeepsTheProfileName() {
+        TestModelDef def;
+        auto model = loadedModel(def);
+        model->setValueForKeyPathWithoutNotification(TwValue("Mine"), "profiles.name");
+        model->setValueForKeyPath(TwValue(1), "temp.GrayImageSide");
+        QCOMPARE(model->valueForKeyPath("Data.GrayImageSide"), TwValue(1));
+        QCOMPARE(model->valueForKeyPath("profiles.name"), TwValue("Mine"));
+        // Making both sides equal is an edit of the setting.
+        model->setValueForKeyPath(TwValue(2), "temp.GrayImageSide");
+        QCOMPARE(model->valueForKeyPath("profiles.name"), TwValue("Untitled"));
+    }
+
     void withoutDuplexASideSelectionKeepsTheFlag() {
         TestModelDef def;
         def.rules = duplexRule();
