@@ -116,8 +116,10 @@ void TwResponderBinding::removeResponderObserver(TwainDialogData* object, const 
 void TwResponderBinding::removeObserverAll() {
     auto all = std::move(_dictObserver);
     _dictObserver.clear();
-    if (!_responder)
+    if (!_responder || all.empty())
         return;
+    OrvaLog(kOrvaLogDebug, "\t%s(%s): %zu key paths\n", "TwResponderBinding::removeObserverAll",
+            responderClassName().c_str(), all.size());
     for (auto& [keyPath, objects] : all) {
         for (TwainDialogData* object : objects) {
             try {
@@ -284,6 +286,10 @@ void TwResponderBinding::bindSubviewsEnabled(QWidget* view, TwainDialogData* mod
 
 void TwResponderBinding::unbindAll() {
     const char* method = "TwResponderBinding::unbindAll";
+    if (_arrayBinding.empty())
+        return;
+    OrvaLog(kOrvaLogDebug, "\t%s(%s): %zu bindings\n", method, responderClassName().c_str(),
+            _arrayBinding.size());
     try {
         while (!_arrayBinding.empty()) {
             TwNamedKeyObject record = _arrayBinding.back();

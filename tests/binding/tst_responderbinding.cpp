@@ -662,6 +662,33 @@ private slots:
         QCOMPARE(bound(), std::size_t(0));
     }
 
+    void unbindAllUndoesTheLatestFirst() {
+        // Removing the latest of two enabled bindings first leaves the earlier one deciding, and the
+        // last removal leaves the state as it is: the order shows in the final state.
+        TwainDialogData model;
+        model.setValueForKeyPath(true, "enable.Early");
+        model.setValueForKeyPath(false, "enable.Late");
+        QPushButton button;
+        TwResponderBinding rb;
+        rb.bindEnabled(&button, &model, "enable.Early");
+        rb.bindEnabled(&button, &model, "enable.Late");
+        QVERIFY(!button.isEnabled());
+        rb.unbindAll();
+        QVERIFY(button.isEnabled());
+    }
+
+    void namedKeyObjectRecords() {
+        TwNamedKeyObject empty;
+        QVERIFY(empty.name().empty());
+        QVERIFY(empty.object() == nullptr);
+        auto* edit = new QLineEdit;
+        TwNamedKeyObject record(edit, "enabled2");
+        QCOMPARE(record.name(), std::string("enabled2"));
+        QCOMPARE(record.object(), edit);
+        delete edit;
+        QVERIFY(record.object() == nullptr);
+    }
+
     void unbindAllSurvivesAGoneControl() {
         TwainDialogData model;
         model.setValueForKeyPath(true, "enable.A");
