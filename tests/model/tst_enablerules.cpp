@@ -201,23 +201,6 @@ private slots:
         QVERIFY(model.valueForKeyPath("enable.A").isNull());
     }
 
-    void anEnableKeyIsWrittenOnlyWhenItChanges() {
-        TestModelDef def;
-        def.rules = dict({{"enable.B", dict({{"Data.Num", TwValue::array({1, 2})}})}});
-        TwainDialogData model;
-        model.setModelDef(&def);
-        fillConditions(model);
-        model.createObserver();
-        ChangeRecorder recorder;
-        model.addObserver(&recorder, "enable.B", kTwObserveNew);
-        model.setValueForKeyPath(TwValue(2), "Data.Num");
-        QCOMPARE(recorder.count("enable.B"), 0);
-        model.setValueForKeyPath(TwValue(3), "Data.Num");
-        QCOMPARE(recorder.count("enable.B"), 1);
-        model.removeObserver(&recorder, "enable.B");
-        model.removeSelfObserver();
-    }
-
     // ---- Registration ----
 
     void addSelfObserverRegistersEveryLeafOnce() {
@@ -239,37 +222,6 @@ private slots:
         model->addSelfObserverForKeyPath("Data.Resolution", kTwObserveNew);
         QCOMPARE(model->observationCount(model.get()), count);
         QVERIFY(!model->m_bInInit);
-    }
-
-    void initTempDictCreatesTheWorkingTexts() {
-        TwainDialogData model;
-        model.initTempDict();
-        for (const char* key : {"temp.Distinction", "temp.GrayDPI", "temp.GrayColor"})
-            QCOMPARE(model.valueForKeyPath(key), TwValue(""));
-    }
-
-    void registrationRunsInInitMode() {
-        TestModelDef def;
-        TwainDialogData model;
-        model.setModelDef(&def);
-        model.setValueForKeyPath(sampleData(), "Data");
-        bool sawInit = false;
-        struct Probe : TwKeyValueObserver {
-            TwainDialogData* model;
-            bool* saw;
-            void observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange&,
-                                        void*) override {
-                *saw = *saw || model->m_bInInit;
-            }
-        } probe;
-        probe.model = &model;
-        probe.saw = &sawInit;
-        model.addObserver(&probe, "temp.GrayDPI", kTwObserveNew);
-        model.addSelfObserver();
-        QVERIFY(sawInit); // writes made while registering happen in init mode
-        QVERIFY(!model.m_bInInit);
-        model.removeObserver(&probe, "temp.GrayDPI");
-        model.removeSelfObserver();
     }
 
     void removeSelfObserverEndsEveryRegistration() {

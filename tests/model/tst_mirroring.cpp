@@ -87,15 +87,6 @@ private slots:
         QCOMPARE(model->valueForKeyPath("profiles.name"), TwValue("Untitled"));
     }
 
-    void withoutDuplexASideSelectionKeepsTheFlag() {
-        TestModelDef def;
-        def.rules = duplexRule();
-        auto model = loadedModel(def);
-        model->setValueForKeyPath(TwValue(true), "Data.ColorImage.Keep2SideSame");
-        model->setValueForKeyPath(TwValue(1), "temp.ColorImageSide");
-        QCOMPARE(model->valueForKeyPath("Data.ColorImage.Keep2SideSame"), TwValue(true));
-    }
-
     void choosingBothCopiesTheShownSide_data() {
         QTest::addColumn<int>("shown");
         QTest::addColumn<QString>("from");
@@ -121,15 +112,6 @@ private slots:
         QCOMPARE(model->valueForKeyPath("Data.GrayImage.Keep2SideSame"), TwValue(true));
         QCOMPARE(model->valueForKeyPath("temp.GrayImageSideText"), TwValue("Both sides"));
         QCOMPARE(model->valueForKeyPath("Data.GrayImageSide"), TwValue(2));
-    }
-
-    void bothFromAnUnknownSideCopiesNothing() {
-        TestModelDef def;
-        auto model = loadedModel(def);
-        model->setValueForKeyPathWithoutNotification(TwValue(7), "temp.GrayImageSide");
-        model->setValueForKeyPath(TwValue(2), "temp.GrayImageSide");
-        QCOMPARE(model->valueForKeyPath("Data.GrayImage.Back.Brightness"), TwValue(201));
-        QCOMPARE(model->valueForKeyPath("Data.GrayImage.Front.Brightness"), TwValue(101));
     }
 
     void anUnknownSideShowsNoText() {
@@ -372,14 +354,6 @@ private slots:
         model->setValueForKeyPath(TwValue(unit), "Data.Area.Unit");
         model->setValueForKeyPath(TwValue(entered), "temp.Area." + key.toStdString());
         QCOMPARE(number(*model, ("Data.Area.Measure." + key.toStdString()).c_str()), stored);
-    }
-
-    void theAreaSideSelectorIsNotMirrored() {
-        TestModelDef def;
-        auto model = loadedModel(def);
-        model->setValueForKeyPath(TwValue(0), "temp.Area.Side");
-        model->setValueForKeyPath(TwValue(1), "temp.Area.Side");
-        QVERIFY(model->valueForKeyPath("Data.Area.Measure.Side").isNull());
     }
 
     void anAreaValueThatIsNotANumberIsRefused() {

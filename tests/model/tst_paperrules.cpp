@@ -275,13 +275,6 @@ private slots:
         model.removeObserver(&recorder, "range.AutoCropLength");
     }
 
-    void autoCropLengthWithoutModelDefinition() {
-        TwainDialogData model;
-        model.setValueForKeyPath(standardPapers(), "content.PaperSize");
-        model.calcAutoCropLength();
-        QCOMPARE(model.valueForKeyPath("range.AutoCropLength"), TwValue(9921));
-    }
-
     // ---- Paper lists ----
 
     void paperListsHoldStandardThenCustomPapers() {
@@ -328,19 +321,6 @@ private slots:
         TwSize size = model->GetCurrentPaperSize();
         QCOMPARE(size.width, 2100.0);
         QCOMPARE(size.length, 2970.0);
-    }
-
-    void unitConversionOfADictionary() {
-        TwainDialogData model;
-        TwValue source = dict({{"A", 25.4}, {"B", dict({{"C", 50.8}})}, {"D", "text"}});
-        model.ModifyMetureValue(TwValue(0), source, "temp.Out");
-        QCOMPARE(model.valueForKeyPath("temp.Out.A").doubleValue(), 1.0);
-        QCOMPARE(model.valueForKeyPath("temp.Out.B.C").doubleValue(), 2.0);
-        QVERIFY(model.valueForKeyPath("temp.Out.D").isNull());
-        model.ModifyMetureValue(TwValue(1), source, "temp.Out");
-        QCOMPARE(model.valueForKeyPath("temp.Out.B.C").doubleValue(), 50.8);
-        model.ModifyMetureValue(TwValue(0), TwValue("not a dictionary"), "temp.Out");
-        QCOMPARE(model.valueForKeyPath("temp.Out.A").doubleValue(), 25.4);
     }
 
     // ---- Area geometry ----
@@ -562,17 +542,6 @@ private slots:
         model->setPaperFrame({NAN, 0, 10, 10}); // refused
         compareArea(*model, dict({{"Width", 210.0}, {"Length", 297.0}}));
         model->getPaperFrame(nullptr);
-    }
-
-    void paperFrameWithoutAnArea() {
-        TwainDialogData model;
-        model.setValueForKeyPath(standardPapers(), "content.PaperSize");
-        model.setValueForKeyPath(TwValue(5), "Data.PaperSize");
-        TwPaperFrame frame{1, 1, 1, 1};
-        model.getPaperFrame(&frame);
-        QCOMPARE(frame.left, 0.0);
-        QCOMPARE(frame.right, 148.0);
-        QCOMPARE(frame.bottom, 210.0);
     }
 };
 
