@@ -677,6 +677,27 @@ private slots:
                 if (!reached.contains(w))
                     missed << w->objectName();
             QVERIFY2(missed.isEmpty(), qPrintable(QStringLiteral("Tab never reaches: ") + missed.join(' ')));
+            // Within one container Tab never goes back: the next control is below the last one
+            // (next row) or to its right (along the row, or up to the top of the next column).
+            QList<QWidget*> cycle;
+            for (QWidget* w : order) {
+                if (cycle.contains(w))
+                    break;
+                cycle << w;
+            }
+            QStringList backwards;
+            for (int i = 0; i + 1 < cycle.size(); ++i) {
+                QWidget* a = cycle[i];
+                QWidget* b = cycle[i + 1];
+                if (a->parentWidget() != b->parentWidget())
+                    continue;
+                const QRect ra = a->geometry();
+                const QRect rb = b->geometry();
+                if (rb.top() < ra.center().y() && rb.left() < ra.right())
+                    backwards << a->objectName() + QStringLiteral("->") + b->objectName();
+            }
+            QVERIFY2(backwards.isEmpty(),
+                     qPrintable(QStringLiteral("Tab goes back: ") + backwards.join(' ')));
         }
     }
 
