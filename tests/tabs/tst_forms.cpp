@@ -32,7 +32,7 @@ struct Action {
 // Rows restacked by the tab code: each row is the widgets that share it.
 using Restack = QList<QStringList>;
 
-struct FormSpec {
+struct FormContract {
     QString className;
     QString identifier; // empty for the main panel
     QList<Outlet> outlets;
@@ -80,8 +80,8 @@ QList<Outlet> areaOutlets() {
     return list;
 }
 
-const QList<FormSpec>& specs() {
-    static const QList<FormSpec> list{
+const QList<FormContract>& contracts() {
+    static const QList<FormContract> list{
         {"TwainViewBasic",
          "Basic",
          {o("cmbPaperSource", Kind::Popup), o("cmbPaperSize", Kind::Popup), o("cmbImageType", Kind::Popup),
@@ -430,8 +430,8 @@ class TestForms : public QObject {
 private:
     void formRows() {
         QTest::addColumn<int>("index");
-        for (int i = 0; i < specs().size(); ++i)
-            QTest::newRow(qPrintable(specs()[i].className)) << i;
+        for (int i = 0; i < contracts().size(); ++i)
+            QTest::newRow(qPrintable(contracts()[i].className)) << i;
     }
 
 private slots:
@@ -446,8 +446,8 @@ private slots:
 
     void catalogNamesEveryFormOnce() {
         QStringList expected;
-        for (const FormSpec& spec : specs())
-            expected << spec.className;
+        for (const FormContract& contract : contracts())
+            expected << contract.className;
         QStringList names = TwFormCatalog::classNames();
         QCOMPARE(names.size(), expected.size());
         names.sort();
@@ -463,21 +463,21 @@ private slots:
     void formIsItsClassWithParent_data() { formRows(); }
     void formIsItsClassWithParent() {
         QFETCH(int, index);
-        const FormSpec& spec = specs()[index];
+        const FormContract& contract = contracts()[index];
         QWidget parent;
-        QWidget* form = TwFormCatalog::create(spec.className, &parent);
+        QWidget* form = TwFormCatalog::create(contract.className, &parent);
         QVERIFY(form);
         QCOMPARE(form->parent(), &parent);
-        QCOMPARE(form->objectName(), spec.className);
+        QCOMPARE(form->objectName(), contract.className);
         QVERIFY(form->layout() != nullptr);
-        if (spec.identifier.isEmpty()) {
+        if (contract.identifier.isEmpty()) {
             QVERIFY(qobject_cast<QDialog*>(form));
             // The main panel fills its tab view from the model definition.
             auto* tabs = form->findChild<QTabWidget*>(QStringLiteral("tableMain"));
             QVERIFY(tabs);
             QCOMPARE(tabs->count(), 0);
         } else {
-            QCOMPARE(form->property("tabIdentifier").toString(), spec.identifier);
+            QCOMPARE(form->property("tabIdentifier").toString(), contract.identifier);
             QVERIFY(!qobject_cast<QDialog*>(form));
         }
     }
@@ -485,10 +485,10 @@ private slots:
     void outletsExistWithTheirKind_data() { formRows(); }
     void outletsExistWithTheirKind() {
         QFETCH(int, index);
-        const FormSpec& spec = specs()[index];
-        auto form = make(spec.className);
+        const FormContract& contract = contracts()[index];
+        auto form = make(contract.className);
         QStringList faults;
-        for (const Outlet& outlet : spec.outlets) {
+        for (const Outlet& outlet : contract.outlets) {
             const auto found = form->findChildren<QWidget*>(outlet.name);
             if (found.size() != 1) {
                 faults << QStringLiteral("%1: %2 widgets").arg(outlet.name).arg(found.size());
@@ -505,7 +505,7 @@ private slots:
     void objectNamesAreUnique_data() { formRows(); }
     void objectNamesAreUnique() {
         QFETCH(int, index);
-        auto form = make(specs()[index].className);
+        auto form = make(contracts()[index].className);
         QSet<QString> seen;
         QStringList twice;
         const auto all = form->findChildren<QObject*>();
@@ -522,18 +522,18 @@ private slots:
     void buttonsNameTheirActions_data() { formRows(); }
     void buttonsNameTheirActions() {
         QFETCH(int, index);
-        const FormSpec& spec = specs()[index];
-        auto form = make(spec.className);
+        const FormContract& contract = contracts()[index];
+        auto form = make(contract.className);
         // Every push button says which action it runs.
         const auto buttons = form->findChildren<QPushButton*>();
         QStringList expectedButtons;
-        for (const Action& a : spec.actions)
+        for (const Action& a : contract.actions)
             expectedButtons << a.button;
         for (QPushButton* b : buttons) {
             QVERIFY2(expectedButtons.contains(b->objectName()),
                      qPrintable(b->objectName() + QStringLiteral(" has no expected action")));
         }
-        for (const Action& a : spec.actions) {
+        for (const Action& a : contract.actions) {
             auto* b = form->findChild<QPushButton*>(a.button);
             QVERIFY2(b, qPrintable(a.button));
             QCOMPARE(b->property("action").toString(), a.action);
@@ -548,7 +548,7 @@ private slots:
     void inputsHaveAccessibleNames_data() { formRows(); }
     void inputsHaveAccessibleNames() {
         QFETCH(int, index);
-        auto form = make(specs()[index].className);
+        auto form = make(contracts()[index].className);
         QStringList unnamed;
         for (QWidget* w : inputs(form.get())) {
             if (w->accessibleName().trimmed().isEmpty())
@@ -566,7 +566,7 @@ private slots:
     void labelsHaveBuddiesAndDistinctMnemonics_data() { formRows(); }
     void labelsHaveBuddiesAndDistinctMnemonics() {
         QFETCH(int, index);
-        auto form = make(specs()[index].className);
+        auto form = make(contracts()[index].className);
         QStringList faults;
         // A label in front of a control leads to it.
         const auto forms = form->findChildren<QFormLayout*>();
@@ -632,11 +632,11 @@ private slots:
     void tabReachesEveryInput_data() { formRows(); }
     void tabReachesEveryInput() {
         QFETCH(int, index);
-        const FormSpec& spec = specs()[index];
-        auto form = make(spec.className);
+        const FormContract& contract = contracts()[index];
+        auto form = make(contract.className);
         if (auto* tabs = form->findChild<QTabWidget*>(QStringLiteral("tableMain")))
             tabs->addTab(new QLineEdit, QStringLiteral("Page")); // as the panel will
-        const bool area = spec.className == QLatin1String("TwainViewArea");
+        const bool area = contract.className == QLatin1String("TwainViewArea");
         form->show();
         form->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(form.get()));
@@ -704,15 +704,15 @@ private slots:
     void layoutFitsItsText_data() {
         QTest::addColumn<int>("index");
         QTest::addColumn<qreal>("scale");
-        for (int i = 0; i < specs().size(); ++i) {
-            QTest::addRow("%s@1x", qPrintable(specs()[i].className)) << i << 1.0;
-            QTest::addRow("%s@2x", qPrintable(specs()[i].className)) << i << 2.0;
+        for (int i = 0; i < contracts().size(); ++i) {
+            QTest::addRow("%s@1x", qPrintable(contracts()[i].className)) << i << 1.0;
+            QTest::addRow("%s@2x", qPrintable(contracts()[i].className)) << i << 2.0;
         }
     }
     void layoutFitsItsText() {
         QFETCH(int, index);
         QFETCH(qreal, scale);
-        auto form = make(specs()[index].className);
+        auto form = make(contracts()[index].className);
         showAtSizeHint(form.get(), scale);
         if (QTest::currentTestFailed())
             return;
@@ -732,11 +732,11 @@ private slots:
         auto* tabs = panel->findChild<QTabWidget*>(QStringLiteral("tableMain"));
         QVERIFY(tabs);
         QList<QWidget*> pages;
-        for (const FormSpec& spec : specs()) {
-            if (spec.identifier.isEmpty() || spec.identifier == QLatin1String("Imprinter") ||
-                spec.identifier == QLatin1String("PatchCode"))
+        for (const FormContract& contract : contracts()) {
+            if (contract.identifier.isEmpty() || contract.identifier == QLatin1String("Imprinter") ||
+                contract.identifier == QLatin1String("PatchCode"))
                 continue;
-            QWidget* page = TwFormCatalog::create(spec.className);
+            QWidget* page = TwFormCatalog::create(contract.className);
             tabs->addTab(page, page->windowTitle());
             pages << page;
         }
@@ -757,14 +757,14 @@ private slots:
     void hiddenRowsLeaveNoGap_data() { formRows(); }
     void hiddenRowsLeaveNoGap() {
         QFETCH(int, index);
-        const FormSpec& spec = specs()[index];
-        auto form = make(spec.className);
+        const FormContract& contract = contracts()[index];
+        auto form = make(contract.className);
         showAtSizeHint(form.get(), 1.0);
         if (QTest::currentTestFailed())
             return;
         QStringList faults;
         // The rows the tab code restacks: hiding one moves the next up into its place.
-        for (const Restack& restack : spec.restacks) {
+        for (const Restack& restack : contract.restacks) {
             for (int i = 0; i + 1 < restack.size(); ++i) {
                 auto* here = form->findChild<QWidget*>(restack[i].first());
                 auto* next = form->findChild<QWidget*>(restack[i + 1].first());
