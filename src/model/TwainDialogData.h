@@ -142,7 +142,7 @@ public:
     void updateEnabledFromKeyPath(const std::string& keyPath, const TwKeyValueChange* change);
     bool getEnableFromInfo(const TwValue& node, const std::string* attrib, const std::string& keyPath);
     bool getEnableCustomForKeyPath(const std::string& keyPath);
-    // Applies a saved profile to the store.
+    // Applies a saved profile to the store (a logged placeholder until profiles are stored).
     void SettingApply(const TwValue& profile);
 
     // ---- Side and working-value mirroring ----
@@ -176,7 +176,7 @@ public:
     // Allowed start and length (width = start, length = length) in millimetres for an area key
     // ("temp.Area.<path>" or "Data.Area.Measure.<path>"); a length of 0 for any other key.
     TwSize GetFormatterRange(const std::string& keyPath);
-    // Brings the area holding keyPath back onto the paper, keeping the edited value if it can.
+    // Fits every area to the paper; the value at keyPath, just edited, is kept if it can be.
     void ValidateAreaRect(TwainDialogData* object, const std::string& keyPath);
     void ValidateAreaRectAll();
     void AdjustLandscapeEnableAndArea();
