@@ -73,7 +73,14 @@ void VmxUIControllerImpl::setDataWithDictionary(const TwValue& dictionary, std::
     _DialogData = model;
     setUIContents(ModelDef ? ModelDef->UIOptions() : TwValue());
 
+    model->prepareFactoryProfiles();
+    model->readProfiles();
+    model->readCustomPaperSize();
+    model->readCustomGamma();
+    model->readCustomize();
+    model->restoreDefault();
     model->addSelfObserver();
+    model->readUntitleProfile();
     OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", methodName("setDataWithDictionary").c_str());
 }
 
@@ -158,7 +165,8 @@ void VmxUIControllerImpl::updatePaperSource(const TwValue& contents) {
 
 void VmxUIControllerImpl::readLastData() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("readLastData").c_str());
-    // Reading the untitled profile arrives with the presets.
+    if (_DialogData)
+        _DialogData->readUntitleProfile();
 }
 
 TwValue VmxUIControllerImpl::dataForKeyPath(const std::string& keyPath) {

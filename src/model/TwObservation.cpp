@@ -145,7 +145,13 @@ void TwObservationCenter::didChange(std::string_view keyPath) {
     notify(s);
 }
 
-void TwObservationCenter::notify(const Snapshot& snapshot) {
+void TwObservationCenter::didChangeForOthers(std::string_view keyPath, const TwKeyValueObserver* except) {
+    Snapshot s;
+    s.path = std::string(keyPath);
+    notify(s, except);
+}
+
+void TwObservationCenter::notify(const Snapshot& snapshot, const TwKeyValueObserver* except) {
     // Registrations are copied first: observers may register, unregister or write while told.
     std::vector<std::pair<std::string, std::shared_ptr<Registration>>> targets;
     forEachObservedPath(snapshot.path, [&](const std::string& p, const RegistrationList& list) {
@@ -153,7 +159,7 @@ void TwObservationCenter::notify(const Snapshot& snapshot) {
             targets.emplace_back(p, r);
     });
     for (auto& [path, reg] : targets) {
-        if (!reg->active)
+        if (!reg->active || reg->observer == except)
             continue;
         TwKeyValueChange change;
         if (reg->options & kTwObserveNew)

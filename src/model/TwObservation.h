@@ -68,6 +68,8 @@ public:
 
     void willChange(std::string_view keyPath);
     void didChange(std::string_view keyPath);
+    // Tells the observers of the path and below, all but one, that it changed (no old value).
+    void didChangeForOthers(std::string_view keyPath, const TwKeyValueObserver* except);
 
 private:
     struct Registration {
@@ -84,7 +86,7 @@ private:
 
     template <typename F> void forEachObservedPath(std::string_view keyPath, F&& f) const;
     bool coveredByBracket(std::string_view keyPath) const;
-    void notify(const Snapshot& snapshot);
+    void notify(const Snapshot& snapshot, const TwKeyValueObserver* except = nullptr);
 
     TwainDialogData* m_owner;
     Reader m_read;

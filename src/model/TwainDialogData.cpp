@@ -3,6 +3,7 @@
 #include "OrvaDebug.h"
 #include "TwBundle.h"
 #include "TwPlist.h"
+#include "TwPreferences.h"
 
 #include <cmath>
 

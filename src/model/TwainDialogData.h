@@ -15,6 +15,7 @@
 #include <vector>
 
 class TwBundle;
+class TwPreferences;
 
 // One row of the capability map: which setting goes to the scanner as which capability.
 struct TwCapabilityMapEntry {
@@ -142,7 +143,7 @@ public:
     void updateEnabledFromKeyPath(const std::string& keyPath, const TwKeyValueChange* change);
     bool getEnableFromInfo(const TwValue& node, const std::string* attrib, const std::string& keyPath);
     bool getEnableCustomForKeyPath(const std::string& keyPath);
-    // Applies a saved profile to the store (a logged placeholder until profiles are stored).
+    // Applies a profile (a Data section with "ProfileName") to the setting and its working copies.
     void SettingApply(const TwValue& profile);
 
     // ---- Side and working-value mirroring ----
@@ -188,6 +189,53 @@ public:
     // otherwise unchanged (millimetres).
     void ModifyMetureValue(const TwValue& unit, const TwValue& dict, const std::string& keyPrefix);
 
+    // ---- Profiles and user presets ----
+    // Persisted per user under the data source's bundle identifier; without one nothing is read
+    // or written and saves answer false.
+
+    bool prepareFactoryProfiles();
+    void readProfiles();
+    int ProfileCount() const;
+    TwValue customProfiles() const { return m_CustomProfiles; }
+    bool IsProfileExist(const std::string& name) const;
+    bool AddCustomProfile(const std::string& name);
+    bool deleteCustomProfile(const std::string& name);
+    bool saveCustomProfile();
+    void saveUntitleProfile();
+    void readUntitleProfile();
+    void restoreDefault();
+    void setDictToDictForPath(const TwValue& source, const std::string& prefix);
+    void setDictToDictCopy(const TwValue& source, const TwValue& destination);
+
+    void readCustomPaperSize();
+    bool saveCustomPaperSize();
+    TwValue customPaperSize() const { return m_CustomPapers; }
+    bool customPaperExist(const TwValue& name) const;
+
+    void readCustomGamma();
+    bool saveCustomGamma();
+    TwValue customGammasWithColor(bool isColor) const;
+    TwValue CustomGammas() const { return m_CustomGammas; }
+    std::vector<std::string> customGammaNamesWithColor(bool isColor) const;
+    TwValue customGamme(const std::string& name, bool isColor) const;
+    void setCustomGamme(const std::string& name, bool isColor, const TwValue& gamma);
+    void deleteCustomGamme(const std::string& name, bool isColor);
+    static bool gammaExist(const TwValue& name, const TwValue& menu);
+    TwValue gammaContentsWithColor(bool isColor);
+    void updataGammaContentsWithColor(bool isColor);
+
+    void readCustomize();
+    void saveCustomize();
+    void resetCustomize();
+
+    void validateValues();
+    void validatePaperSourceValues();
+    void validateGammaValues();
+    void validatePaperValues();
+
+    // Writes without the model's own reactions but tells every other observer (the controls).
+    void setValueForKeyPathUnheardBySelf(const TwValue& value, std::string_view keyPath);
+
     // ---- Fields ----
 
     TwValue m_dictData;              // section name -> section dictionary
@@ -216,6 +264,11 @@ private:
     // The paper, in millimetres and current orientation, that the areas were last fitted to.
     TwSize m_areaPaper;
 
+    TwPreferences* preferences();
+    TwValue preferenceValue(const std::string& key);
+    bool savePreference(const std::string& key, const TwValue& value);
+
     std::shared_ptr<TwBundle> m_bundleDS;
+    std::unique_ptr<TwPreferences> m_preferences;
     TwObservationCenter m_observation;
 };

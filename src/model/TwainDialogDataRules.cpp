@@ -342,10 +342,3 @@ void TwainDialogData::observeValueForKeyPath(const std::string& keyPath, TwainDi
 }
 
 // ---- Applying a profile --------------------------------------------------------------------------
-// Placeholder until profiles are stored and applied (the presets work replaces this body): there
-// is nothing to apply yet, so a selection by name only leaves a trace.
-void TwainDialogData::SettingApply(const TwValue& profile) {
-    TwValue name = profile.dict() ? profile.dict()->value("ProfileName") : TwValue();
-    OrvaLog(kOrvaLogDebug, "%s: applying profiles is not available yet; %s left as it is\n",
-            "TwainDialogData::SettingApply", name.description().c_str());
-}

@@ -112,18 +112,19 @@ TwValue TwPreferences::copyValue(const std::string& key) {
     std::lock_guard lock(m_mutex);
     if (filePath().empty())
         return {};
+    // Callers get their own copy, as from the platform's preferences.
     if (auto p = m_pending.find(key); p != m_pending.end())
-        return p->second;
+        return p->second.deepCopy();
     if (m_cache.isNull())
         m_cache = loadFile(false);
-    return m_cache.dict()->value(key);
+    return m_cache.dict()->value(key).deepCopy();
 }
 
 void TwPreferences::setValue(const std::string& key, const TwValue& value) {
     std::lock_guard lock(m_mutex);
     if (filePath().empty())
         return;
-    m_pending[key] = value;
+    m_pending[key] = value.deepCopy();
 }
 
 bool TwPreferences::writeFile(const TwValue& values) {
