@@ -1,0 +1,345 @@
+// What the user keeps between sessions, with the sample scanner loaded through the facade: the
+// factory profile, saved and deleted profiles, the last setting used, custom gammas, papers and
+// margins, and what wrong or broken preferences turn into.
+#include "OrvaDebug.h"
+#include "SampleModelDef.h"
+#include "TwPlist.h"
+#include "TwPreferences.h"
+#include "TwainDialogData.h"
+#include "VmxUIControllerImpl.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+const std::string kBundle = SAMPLE_BUNDLE_DIR;
+const std::string kDomain = "com.orvanic.vmx.sampleds";
+
+class NameWatcher : public TwKeyValueObserver {
+public:
+    std::vector<std::string> names;
+    void observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange& change,
+                                void*) override {
+        names.push_back(change.newValue.stringValue());
+    }
+};
+
+std::vector<std::string> profileNames(TwainDialogData& model) {
+    std::vector<std::string> names;
+    for (auto& p : *model.customProfiles().list())
+        names.push_back(p.dict()->value("ProfileName").stringValue());
+    return names;
+}
+} // namespace
+
+class TestPresets : public QObject {
+    Q_OBJECT
+    SampleModelDef def{TwValue()};
+    TwValue capabilities;
+    std::unique_ptr<QTemporaryDir> config;
+
+    std::string configDir() const { return config->path().toStdString(); }
+    TwPreferences stored() const { return TwPreferences(kDomain, configDir()); }
+
+    std::unique_ptr<VmxUIControllerImpl> start(const std::string& bundle = kBundle, bool flatbed = true) {
+        auto ui = std::make_unique<VmxUIControllerImpl>();
+        OrvaSetLogPaths(nullptr, nullptr);
+        ui->initWithDSBundle(bundle);
+        ui->setModelDef(&def);
+        TwValue values = capabilities.deepCopy();
+        values.dict()->value("ScanInfo").dict()->set("FlatbedConnected", flatbed);
+        ui->setDataWithDictionary(values, 0);
+        return ui;
+    }
+    static void set(VmxUIControllerImpl& ui, const char* keyPath, const TwValue& value) {
+        ui.setDataWithKeyPathValue(TwValue::dictionary({{keyPath, value}}));
+    }
+
+private slots:
+    void initTestCase() {
+        std::string error;
+        def = SampleModelDef::fromFile(kBundle + "/Contents/Resources/ModelDef.plist", &error);
+        QVERIFY2(error.empty(), error.c_str());
+        capabilities = TwPlistReadFile(kBundle + "/Contents/Resources/Capabilities.plist", &error);
+        QVERIFY2(capabilities.isDictionary(), error.c_str());
+    }
+    void init() {
+        config = std::make_unique<QTemporaryDir>();
+        qputenv("XDG_CONFIG_HOME", config->path().toLocal8Bit());
+    }
+
+    void firstStartWritesTheFactoryProfileOnce() {
+        {
+            auto ui = start();
+            QCOMPARE(profileNames(*ui->model()), std::vector<std::string>{"Factory Default"});
+            QVERIFY(ui->dataForKeyPath("profiles.content")
+                        .isEqual(TwValue::array({"Untitled", "Factory Default"})));
+            QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
+        }
+        auto prefs = stored();
+        QCOMPARE(prefs.copyValue("Runned").intValue(), 1);
+        TwValue profiles = prefs.copyValue("profiles");
+        QCOMPARE(profiles.list()->size(), size_t(1));
+        // The factory profile is the Default section, named.
+        TwValue profile = profiles.list()->at(0);
+        QCOMPARE(profile.dict()->value("Resolution"), capabilities.dict()->value("Default").dict()->value("Resolution"));
+
+        {
+            auto ui = start();
+            ui->model()->deleteCustomProfile("Factory Default");
+        }
+        auto again = start(); // the user deleted it: it does not come back
+        QCOMPARE(again->model()->ProfileCount(), 0);
+        QVERIFY(again->dataForKeyPath("profiles.content").isEqual(TwValue::array({"Untitled"})));
+    }
+
+    void savingUnderANameThatDiffersInCaseReplacesInPlace() {
+        auto ui = start();
+        auto& model = *ui->model();
+        model.AddCustomProfile("Office");
+        model.AddCustomProfile("Home");
+        set(*ui, "Data.Resolution", 600);
+        NameWatcher watcher;
+        model.addObserver(&watcher, "profiles.name", kTwObserveNew);
+        QVERIFY(model.IsProfileExist("office"));
+        model.AddCustomProfile("OFFICE");
+        model.removeObserver(&watcher, "profiles.name");
+        QCOMPARE(profileNames(model), (std::vector<std::string>{"Factory Default", "OFFICE", "Home"}));
+        QCOMPARE(model.customProfiles().list()->at(1).dict()->value("Resolution").intValue(), 600);
+        // The setting-name box is told the new name.
+        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("OFFICE"));
+        QVERIFY(!watcher.names.empty());
+        QCOMPARE(watcher.names.back(), std::string("OFFICE"));
+        QCOMPARE(stored().copyValue("profiles").list()->size(), size_t(3));
+    }
+
+    void deletingSelectsANeighbour_data() {
+        QTest::addColumn<QString>("deleted");
+        QTest::addColumn<QString>("selected");
+        QTest::newRow("the last of three: the new last") << "B" << "A";
+        QTest::newRow("the middle: the one that moves up") << "A" << "B";
+        QTest::newRow("an unknown name: untitled") << "Z" << "Untitled";
+    }
+    void deletingSelectsANeighbour() {
+        QFETCH(QString, deleted);
+        QFETCH(QString, selected);
+        auto ui = start();
+        auto& model = *ui->model();
+        model.AddCustomProfile("A");
+        model.AddCustomProfile("B");
+        QVERIFY(model.deleteCustomProfile(deleted.toStdString()));
+        QCOMPARE(ui->dataForKeyPath("profiles.name").stringValue(), selected.toStdString());
+    }
+
+    void deletingTheOnlyProfileSelectsUntitled() {
+        auto ui = start();
+        ui->model()->deleteCustomProfile("Factory Default");
+        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
+        QCOMPARE(ui->model()->ProfileCount(), 0);
+        QCOMPARE(stored().copyValue("profiles").list()->size(), size_t(0));
+    }
+
+    void pickingAProfileAppliesIt() {
+        auto ui = start();
+        set(*ui, "Data.Resolution", 200);
+        ui->model()->AddCustomProfile("Low");
+        set(*ui, "Data.Resolution", 600);
+        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
+        set(*ui, "profiles.name", "Low");
+        QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 200);
+        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Low"));
+        // The area unit is no edit of the setting.
+        set(*ui, "Data.Area.Unit", 0);
+        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Low"));
+    }
+
+    void theLastSettingComesBack() {
+        {
+            auto ui = start();
+            set(*ui, "Data.Resolution", 600);
+            set(*ui, "Data.ImageType", 1);
+            ui->model()->saveUntitleProfile();
+        }
+        {
+            auto ui = start();
+            QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 600);
+            QCOMPARE(ui->dataForKeyPath("Data.ImageType").intValue(), 1);
+            QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
+            QVERIFY(stored().copyValue("profile name").isNull());
+            set(*ui, "profiles.name", "Factory Default");
+            ui->model()->saveUntitleProfile();
+        }
+        auto ui = start();
+        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Factory Default"));
+        QCOMPARE(ui->dataForKeyPath("Data.Resolution"),
+                 capabilities.dict()->value("Default").dict()->value("Resolution"));
+    }
+
+    void aLastProfileDeletedElsewhereFallsBackToTheLastSetting() {
+        {
+            auto ui = start();
+            set(*ui, "Data.Resolution", 400);
+            ui->model()->AddCustomProfile("Gone");
+            QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Gone"));
+            ui->model()->saveUntitleProfile();
+        }
+        auto prefs = stored();
+        prefs.setValue("profiles", TwValue::array());
+        QVERIFY(prefs.synchronize());
+        auto ui = start();
+        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
+        QVERIFY(!ui->dataForKeyPath("Default.Resolution").isEqual(TwValue(400)));
+        QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 400);
+    }
+
+    void aDeletedCustomGammaBecomesZero() {
+        auto ui = start();
+        auto& model = *ui->model();
+        model.setCustomGamme("Mine", false, TwValue::dictionary({{"Points", TwValue::array({0, 128, 255})}}));
+        QVERIFY(model.saveCustomGamma());
+        QVERIFY(TwainDialogData::gammaExist(TwValue("Mine"), ui->dataForKeyPath("content.Gray.Gamma")));
+        set(*ui, "Data.GrayImage.Front.Gamma", "Mine");
+        set(*ui, "Data.BinaryImage.Back.Gamma", "Mine");
+        model.AddCustomProfile("Curved");
+        model.deleteCustomGamme("Mine", false);
+        QVERIFY(!TwainDialogData::gammaExist(TwValue("Mine"), ui->dataForKeyPath("content.Gray.Gamma")));
+        set(*ui, "profiles.name", "Factory Default");
+        set(*ui, "profiles.name", "Curved");
+        QCOMPARE(ui->dataForKeyPath("Data.GrayImage.Front.Gamma"), TwValue(0));
+        QCOMPARE(ui->dataForKeyPath("Data.BinaryImage.Back.Gamma"), TwValue(0));
+        QVERIFY(stored().copyValue("custom gamma").dict()->value("Gray").list()->empty());
+    }
+
+    void customGammasPersistAndExtendTheMenu() {
+        {
+            auto ui = start();
+            ui->model()->setCustomGamme("Warm", true, TwValue::dictionary({{"Red", TwValue::array({1, 2})}}));
+            ui->model()->setCustomGamme("Warm", true, TwValue::dictionary({{"Blue", 3}}));
+            QVERIFY(ui->model()->saveCustomGamma());
+        }
+        auto ui = start();
+        QCOMPARE(ui->model()->customGammaNamesWithColor(true), std::vector<std::string>{"Warm"});
+        QVERIFY(ui->model()->customGammaNamesWithColor(false).empty());
+        TwValue warm = ui->model()->customGamme("Warm", true);
+        QVERIFY(warm.dict()->value("Red").isArray());
+        QCOMPARE(warm.dict()->value("Blue").intValue(), 3);
+        TwValue menu = ui->dataForKeyPath("content.Color.Gamma");
+        QCOMPARE(menu.list()->size(), ui->dataForKeyPath("content.Gamma").list()->size() + 1);
+        QCOMPARE(menu.list()->back().dict()->value("display").stringValue(), std::string("Warm"));
+    }
+
+    void aProfileInInchesShowsInches() {
+        auto ui = start();
+        TwValue profile = ui->dataForKeyPath("Data").deepCopy();
+        profile.dict()->set("ProfileName", "Inches");
+        TwValue area = profile.dict()->value("Area");
+        area.dict()->set("Unit", 0);
+        area.dict()->value("Measure").dict()->set("Width", 25.4);
+        ui->model()->SettingApply(profile);
+        QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Width").doubleValue(), 25.4); // the setting stays in mm
+        QCOMPARE(ui->dataForKeyPath("temp.Area.Width").doubleValue(), 1.0);
+    }
+
+    void valuesTheScannerDoesNotOfferAreCorrected() {
+        auto ui = start(kBundle, /*flatbed=*/false);
+        TwValue profile = ui->dataForKeyPath("Data").deepCopy();
+        profile.dict()->set("PaperSource", 2); // the flatbed, which is not connected
+        profile.dict()->set("PaperSize", "Vanished paper");
+        ui->model()->SettingApply(profile);
+        QCOMPARE(ui->dataForKeyPath("Data.PaperSource"), ui->dataForKeyPath("Default.PaperSource"));
+        QCOMPARE(ui->dataForKeyPath("Data.PaperSize"), TwValue(1));
+    }
+
+    void twoModelsSavingDifferentKeysKeepBoth() {
+        auto a = start();
+        auto b = start();
+        a->model()->m_CustomPapers.list()->push_back(
+            TwValue::dictionary({{"Name", "Card"}, {"Width", 55.0}, {"Length", 91.0}}));
+        QVERIFY(a->model()->saveCustomPaperSize());
+        b->setDataWithKeyPathValue(TwValue::dictionary({{"Customize.BorderRemoval.left", 12}}));
+        b->model()->saveCustomize();
+        auto c = start();
+        QVERIFY(c->model()->customPaperExist(TwValue("Card")));
+        QCOMPARE(c->dataForKeyPath("Customize.BorderRemoval.left").intValue(), 12);
+        QVERIFY(c->dataForKeyPath("content.PaperSizeAll.display").list()->back().stringValue().starts_with("Card - 55.0 x 91.0 mm"));
+    }
+
+    void marginsAreClampedAndDefaulted_data() {
+        QTest::addColumn<TwValue>("stored");
+        QTest::addColumn<QString>("keyPath");
+        QTest::addColumn<int>("read");
+        auto customize = [](const char* family, const char* side, TwValue v) {
+            return TwValue::dictionary({{family, TwValue::dictionary({{side, v}})}});
+        };
+        QTest::newRow("border too large") << customize("BorderRemoval", "left", 5000) << "BorderRemoval.left" << 4318;
+        QTest::newRow("shadow negative") << customize("RemoveShadow", "top", -3) << "RemoveShadow.top" << 0;
+        QTest::newRow("shadow too large") << customize("RemoveShadow", "top", 300) << "RemoveShadow.top" << 254;
+        QTest::newRow("in range") << customize("RemoveShadow", "right", 40) << "RemoveShadow.right" << 40;
+        QTest::newRow("not a number") << customize("BorderRemoval", "bottom", "wide") << "BorderRemoval.bottom" << 30;
+        QTest::newRow("missing side") << customize("BorderRemoval", "left", 1) << "BorderRemoval.top" << 30;
+        QTest::newRow("not a dictionary") << TwValue(5) << "RemoveShadow.left" << 30;
+    }
+    void marginsAreClampedAndDefaulted() {
+        QFETCH(TwValue, stored);
+        QFETCH(QString, keyPath);
+        QFETCH(int, read);
+        auto prefs = this->stored();
+        prefs.setValue("customize", stored);
+        QVERIFY(prefs.synchronize());
+        auto ui = start();
+        QCOMPARE(ui->dataForKeyPath("Customize." + keyPath.toStdString()).intValue(), read);
+        ui->model()->resetCustomize();
+        QCOMPARE(ui->dataForKeyPath("Customize." + keyPath.toStdString()).intValue(), 30);
+        QVERIFY(this->stored().copyValue("customize").isNull());
+    }
+
+    void wrongTypesInThePreferencesAreIgnored() {
+        auto prefs = stored();
+        prefs.setValue("Runned", 1);
+        prefs.setValue("profiles", TwValue::array({"not a profile", TwValue::dictionary({{"ProfileName", "Kept"}})}));
+        prefs.setValue("custom papers", TwValue::dictionary({{"Name", "x"}}));
+        prefs.setValue("custom gamma", TwValue::array({1}));
+        prefs.setValue("untitle profile", "nothing");
+        prefs.setValue("profile name", 7);
+        QVERIFY(prefs.synchronize());
+        auto ui = start();
+        QCOMPARE(profileNames(*ui->model()), std::vector<std::string>{"Kept"});
+        QCOMPARE(ui->model()->customPaperSize().list()->size(), size_t(0));
+        QVERIFY(ui->model()->customGammaNamesWithColor(true).empty());
+        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
+    }
+
+    void anUnreadableFileIsKeptAsideAndStartsEmpty() {
+        QString file = config->path() + "/" + QString::fromStdString(kDomain) + ".plist";
+        {
+            QFile f(file);
+            QVERIFY(f.open(QIODevice::WriteOnly));
+            f.write("<plist><dict><key>profiles</key><array><dict>");
+        }
+        auto ui = start();
+        QCOMPARE(profileNames(*ui->model()), std::vector<std::string>{"Factory Default"});
+        QCOMPARE(QDir(config->path()).entryList({"*.unreadable-*"}).size(), 1);
+        QVERIFY(TwPlistReadFile(file.toStdString()).isDictionary());
+    }
+
+    void withoutABundleIdentifierNothingIsKept() {
+        QTemporaryDir bundle;
+        QDir().mkpath(bundle.path() + "/Contents/Resources");
+        auto ui = start(bundle.path().toStdString());
+        auto& model = *ui->model();
+        QVERIFY(!model.prepareFactoryProfiles());
+        QVERIFY(!model.saveCustomProfile());
+        QVERIFY(!model.saveCustomPaperSize());
+        QVERIFY(!model.saveCustomGamma());
+        QVERIFY(model.customProfiles().isNull());
+        model.saveUntitleProfile();
+        model.AddCustomProfile("Nowhere");
+        QCOMPARE(QDir(config->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size(), 0);
+        QCOMPARE(ui->dataForKeyPath("profiles.temporary"), TwValue("IDS_TEMPORARY_SETTINGNAME_NEW"));
+    }
+};
+
+QTEST_APPLESS_MAIN(TestPresets)
+#include "tst_presets.moc"
