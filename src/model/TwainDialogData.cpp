@@ -231,17 +231,20 @@ TwValue TwainDialogData::dictionaryRead(const TwValue& dict, const std::vector<s
     return dictionary(v, std::vector<std::string>(keys.begin() + 1, keys.end()));
 }
 
-TwValue TwainDialogData::dictionaryRead(const TwValue& dict, std::string_view keyPath) {
+std::vector<std::string> TwainDialogData::keyPathComponents(std::string_view keyPath) {
     std::vector<std::string> keys;
     std::size_t start = 0;
     for (;;) {
         auto dot = keyPath.find('.', start);
         keys.emplace_back(keyPath.substr(start, dot - start));
         if (dot == std::string_view::npos)
-            break;
+            return keys;
         start = dot + 1;
     }
-    return dictionaryRead(dict, keys);
+}
+
+TwValue TwainDialogData::dictionaryRead(const TwValue& dict, std::string_view keyPath) {
+    return dictionaryRead(dict, keyPathComponents(keyPath));
 }
 
 void TwainDialogData::setValue(const TwValue& value, const TwValue& dict, const std::vector<std::string>& keys) {

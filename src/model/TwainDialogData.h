@@ -110,6 +110,8 @@ public:
     TwValue dictionaryRead(const TwValue& dict, const std::vector<std::string>& keys);
     TwValue dictionaryRead(const TwValue& dict, std::string_view keyPath);
     void setValue(const TwValue& value, const TwValue& dict, const std::vector<std::string>& keys);
+    // The components of a dotted key path ("Data.Area.Unit" -> Data, Area, Unit).
+    static std::vector<std::string> keyPathComponents(std::string_view keyPath);
     // Leaf key paths below the dictionary, in key order; prefix null gives bare keys.
     std::vector<std::string> allKeyPaths(const std::string* prefix, const TwValue& dict) const;
     std::vector<std::string> allKeyPaths() const;

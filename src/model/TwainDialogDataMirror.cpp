@@ -13,18 +13,6 @@ namespace {
 
 constexpr double kMillimetresPerInch = 25.4;
 
-std::vector<std::string> components(std::string_view keyPath) {
-    std::vector<std::string> parts;
-    std::size_t start = 0;
-    for (;;) {
-        auto dot = keyPath.find('.', start);
-        parts.emplace_back(keyPath.substr(start, dot - start));
-        if (dot == std::string_view::npos)
-            return parts;
-        start = dot + 1;
-    }
-}
-
 std::string join(const std::vector<std::string>& parts, std::size_t from) {
     std::string out;
     for (std::size_t i = from; i < parts.size(); ++i) {
@@ -38,7 +26,7 @@ std::string join(const std::vector<std::string>& parts, std::size_t from) {
 // Reads a key path below a plain dictionary without creating anything.
 TwValue readPath(const TwValue& root, std::string_view keyPath) {
     TwValue cur = root;
-    for (auto& key : components(keyPath)) {
+    for (auto& key : TwainDialogData::keyPathComponents(keyPath)) {
         auto d = cur.dict();
         if (!d)
             return {};
@@ -138,7 +126,7 @@ void TwainDialogData::tmepValueChangedKeyPath(const std::string& keyPath, TwainD
     // Values the model itself is converting or correcting are not mirrored back.
     if (m_bForbitChange)
         return;
-    std::vector<std::string> parts = components(keyPath);
+    std::vector<std::string> parts = TwainDialogData::keyPathComponents(keyPath);
     if (parts.size() < 2)
         return;
     const std::string& second = parts[1];
@@ -269,7 +257,7 @@ std::optional<std::string> TwainDialogData::GetTempKey(const std::string& keyPat
                 std::string prefix = std::string("Data.") + family + "." + side;
                 if (!k.starts_with(prefix))
                     continue;
-                std::vector<std::string> parts = components(keyPath);
+                std::vector<std::string> parts = TwainDialogData::keyPathComponents(keyPath);
                 if (parts.size() < 3)
                     return std::nullopt;
                 TwValue code = readPath(dict, parts[0] + "." + parts[1] + "Side");
@@ -286,7 +274,7 @@ std::optional<std::string> TwainDialogData::GetTempKey(const std::string& keyPat
                 return "temp." + keyPath.substr(5);
         }
         if (k.starts_with("Data.Area.Measure")) {
-            std::vector<std::string> parts = components(keyPath);
+            std::vector<std::string> parts = TwainDialogData::keyPathComponents(keyPath);
             std::string rest = join(parts, 3);
             return rest.empty() ? std::string("temp.Area") : "temp.Area." + rest;
         }

@@ -21,20 +21,9 @@ constexpr double kMillimetresPerInch = 25.4;
 
 bool equalIgnoringCase(const std::string& a, const std::string& b) {
     return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
+               return std::tolower(static_cast<unsigned char>(x)) ==
+                      std::tolower(static_cast<unsigned char>(y));
            });
-}
-
-std::vector<std::string> splitKeyPath(std::string_view keyPath) {
-    std::vector<std::string> keys;
-    std::size_t start = 0;
-    for (;;) {
-        auto dot = keyPath.find('.', start);
-        keys.emplace_back(keyPath.substr(start, dot - start));
-        if (dot == std::string_view::npos)
-            return keys;
-        start = dot + 1;
-    }
 }
 
 std::string profileName(const TwValue& profile) {
@@ -43,7 +32,9 @@ std::string profileName(const TwValue& profile) {
     return name.isString() ? *name.str() : std::string();
 }
 
-const char* gammaFamily(bool isColor) { return isColor ? "Color" : "Gray"; }
+const char* gammaFamily(bool isColor) {
+    return isColor ? "Color" : "Gray";
+}
 } // namespace
 
 // ---- Preferences ---------------------------------------------------------------------------------
@@ -267,7 +258,7 @@ void TwainDialogData::setDictToDictCopy(const TwValue& source, const TwValue& de
     if (!source.isDictionary() || !destination.isDictionary())
         return;
     for (auto& leaf : allKeyPaths(nullptr, source))
-        setValue(dictionaryRead(source, leaf), destination, splitKeyPath(leaf));
+        setValue(dictionaryRead(source, leaf), destination, keyPathComponents(leaf));
 }
 
 void TwainDialogData::SettingApply(const TwValue& profileIn) {
@@ -298,7 +289,7 @@ void TwainDialogData::SettingApply(const TwValue& profileIn) {
         for (auto& k : keyPaths)
             willChangeValueForKey(k);
         for (auto& k : keyPaths) {
-            auto keys = splitKeyPath(k);
+            auto keys = keyPathComponents(k);
             if (keys.size() < 2)
                 continue;
             TwValue v = dictionaryRead(profile, std::vector<std::string>(keys.begin() + 1, keys.end()));
@@ -316,7 +307,7 @@ void TwainDialogData::SettingApply(const TwValue& profileIn) {
             auto tempKey = GetTempKey(k, m_dictData);
             if (!tempKey)
                 continue;
-            auto keys = splitKeyPath(k);
+            auto keys = keyPathComponents(k);
             TwValue v = dictionaryRead(profile, std::vector<std::string>(keys.begin() + 1, keys.end()));
             if (v.isNull())
                 continue;
@@ -402,7 +393,8 @@ void TwainDialogData::readCustomGamma() {
 }
 
 bool TwainDialogData::saveCustomGamma() {
-    return savePreference(kCustomGammaKey, m_CustomGammas.isDictionary() ? m_CustomGammas : TwValue::dictionary());
+    return savePreference(kCustomGammaKey,
+                          m_CustomGammas.isDictionary() ? m_CustomGammas : TwValue::dictionary());
 }
 
 TwValue TwainDialogData::customGammasWithColor(bool isColor) const {
@@ -483,7 +475,8 @@ TwValue TwainDialogData::gammaContentsWithColor(bool isColor) {
 }
 
 void TwainDialogData::updataGammaContentsWithColor(bool isColor) {
-    setValueForKeyPath(gammaContentsWithColor(isColor), std::string("content.") + gammaFamily(isColor) + ".Gamma");
+    setValueForKeyPath(gammaContentsWithColor(isColor),
+                       std::string("content.") + gammaFamily(isColor) + ".Gamma");
 }
 
 // ---- Customize margins ---------------------------------------------------------------------------
@@ -504,7 +497,9 @@ void TwainDialogData::readCustomize() {
     }
 }
 
-void TwainDialogData::saveCustomize() { savePreference(kCustomizeKey, valueForKey("Customize")); }
+void TwainDialogData::saveCustomize() {
+    savePreference(kCustomizeKey, valueForKey("Customize"));
+}
 
 void TwainDialogData::resetCustomize() {
     if (TwPreferences* prefs = preferences()) {
@@ -526,7 +521,8 @@ void TwainDialogData::validatePaperSourceValues() {
     TwValue source = valueForKeyPath("Data.PaperSource");
     if (auto list = valueForKeyPath("content.PaperSource").list())
         for (auto& entry : *list)
-            if (entry.dict() && source.isNumber() && entry.dict()->value("value").intValue() == source.intValue())
+            if (entry.dict() && source.isNumber() &&
+                entry.dict()->value("value").intValue() == source.intValue())
                 return;
     setValueForKeyPath(valueForKeyPath("Default.PaperSource"), "Data.PaperSource");
 }
@@ -539,9 +535,12 @@ void TwainDialogData::validateGammaValues() {
         bool color;
     };
     static const Side sides[] = {
-        {"Data.ColorImage.Back", "ColorImage", 1, true},   {"Data.ColorImage.Front", "ColorImage", 0, true},
-        {"Data.BinaryImage.Front", "BinaryImage", 0, false}, {"Data.BinaryImage.Back", "BinaryImage", 1, false},
-        {"Data.GrayImage.Front", "GrayImage", 0, false},   {"Data.GrayImage.Back", "GrayImage", 1, false},
+        {"Data.ColorImage.Back", "ColorImage", 1, true},
+        {"Data.ColorImage.Front", "ColorImage", 0, true},
+        {"Data.BinaryImage.Front", "BinaryImage", 0, false},
+        {"Data.BinaryImage.Back", "BinaryImage", 1, false},
+        {"Data.GrayImage.Front", "GrayImage", 0, false},
+        {"Data.GrayImage.Back", "GrayImage", 1, false},
     };
     for (const Side& s : sides) {
         std::string gammaKey = std::string(s.key) + ".Gamma";

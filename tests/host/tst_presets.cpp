@@ -84,7 +84,8 @@ private slots:
         QCOMPARE(profiles.list()->size(), size_t(1));
         // The factory profile is the Default section, named.
         TwValue profile = profiles.list()->at(0);
-        QCOMPARE(profile.dict()->value("Resolution"), capabilities.dict()->value("Default").dict()->value("Resolution"));
+        QCOMPARE(profile.dict()->value("Resolution"),
+                 capabilities.dict()->value("Default").dict()->value("Resolution"));
 
         {
             auto ui = start();
@@ -118,9 +119,12 @@ private slots:
     void deletingSelectsANeighbour_data() {
         QTest::addColumn<QString>("deleted");
         QTest::addColumn<QString>("selected");
-        QTest::newRow("the last of three: the new last") << "B" << "A";
-        QTest::newRow("the middle: the one that moves up") << "A" << "B";
-        QTest::newRow("an unknown name: untitled") << "Z" << "Untitled";
+        QTest::newRow("the last of three: the new last") << "B"
+                                                         << "A";
+        QTest::newRow("the middle: the one that moves up") << "A"
+                                                           << "B";
+        QTest::newRow("an unknown name: untitled") << "Z"
+                                                   << "Untitled";
     }
     void deletingSelectsANeighbour() {
         QFETCH(QString, deleted);
@@ -238,7 +242,8 @@ private slots:
         area.dict()->set("Unit", 0);
         area.dict()->value("Measure").dict()->set("Width", 25.4);
         ui->model()->SettingApply(profile);
-        QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Width").doubleValue(), 25.4); // the setting stays in mm
+        QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Width").doubleValue(),
+                 25.4); // the setting stays in mm
         QCOMPARE(ui->dataForKeyPath("temp.Area.Width").doubleValue(), 1.0);
     }
 
@@ -263,7 +268,11 @@ private slots:
         auto c = start();
         QVERIFY(c->model()->customPaperExist(TwValue("Card")));
         QCOMPARE(c->dataForKeyPath("Customize.BorderRemoval.left").intValue(), 12);
-        QVERIFY(c->dataForKeyPath("content.PaperSizeAll.display").list()->back().stringValue().starts_with("Card - 55.0 x 91.0 mm"));
+        QVERIFY(c->dataForKeyPath("content.PaperSizeAll.display")
+                    .list()
+                    ->back()
+                    .stringValue()
+                    .starts_with("Card - 55.0 x 91.0 mm"));
     }
 
     void marginsAreClampedAndDefaulted_data() {
@@ -273,11 +282,14 @@ private slots:
         auto customize = [](const char* family, const char* side, TwValue v) {
             return TwValue::dictionary({{family, TwValue::dictionary({{side, v}})}});
         };
-        QTest::newRow("border too large") << customize("BorderRemoval", "left", 5000) << "BorderRemoval.left" << 4318;
+        QTest::newRow("border too large")
+            << customize("BorderRemoval", "left", 5000) << "BorderRemoval.left" << 4318;
         QTest::newRow("shadow negative") << customize("RemoveShadow", "top", -3) << "RemoveShadow.top" << 0;
-        QTest::newRow("shadow too large") << customize("RemoveShadow", "top", 300) << "RemoveShadow.top" << 254;
+        QTest::newRow("shadow too large")
+            << customize("RemoveShadow", "top", 300) << "RemoveShadow.top" << 254;
         QTest::newRow("in range") << customize("RemoveShadow", "right", 40) << "RemoveShadow.right" << 40;
-        QTest::newRow("not a number") << customize("BorderRemoval", "bottom", "wide") << "BorderRemoval.bottom" << 30;
+        QTest::newRow("not a number")
+            << customize("BorderRemoval", "bottom", "wide") << "BorderRemoval.bottom" << 30;
         QTest::newRow("missing side") << customize("BorderRemoval", "left", 1) << "BorderRemoval.top" << 30;
         QTest::newRow("not a dictionary") << TwValue(5) << "RemoveShadow.left" << 30;
     }
@@ -298,7 +310,8 @@ private slots:
     void wrongTypesInThePreferencesAreIgnored() {
         auto prefs = stored();
         prefs.setValue("Runned", 1);
-        prefs.setValue("profiles", TwValue::array({"not a profile", TwValue::dictionary({{"ProfileName", "Kept"}})}));
+        prefs.setValue("profiles",
+                       TwValue::array({"not a profile", TwValue::dictionary({{"ProfileName", "Kept"}})}));
         prefs.setValue("custom papers", TwValue::dictionary({{"Name", "x"}}));
         prefs.setValue("custom gamma", TwValue::array({1}));
         prefs.setValue("untitle profile", "nothing");
