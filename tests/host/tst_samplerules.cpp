@@ -125,6 +125,20 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Length").doubleValue(), 297.0);
     }
 
+    // The default setting is applied before the model observes itself, so the working copies
+    // exist and are observed from the start.
+    void workingValuesMirrorIntoTheSettingOnceLoaded() {
+        auto ui = loaded();
+        QCOMPARE(ui->dataForKeyPath("temp.BinaryImage.Brightness"),
+                 ui->dataForKeyPath("Data.BinaryImage.Front.Brightness"));
+        set(*ui, "temp.BinaryImage.Brightness", TwValue(90));
+        QCOMPARE(ui->dataForKeyPath("Data.BinaryImage.Front.Brightness").intValue(), 90);
+        set(*ui, "Data.PaperSource", TwValue(1)); // duplex: both sides are edited together
+        set(*ui, "temp.ColorImage.Contrast", TwValue(70));
+        QCOMPARE(ui->dataForKeyPath("Data.ColorImage.Front.Contrast").intValue(), 70);
+        QCOMPARE(ui->dataForKeyPath("Data.ColorImage.Back.Contrast").intValue(), 70);
+    }
+
     void replacingOrClosingTheModelEndsItsObservation() {
         auto ui = loaded();
         std::shared_ptr<TwainDialogData> first = ui->model();
