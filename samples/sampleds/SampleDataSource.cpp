@@ -4,7 +4,9 @@
 
 #include <dlfcn.h>
 
+#include <chrono>
 #include <cstdio>
+#include <filesystem>
 
 namespace {
 const char* capabilityName(std::uint16_t cap) {
@@ -16,6 +18,22 @@ const char* capabilityName(std::uint16_t cap) {
     default:
         return "unknown capability";
     }
+}
+// The one data source of the process, for the callback (a plain function).
+SampleDataSource* g_source = nullptr;
+bool g_closed = false;
+bool g_scanned = false;
+
+const char* const kTabs[] = {"Basic",      "Common", "Layout", "BinaryImage", "GrayImage",
+                             "ColorImage", "Feed",   "Area",   "ControlSheet"};
+
+void printLeaves(const TwValue& value, const std::string& path) {
+    if (auto d = value.dict()) {
+        for (auto& key : d->keys())
+            printLeaves(d->value(key), path + "." + key);
+        return;
+    }
+    std::printf("  %s = %s\n", path.c_str(), value.description().c_str());
 }
 } // namespace
 
@@ -104,6 +122,20 @@ std::string SampleDataSource::describeEvent(std::uint16_t event, const void* dat
         }
         return line;
     }
+    switch (event) {
+    case kVmxEventStart:
+        return "event 2: start (Scan pressed)";
+    case kVmxEventPrescan:
+        return "event 3: prescan (no images from the sample)";
+    case kVmxEventScanCancel:
+        return "event 4: cancel the scan";
+    case kVmxEventPreviewRescan:
+        return "event 5: rescan the preview";
+    case kVmxEventClosed:
+        return "event 6: dialog closed (OK or Cancel)";
+    default:
+        break;
+    }
     std::snprintf(line, sizeof line, "event 0x%04x", event);
     return line;
 }
@@ -111,6 +143,74 @@ std::string SampleDataSource::describeEvent(std::uint16_t event, const void* dat
 std::uint16_t SampleDataSource::callback(std::uint16_t event, void* data) {
     std::printf("%s\n", describeEvent(event, data).c_str());
     std::fflush(stdout);
+    if (event == kVmxEventStart) {
+        g_scanned = true;
+        if (g_source)
+            g_source->printData("to scan with");
+    } else if (event == kVmxEventClosed) {
+        g_closed = true;
+    }
+    // Event 3: a sample scanner delivers no prescan images.
+    return event == kVmxEventPrescan ? 1 : 0;
+}
+
+void SampleDataSource::printData(const char* when) {
+    if (!m_ui)
+        return;
+    std::printf("Data (%s):\n", when);
+    printLeaves(m_ui->dataForKeyPath("Data"), "Data");
+    std::fflush(stdout);
+}
+
+int SampleDataSource::runDialog() {
+    if (!load())
+        return 1;
+    g_source = this;
+    g_closed = false;
+    g_scanned = false;
+    std::printf("showing the dialog: %s, %s\n", m_options.modal ? "modal" : "modeless",
+                m_options.settingsOnly ? "settings only (OK)" : "scanning (Scan)");
+    std::fflush(stdout);
+    m_ui->showUi(true, m_options.modal, m_options.settingsOnly);
+
+    using Clock = std::chrono::steady_clock;
+    const auto shown = Clock::now();
+    bool pressed = false;
+    // A data source without a Qt loop of its own lets the module run its events.
+    while (!g_closed) {
+        m_ui->processEvents(20);
+        double elapsed = std::chrono::duration<double>(Clock::now() - shown).count();
+        if (m_options.closeAfter > 0 && !pressed && elapsed >= m_options.closeAfter) {
+            pressed = true;
+            if (!m_options.screenshotTabs.empty()) {
+                std::error_code ec;
+                std::filesystem::create_directories(m_options.screenshotTabs, ec);
+                for (const char* tab : kTabs) {
+                    std::string file = m_options.screenshotTabs + "/" + tab + ".png";
+                    if (m_ui->saveDialogPicture(file, tab))
+                        std::printf("screenshot: %s\n", file.c_str());
+                }
+            }
+            if (!m_options.screenshot.empty() && m_ui->saveDialogPicture(m_options.screenshot, ""))
+                std::printf("screenshot: %s\n", std::filesystem::absolute(m_options.screenshot).c_str());
+            const char* action = m_options.closeWithOK ? "onOK" : "onCancel";
+            std::printf("closing by itself after %.1f s: %s\n", m_options.closeAfter, action);
+            std::fflush(stdout);
+            if (!m_ui->performDialogAction(action)) {
+                std::fprintf(stderr, "sampleds: %s refused; closing anyway\n", action);
+                g_closed = true;
+            }
+        }
+    }
+    m_ui->hideUi();
+    // After event 6 a data source in settings-only mode reads the setting it will scan with; the
+    // event is the same for OK and Cancel, so the sample prints it when it pressed OK itself or
+    // the dialog offered OK.
+    bool accepted = pressed ? m_options.closeWithOK : m_options.settingsOnly;
+    if (accepted)
+        printData("final, after OK");
+    m_ui->closeDS();
+    g_source = nullptr;
     return 0;
 }
 

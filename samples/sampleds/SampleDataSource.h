@@ -13,6 +13,14 @@ struct SampleOptions {
     bool flatbed = true;
     bool passport = true;
     bool headless = false;
+    bool modal = true;
+    bool settingsOnly = false;
+    // Closes the dialog by itself after that many seconds (0: never), pressing OK or Cancel.
+    double closeAfter = 0;
+    bool closeWithOK = false;
+    // Pictures taken just before the dialog closes by itself.
+    std::string screenshot;
+    std::string screenshotTabs;
 };
 
 class SampleDataSource {
@@ -26,10 +34,15 @@ public:
     bool load();
     // Loads, sets data, reads values back and pushes Data.Resolution as event 1. Exit code.
     int runHeadless();
+    // Shows the dialog and runs its events until the dialog reports event 6; prints the Data
+    // section the data source would scan with after OK or Scan. Exit code.
+    int runDialog();
 
     // The callback: prints every event; event 1 decoded.
     static std::uint16_t callback(std::uint16_t event, void* data);
     static std::string describeEvent(std::uint16_t event, const void* data);
+    // The Data section, one "key path = value" line per setting.
+    void printData(const char* when);
 
 private:
     TwValue capabilityValues() const;

@@ -2,13 +2,22 @@
 #include "SampleDataSource.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
 namespace {
 void usage() {
     std::printf(
-        "usage: sampleds [--headless] [--no-flatbed] [--no-passport] [--module PATH] [--bundle PATH]\n");
+        "usage: sampleds [--headless] [--modeless] [--settings-only] [--close-after SECONDS [--ok]]\n"
+        "                [--screenshot FILE.png] [--screenshot-tabs DIR] [--no-flatbed] [--no-passport]\n"
+        "                [--module PATH] [--bundle PATH]\n"
+        "  --headless         no window: read values, change the resolution, send it as event 1\n"
+        "  --modeless         show the dialog modeless (default: modal)\n"
+        "  --settings-only    settings-only mode: OK enabled, Scan disabled\n"
+        "  --close-after S    press Cancel (or OK with --ok) by itself after S seconds\n"
+        "  --screenshot F     save a picture of the dialog just before it closes by itself\n"
+        "  --screenshot-tabs D  save one picture per tab into D just before it closes by itself\n");
 }
 } // namespace
 
@@ -24,6 +33,25 @@ int main(int argc, char** argv) {
             options.flatbed = false;
         else if (arg == "--no-passport")
             options.passport = false;
+        else if (arg == "--modeless")
+            options.modal = false;
+        else if (arg == "--modal")
+            options.modal = true;
+        else if (arg == "--settings-only")
+            options.settingsOnly = true;
+        else if (arg == "--ok")
+            options.closeWithOK = true;
+        else if (arg == "--close-after" && i + 1 < argc) {
+            char* end = nullptr;
+            options.closeAfter = std::strtod(argv[++i], &end);
+            if (!end || *end || options.closeAfter < 0) {
+                std::fprintf(stderr, "sampleds: --close-after wants a number of seconds\n");
+                return 2;
+            }
+        } else if (arg == "--screenshot" && i + 1 < argc)
+            options.screenshot = argv[++i];
+        else if (arg == "--screenshot-tabs" && i + 1 < argc)
+            options.screenshotTabs = argv[++i];
         else if (arg == "--module" && i + 1 < argc)
             options.modulePath = argv[++i];
         else if (arg == "--bundle" && i + 1 < argc)
@@ -33,7 +61,11 @@ int main(int argc, char** argv) {
             return arg == "--help" || arg == "-h" ? 0 : 2;
         }
     }
+    if ((!options.screenshot.empty() || !options.screenshotTabs.empty()) && options.closeAfter <= 0) {
+        std::fprintf(stderr,
+                     "sampleds: pictures are taken when the dialog closes by itself (--close-after)\n");
+        return 2;
+    }
     SampleDataSource source(options);
-    // The settings dialog is not there yet: every run is the headless one.
-    return source.runHeadless();
+    return options.headless ? source.runHeadless() : source.runDialog();
 }

@@ -196,6 +196,20 @@ public:
     virtual std::string localizedString(const std::string& key) = 0;
     virtual std::string localizedString(const std::string& key, const std::string& defualt) = 0;
     virtual std::string localizedStringNoEmpty(const std::string& key) = 0;
+
+    // For a host without a Qt event loop of its own: runs the module's GUI event loop for up to
+    // maxTimeMs milliseconds, waiting for events meanwhile. Call it from the thread that showed
+    // the dialog, again and again while the dialog is up (modal or not).
+    virtual void processEvents(std::uint32_t maxTimeMs) = 0;
+
+    // For scripts and demos. Runs a button action of the shown dialog as if its button had been
+    // pressed ("onOK", "onCancel", "onStart", ...); false when no dialog is shown or the name is
+    // not an action.
+    virtual bool performDialogAction(const std::string& action) = 0;
+    // Saves a PNG picture of the shown dialog, with the tab of that identifier ("Basic", "Area",
+    // ...) in front when one is named; false when nothing is shown, the dialog has no such tab or
+    // the file can't be written.
+    virtual bool saveDialogPicture(const std::string& pngPath, const std::string& tabIdentifier) = 0;
 };
 
 // ---- The module's exported entry points --------------------------------------------------------

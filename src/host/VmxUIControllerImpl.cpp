@@ -1,16 +1,33 @@
 #include "VmxUIControllerImpl.h"
 
 #include "OrvaDebug.h"
+#include "TwApplication.h"
 #include "TwBundle.h"
+#include "TwMessageBox.h"
+#include "TwainDialogController.h"
 #include "TwainDialogData.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QPixmap>
+#include <QTabWidget>
+#include <QTimer>
+#include <QWidget>
+
+#include <chrono>
+#include <cstring>
 
 namespace {
 constexpr const char* kClass = "VmxUIController";
 
-std::string methodName(const char* method) { return std::string(kClass) + "::" + method; }
+std::string methodName(const char* method) {
+    return std::string(kClass) + "::" + method;
+}
 } // namespace
 
-VmxUIControllerImpl::VmxUIControllerImpl() { init(); }
+VmxUIControllerImpl::VmxUIControllerImpl() {
+    init();
+}
 
 void VmxUIControllerImpl::init() {
     OrvaSetLogPaths(kOrvaDefaultLogFile, kOrvaDefaultConsoleFile);
@@ -29,7 +46,16 @@ VmxUIControllerImpl::~VmxUIControllerImpl() {
     if (_DialogData)
         _DialogData->removeSelfObserver();
     logModelUseCount("dealloc", 1);
-    OrvaLog(kOrvaLogDebug, "\t%s [_dlgController retainCount]: %lu\n", methodName("dealloc").c_str(), 0ul);
+    if (_dlgController) {
+        TwApplication::runOnGuiThread([this] {
+            _dlgController->close();
+            logControllerUseCount("dealloc");
+            _dlgController.reset();
+        });
+    }
+    _DialogData.reset();
+    if (m_holdsApplication)
+        TwApplication::release();
 }
 
 void VmxUIControllerImpl::logModelUseCount(const char* method, int step) const {
@@ -87,6 +113,8 @@ void VmxUIControllerImpl::setDataWithDictionary(const TwValue& dictionary, std::
 void VmxUIControllerImpl::setCallback(VmxUICallback callback) {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("setCallback").c_str());
     callbackFunc = callback;
+    if (_dlgController)
+        _dlgController->setCallback(callback);
     if (_DialogData)
         _DialogData->setCallback(callback);
 }
@@ -116,7 +144,8 @@ void VmxUIControllerImpl::setUIContents(const TwValue& contents) {
             }
         }
     } else if (!contents.isNull()) {
-        OrvaLog(kOrvaLogError, "ERROR: %s: UI contents are not a dictionary\n", methodName("setUIContents").c_str());
+        OrvaLog(kOrvaLogError, "ERROR: %s: UI contents are not a dictionary\n",
+                methodName("setUIContents").c_str());
     }
     updatePaperSource(fresh);
     _DialogData->willChangeValueForKey("content");
@@ -185,26 +214,111 @@ void VmxUIControllerImpl::setDataWithKeyPathValue(const TwValue& keyPathValues) 
     }
 }
 
-TwainDialogDataInterface* VmxUIControllerImpl::DialogData() { return _DialogData.get(); }
+TwainDialogDataInterface* VmxUIControllerImpl::DialogData() {
+    return _DialogData.get();
+}
+
+TwainDialogController* VmxUIControllerImpl::controller() {
+    std::lock_guard lock(m_controllerLock);
+    if (!_dlgController) {
+        _dlgController = std::make_unique<TwainDialogController>();
+        // The controller lives on the GUI thread whoever asked for it first.
+        if (auto* app = QCoreApplication::instance())
+            if (_dlgController->thread() != app->thread())
+                _dlgController->moveToThread(app->thread());
+    }
+    _dlgController->setDialogData(_DialogData);
+    _dlgController->setCallback(callbackFunc);
+    return _dlgController.get();
+}
+
+bool VmxUIControllerImpl::ensureApplication() {
+    if (m_holdsApplication)
+        return true;
+    m_holdsApplication = TwApplication::acquire();
+    return m_holdsApplication;
+}
 
 void VmxUIControllerImpl::showUi(bool show, bool modal, bool onlyUI) {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showUi").c_str());
     OrvaLog(kOrvaLogDebug, "\tmodal = %d, onlyUI = %d\n", modal, onlyUI);
+    TwainDialogController* c = controller();
     m_isShow = show;
     m_isShowModal = modal;
-    // The dialog controller arrives with the settings dialog; until then nothing is shown.
+    c->setIsModal(modal);
+    c->setUiOnly(onlyUI);
+    if (!show)
+        return;
+    if (!ensureApplication())
+        return;
+    c->setModelDef(ModelDef);
+    c->setModelName(QString::fromStdString(m_modelName));
+    c->showWindow();
+    m_isShowModal = false;
+    startModal();
 }
 
 void VmxUIControllerImpl::startModal() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("startModal").c_str());}
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("startModal").c_str());
+    if (!_dlgController || !_dlgController->isModal() || m_isShowModal)
+        return;
+    m_isShowModal = true;
+    OrvaLog(kOrvaLogDebug, "\t startModal: _dlgController.isModal = %d, isShowModal = %d\n",
+            _dlgController->isModal(), m_isShowModal);
+    // The run does not block: the window is application-modal while the host's loop runs it.
+    TwApplication::runModalForWindow(_dlgController->window());
+}
 
 void VmxUIControllerImpl::stopModal() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("stopModal").c_str());
-    OrvaLog(kOrvaLogDebug, "\t stop Modal: _dlgController.isModal = %d, isShowModal = %d\n", 0, m_isShowModal);
+    OrvaLog(kOrvaLogDebug, "\t stop Modal: _dlgController.isModal = %d, isShowModal = %d\n",
+            _dlgController ? _dlgController->isModal() : 0, m_isShowModal);
+    if (!_dlgController || !_dlgController->isModal())
+        return;
+    if (m_isShowModal) {
+        TwApplication::stopModal();
+        OrvaLog(kOrvaLogDebug, "\t[NSApp stopModal]\n");
+        m_isShowModal = false;
+    }
+    simulateMouseEvent();
+}
+
+void VmxUIControllerImpl::simulateMouseEvent() {
+    if (!_dlgController || !_dlgController->isModal())
+        return;
+    // No synthetic click is needed to end a Qt run; waking the loop lets it see the new state.
+    OrvaLog(kOrvaLogDebug, "kCGEventRightMouseDown: (%.0f, %.0f)\n", -10.0, -10.0);
+    ++m_wakeUps;
+    TwApplication::wakeUp();
 }
 
 void VmxUIControllerImpl::hideUi() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("hideUi").c_str());}
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("hideUi").c_str());
+    if (!_dlgController)
+        return;
+    TwApplication::runOnGuiThread([this] { innerHideUi(); });
+    logControllerUseCount("hideUi");
+}
+
+void VmxUIControllerImpl::innerHideUi() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("innerHideUi").c_str());
+    hideProgressDialog();
+    stopModal();
+    if (!m_isShow || !_dlgController)
+        return;
+    logModelUseCount("innerHideUi", 0);
+    _dlgController->closePreview();
+    if (auto* window = _dlgController->windowIfLoaded())
+        window->close();
+    _dlgController->close();
+    logModelUseCount("innerHideUi", 1);
+    logControllerUseCount("innerHideUi");
+}
+
+void VmxUIControllerImpl::logControllerUseCount(const char* method) const {
+    OrvaLog(kOrvaLogDebug, "\t%s [_dlgController retainCount]: %lu\n", methodName(method).c_str(),
+            _dlgController ? 1ul : 0ul);
+}
 
 void VmxUIControllerImpl::closeDS() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("closeDS").c_str());
@@ -213,29 +327,148 @@ void VmxUIControllerImpl::closeDS() {
     _DialogData.reset();
 }
 
+void VmxUIControllerImpl::processEvents(std::uint32_t maxTimeMs) {
+    if (!QCoreApplication::instance() || !TwApplication::isGuiThread())
+        return;
+    QEventLoop loop;
+    QTimer::singleShot(std::chrono::milliseconds(maxTimeMs), &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+bool VmxUIControllerImpl::performDialogAction(const std::string& action) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", methodName("performDialogAction").c_str(), action.c_str());
+    bool done = false;
+    TwApplication::runOnGuiThread([&] {
+        if (_dlgController && _dlgController->isVisible())
+            done = _dlgController->performAction(QString::fromStdString(action));
+    });
+    return done;
+}
+
+bool VmxUIControllerImpl::saveDialogPicture(const std::string& pngPath, const std::string& tabIdentifier) {
+    bool saved = false;
+    TwApplication::runOnGuiThread([&] {
+        TwDlgMain* window = _dlgController ? _dlgController->windowIfLoaded() : nullptr;
+        if (!window || !window->isVisible())
+            return;
+        if (!tabIdentifier.empty()) {
+            int index = window->tabIdentifiers().indexOf(QString::fromStdString(tabIdentifier));
+            if (index < 0)
+                return;
+            window->tableMain()->setCurrentIndex(index);
+        }
+        // Let the tab lay itself out and paint before the picture is taken.
+        QCoreApplication::processEvents();
+        saved = window->grab().save(QString::fromStdString(pngPath), "PNG");
+    });
+    if (!saved)
+        OrvaLog(kOrvaLogError, "ERROR: %s: no picture saved to %s\n", methodName("saveDialogPicture").c_str(),
+                pngPath.c_str());
+    return saved;
+}
+
+// ---- Message boxes and progress ----------------------------------------------------------------
+
 int VmxUIControllerImpl::showMessageBox(const std::string& message, const std::string& titleKey,
                                         std::uint32_t messageType) {
     return showMessageBox(message, titleKey, messageType, 0, 0);
 }
 
 int VmxUIControllerImpl::showMessageBox(const std::string& message, const std::string& titleKey,
-                                        std::uint32_t messageType, std::uint16_t, std::uint32_t) {
+                                        std::uint32_t messageType, std::uint16_t callbackEvent,
+                                        std::uint32_t timeIntervalMs) {
     OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", methodName("showMessageBox").c_str(), titleKey.c_str());
     OrvaLog(kOrvaLogDebug, "\tmessageType = 0x%x, message = %s\n", messageType, message.c_str());
-    // Message boxes arrive with the dialog; until then the first button's answer stands.
-    return kVmxAnswerOK;
+    if (TwApplication::isGuiThread())
+        return innerShowMessageBox(message, titleKey, messageType, callbackEvent, timeIntervalMs);
+    if (!QCoreApplication::instance()) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: no application to show a message box from this thread\n",
+                methodName("showMessageBox").c_str());
+        return 0;
+    }
+    VmxUIMessageBoxArg arg;
+    arg.message = message;
+    arg.title = titleKey;
+    arg.messageType = messageType;
+    arg.callbackEvent = callbackEvent;
+    arg.timeInterval = timeIntervalMs;
+    TwApplication::runOnGuiThread([this, &arg] { showMessageFunc(arg); });
+    return arg.returnValue;
+}
+
+void VmxUIControllerImpl::showMessageFunc(VmxUIMessageBoxArg& arg) {
+    arg.returnValue =
+        innerShowMessageBox(arg.message, arg.title, arg.messageType, arg.callbackEvent, arg.timeInterval);
+}
+
+int VmxUIControllerImpl::innerShowMessageBox(const std::string& message, const std::string& titleKey,
+                                             std::uint32_t messageType, std::uint16_t callbackEvent,
+                                             std::uint32_t timeIntervalMs) {
+    if (!ensureApplication())
+        return 0;
+    QString title = titleKey.empty() ? QString() : QString::fromStdString(localizedStringNoEmpty(titleKey));
+    auto spec = TwMessageBoxSpecFor(
+        title, QString::fromStdString(message), messageType, true,
+        [this](const char* key) { return QString::fromStdString(localizedStringNoEmpty(key)); });
+    QWidget* parent =
+        _dlgController && _dlgController->isVisible() ? _dlgController->windowIfLoaded() : nullptr;
+    int answer;
+    if (callbackEvent == 0) {
+        answer = TwRunMessageBox(spec, parent);
+    } else {
+        TwMessagePoll poll = [this, callbackEvent]() -> std::optional<std::int16_t> {
+            if (!callbackFunc)
+                return std::nullopt;
+            std::uint16_t r = callbackFunc(callbackEvent, nullptr);
+            if (r == kVmxResultContinue)
+                return std::nullopt;
+            return static_cast<std::int16_t>(r);
+        };
+        answer = TwRunMessageBox(spec, parent, poll, timeIntervalMs);
+    }
+    OrvaLog(kOrvaLogTrace, "LEAVE: %s, return %d\n", methodName("innerShowMessageBox").c_str(), answer);
+    return answer;
 }
 
 int VmxUIControllerImpl::showContinueScanDialog(std::uint16_t) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showContinueScanDialog").c_str()); return 0; }
-void VmxUIControllerImpl::showProgressDialog() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showProgressDialog").c_str());}
-void VmxUIControllerImpl::hideProgressDialog() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("hideProgressDialog").c_str());}
-void VmxUIControllerImpl::setProgress(const void*) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("setProgress").c_str());}
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showContinueScanDialog").c_str());
+    // The continue-scan question arrives with its own dialog; until then nothing is asked.
+    return 0;
+}
 
-std::string VmxUIControllerImpl::localizedString(const std::string& key) { return localizedString(key, key); }
+void VmxUIControllerImpl::showProgressDialog() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showProgressDialog").c_str());
+    if (!m_showIndicators)
+        return;
+    TwainDialogController* c = controller();
+    TwApplication::runOnGuiThread([this, c] {
+        if (ensureApplication())
+            c->showProgressDialog();
+    });
+}
+
+void VmxUIControllerImpl::hideProgressDialog() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("hideProgressDialog").c_str());
+    if (!m_showIndicators || !_dlgController)
+        return;
+    _dlgController->hideProgressDialog();
+}
+
+void VmxUIControllerImpl::setProgress(const void* progressRecord) {
+    if (!m_showIndicators || !_dlgController)
+        return;
+    // The record is read here, on the caller's thread; the panel is set on the GUI thread.
+    std::uint32_t values[3] = {0, 0, 0};
+    if (progressRecord)
+        std::memcpy(values, progressRecord, sizeof values);
+    TwainDialogController* c = _dlgController.get();
+    TwApplication::runOnGuiThread(
+        [c, values, none = progressRecord == nullptr] { c->setProgress(none ? nullptr : values); });
+}
+
+std::string VmxUIControllerImpl::localizedString(const std::string& key) {
+    return localizedString(key, key);
+}
 
 std::string VmxUIControllerImpl::localizedString(const std::string& key, const std::string& defualt) {
     if (key.empty())

@@ -10,6 +10,17 @@
 
 class TwainDialogData;
 class TwBundle;
+class TwainDialogController;
+
+// One message-box request carried to the GUI thread.
+struct VmxUIMessageBoxArg {
+    std::string message;
+    std::string title;
+    std::uint32_t messageType = 1;
+    int returnValue = 10;
+    std::uint16_t callbackEvent = 0;
+    std::uint32_t timeInterval = 0;
+};
 
 class VmxUIControllerImpl final : public VmxUIController {
 public:
@@ -38,7 +49,8 @@ public:
     bool showIndicators() const override { return m_showIndicators; }
     void setShowIndicators(bool show) override { m_showIndicators = show; }
 
-    int showMessageBox(const std::string& message, const std::string& titleKey, std::uint32_t messageType) override;
+    int showMessageBox(const std::string& message, const std::string& titleKey,
+                       std::uint32_t messageType) override;
     int showMessageBox(const std::string& message, const std::string& titleKey, std::uint32_t messageType,
                        std::uint16_t callbackEvent, std::uint32_t timeIntervalMs) override;
     int showContinueScanDialog(std::uint16_t value) override;
@@ -49,6 +61,21 @@ public:
     std::string localizedString(const std::string& key) override;
     std::string localizedString(const std::string& key, const std::string& defualt) override;
     std::string localizedStringNoEmpty(const std::string& key) override;
+    void processEvents(std::uint32_t maxTimeMs) override;
+    bool performDialogAction(const std::string& action) override;
+    bool saveDialogPicture(const std::string& pngPath, const std::string& tabIdentifier) override;
+
+    // The dialog controller, made on first use; it is handed the current model and callback.
+    TwainDialogController* controller();
+    TwainDialogController* controllerIfMade() const { return _dlgController.get(); }
+    // Wakes the GUI loop after a modal run was stopped; counts the wake-ups.
+    void simulateMouseEvent();
+    int wakeUpsPosted() const { return m_wakeUps; }
+    void innerHideUi();
+    int innerShowMessageBox(const std::string& message, const std::string& titleKey,
+                            std::uint32_t messageType, std::uint16_t callbackEvent,
+                            std::uint32_t timeIntervalMs);
+    void showMessageFunc(VmxUIMessageBoxArg& arg);
 
     // Filters "PaperSourceAll" into "PaperSource" by what the connected scanner offers.
     void updatePaperSource(const TwValue& contents);
@@ -61,8 +88,14 @@ public:
 private:
     void init();
     void logModelUseCount(const char* method, int step) const;
+    void logControllerUseCount(const char* method) const;
+    // A QApplication for the windows: the host's, or one made on first need.
+    bool ensureApplication();
 
     std::mutex m_controllerLock; // guards the creation of the dialog controller
+    std::unique_ptr<TwainDialogController> _dlgController;
+    bool m_holdsApplication = false;
+    int m_wakeUps = 0;
     std::shared_ptr<TwainDialogData> _DialogData;
     VmxUICallback callbackFunc = nullptr;
     bool m_isShow = true;

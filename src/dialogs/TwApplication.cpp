@@ -1,0 +1,149 @@
+#include "TwApplication.h"
+
+#include "OrvaDebug.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QPointer>
+#include <QThread>
+#include <QTimer>
+#include <QWidget>
+
+#include <mutex>
+
+#if defined(__APPLE__)
+#include <pthread.h>
+#else
+#include <sys/syscall.h>
+#include <unistd.h>
+#endif
+
+namespace {
+
+std::mutex g_appLock;
+int g_references = 0;
+QApplication* g_ownApp = nullptr;
+QPointer<QWidget> g_modalWindow;
+int g_runsStarted = 0;
+
+// QApplication keeps references to these for its whole life.
+int g_argc = 1;
+char g_appName[] = "VmxUI";
+char* g_argv[] = {g_appName, nullptr};
+
+bool isProcessMainThread() {
+#if defined(__APPLE__)
+    return pthread_main_np() != 0;
+#else
+    return static_cast<pid_t>(syscall(SYS_gettid)) == getpid();
+#endif
+}
+
+} // namespace
+
+namespace TwApplication {
+
+bool acquire() {
+    std::lock_guard lock(g_appLock);
+    if (!QCoreApplication::instance()) {
+        if (!isProcessMainThread()) {
+            OrvaLog(kOrvaLogError,
+                    "ERROR: TwApplication::acquire: no application and not on the main thread; "
+                    "nothing is shown\n");
+            return false;
+        }
+        OrvaLog(kOrvaLogInfo, "TwApplication::acquire: the host has no application, making one\n");
+        g_ownApp = new QApplication(g_argc, g_argv);
+        // Closing our windows must never end the host's loop.
+        QApplication::setQuitOnLastWindowClosed(false);
+    } else if (!qobject_cast<QApplication*>(QCoreApplication::instance())) {
+        OrvaLog(kOrvaLogError, "ERROR: TwApplication::acquire: the host's application has no widgets\n");
+        return false;
+    }
+    ++g_references;
+    return true;
+}
+
+void release() {
+    std::lock_guard lock(g_appLock);
+    if (g_references == 0)
+        return;
+    if (--g_references == 0 && g_ownApp && QCoreApplication::instance() == g_ownApp) {
+        OrvaLog(kOrvaLogInfo, "TwApplication::release: deleting the module's application\n");
+        g_modalWindow = nullptr;
+        delete g_ownApp;
+        g_ownApp = nullptr;
+    }
+}
+
+bool ownsApplication() {
+    return g_ownApp && QCoreApplication::instance() == g_ownApp;
+}
+
+bool isGuiThread() {
+    auto* app = QCoreApplication::instance();
+    return !app || QThread::currentThread() == app->thread();
+}
+
+void runOnGuiThread(const std::function<void()>& f) {
+    auto* app = QCoreApplication::instance();
+    if (!app || QThread::currentThread() == app->thread()) {
+        f();
+        return;
+    }
+    QMetaObject::invokeMethod(app, f, Qt::BlockingQueuedConnection);
+}
+
+void runModalForWindow(QWidget* window) {
+    if (!window)
+        return;
+    if (g_modalWindow && g_modalWindow != window)
+        stopModal();
+    g_modalWindow = window;
+    ++g_runsStarted;
+    if (window->isVisible() && window->windowModality() != Qt::ApplicationModal) {
+        // Qt takes a new modality only when the window is shown again.
+        window->hide();
+    }
+    window->setWindowModality(Qt::ApplicationModal);
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+void stopModal() {
+    QPointer<QWidget> window = g_modalWindow;
+    g_modalWindow = nullptr;
+    if (!window)
+        return;
+    window->setWindowModality(Qt::NonModal);
+    if (!window->isVisible())
+        return;
+    // Usually the window is closed right after the run ends; if it is still up at the next turn
+    // of the loop, show it again so that Qt lifts the block on the other windows.
+    QTimer::singleShot(0, window, [window] {
+        if (window && window->isVisible() && window->windowModality() == Qt::NonModal &&
+            window != g_modalWindow) {
+            window->hide();
+            window->show();
+        }
+    });
+}
+
+QWidget* modalWindow() {
+    return g_modalWindow;
+}
+
+int modalRunsStarted() {
+    return g_runsStarted;
+}
+
+void wakeUp() {
+    auto* app = QCoreApplication::instance();
+    if (!app)
+        return;
+    if (auto* dispatcher = QAbstractEventDispatcher::instance(app->thread()))
+        dispatcher->wakeUp();
+}
+
+} // namespace TwApplication

@@ -1,0 +1,179 @@
+#include "TwMessageBox.h"
+
+#include "OrvaDebug.h"
+#include "VmxUI.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace {
+
+TwMessageBoxRunner& runner() {
+    static TwMessageBoxRunner r;
+    return r;
+}
+
+struct ButtonSet {
+    const char* first;
+    int firstCode;
+    const char* second;
+    int secondCode;
+};
+
+std::optional<ButtonSet> buttonSet(std::uint32_t set, bool withContinueStop) {
+    switch (set) {
+    case kVmxButtonsOK:
+        return ButtonSet{"IDS_OK", kVmxAnswerOK, nullptr, 0};
+    case kVmxButtonsOKCancel:
+        return ButtonSet{"IDS_OK", kVmxAnswerOK, "IDS_CANCEL", kVmxAnswerCancel};
+    case kVmxButtonsYesNo:
+        return ButtonSet{"IDS_YES", kVmxAnswerYes, "IDS_NO", kVmxAnswerNo};
+    case kVmxButtonsRetryCancel:
+        return ButtonSet{"IDS_RETRY", kVmxAnswerRetry, "IDS_CANCEL", kVmxAnswerCancel};
+    case kVmxButtonsContinueStop:
+        if (withContinueStop)
+            return ButtonSet{"IDS_CONTINUE", kVmxAnswerContinue, "IDS_STOP", kVmxAnswerStop};
+        return std::nullopt;
+    default:
+        return std::nullopt;
+    }
+}
+
+QMessageBox::Icon iconFor(std::uint32_t messageType) {
+    switch ((messageType & kVmxIconMask) >> 16) {
+    case 1:
+        return QMessageBox::Information; // note
+    case 2:
+        return QMessageBox::Warning; // caution
+    case 3:
+        return QMessageBox::Critical; // stop
+    case 4:
+        return QMessageBox::Question; // question
+    default:
+        return QMessageBox::NoIcon;
+    }
+}
+
+} // namespace
+
+TwMessageBoxSpec TwMessageBoxSpecFor(const QString& title, const QString& message, std::uint32_t messageType,
+                                     bool withContinueStop, const TwMessageText& text) {
+    TwMessageBoxSpec spec;
+    spec.title = title;
+    spec.message = message;
+    spec.messageType = messageType;
+    spec.icon = iconFor(messageType);
+    auto set = buttonSet(messageType & kVmxButtonSetMask, withContinueStop);
+    auto title_ = [&](const char* key) {
+        QString t = text ? text(key) : QString::fromLatin1(key);
+        return t.isEmpty() ? QStringLiteral(" ") : t;
+    };
+    if (!set) {
+        // The platform's single default button, which stands for no code.
+        spec.knownSet = false;
+        spec.buttons.push_back({QMessageBox::tr("OK"), 0});
+        return spec;
+    }
+    spec.buttons.push_back({title_(set->first), set->firstCode});
+    if (set->second) {
+        spec.buttons.push_back({title_(set->second), set->secondCode});
+        if (messageType & kVmxSwapMask) {
+            std::swap(spec.buttons[0], spec.buttons[1]);
+            // Left to the platform: Escape presses the button that backs out, wherever it is.
+            for (int i = 0; i < 2; ++i) {
+                int code = spec.buttons[std::size_t(i)].code;
+                if (code == kVmxAnswerCancel || code == kVmxAnswerNo || code == kVmxAnswerStop)
+                    spec.escapeIndex = i;
+            }
+        } else {
+            spec.escapeIndex = 1;
+        }
+    }
+    return spec;
+}
+
+int TwMessageAnswerForIndex(const TwMessageBoxSpec& spec, int index) {
+    if (index < 0 || index >= int(spec.buttons.size()))
+        return 0;
+    return spec.buttons[std::size_t(index)].code;
+}
+
+int TwMessageAnswerForPanelReturn(const TwMessageBoxSpec& spec, std::int16_t panelReturn) {
+    if (panelReturn == -1)
+        return 0;
+    return TwMessageAnswerForIndex(spec, panelReturn == 0 ? 1 : 0);
+}
+
+QMessageBox* TwCreateMessageBox(const TwMessageBoxSpec& spec, QWidget* parent) {
+    auto* box = new QMessageBox(parent);
+    box->setIcon(spec.icon);
+    if (spec.title.isEmpty()) {
+        box->setText(spec.message);
+    } else {
+        box->setText(spec.title);
+        box->setInformativeText(spec.message);
+    }
+    box->setTextFormat(Qt::PlainText);
+    if (parent)
+        box->setWindowTitle(parent->window()->windowTitle());
+    // Added right to left so that the default button ends up rightmost; ActionRole keeps Qt from
+    // reordering them by role.
+    std::vector<QPushButton*> made(spec.buttons.size());
+    for (int i = int(spec.buttons.size()) - 1; i >= 0; --i) {
+        auto& b = spec.buttons[std::size_t(i)];
+        made[std::size_t(i)] = box->addButton(b.title, QMessageBox::ActionRole);
+        made[std::size_t(i)]->setProperty("twAnswer", b.code);
+        made[std::size_t(i)]->setProperty("twIndex", i);
+    }
+    box->setDefaultButton(made.front());
+    if (spec.escapeIndex >= 0 && spec.escapeIndex < int(made.size()))
+        box->setEscapeButton(made[std::size_t(spec.escapeIndex)]);
+    else if (made.size() == 1)
+        box->setEscapeButton(made.front());
+    // The texts can't be selected, as on the platform's alerts.
+    box->setTextInteractionFlags(Qt::NoTextInteraction);
+    return box;
+}
+
+int TwRunMessageBox(const TwMessageBoxSpec& spec, QWidget* parent, const TwMessagePoll& poll,
+                    std::uint32_t intervalMs) {
+    if (!poll && runner())
+        return runner()(spec);
+    QPointer<QMessageBox> box = TwCreateMessageBox(spec, parent);
+    std::optional<int> polledAnswer;
+    QTimer timer;
+    if (poll) {
+        // A period of 0 would poll without pause; one millisecond is the shortest we wait.
+        timer.setInterval(int(std::clamp<std::uint32_t>(intervalMs, 1, 0x7fffffff)));
+        QObject::connect(&timer, &QTimer::timeout, box, [&] {
+            auto r = poll();
+            if (!r)
+                return;
+            timer.stop();
+            polledAnswer = TwMessageAnswerForPanelReturn(spec, *r);
+            box->done(0);
+        });
+        timer.start();
+    }
+    box->exec();
+    timer.stop();
+    int answer = 0;
+    if (polledAnswer) {
+        answer = *polledAnswer;
+    } else if (box) {
+        QAbstractButton* clicked = box->clickedButton();
+        if (clicked && spec.knownSet)
+            answer = clicked->property("twAnswer").toInt();
+    }
+    delete box;
+    return answer;
+}
+
+void TwSetMessageBoxRunner(TwMessageBoxRunner r) {
+    runner() = std::move(r);
+}

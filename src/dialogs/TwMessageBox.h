@@ -1,0 +1,60 @@
+// Message boxes built from the message-type bit field: the button set in the low byte, the
+// default-button swap in 0x0F00, the icon in 0xF0000. The controller's boxes know the sets 1 to 4,
+// the facade's also set 5 (Continue/Stop). Answers are the codes of VmxUI.h: OK 10, Cancel 11,
+// Yes 12, No 13, Retry 14, Continue 15, Stop 16; an answer by no button is 0.
+#pragma once
+
+#include <QMessageBox>
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <vector>
+
+struct TwMessageButton {
+    QString title;
+    int code = 0;
+};
+
+struct TwMessageBoxSpec {
+    QString title;   // the bold main text; may be empty
+    QString message; // the informative text
+    std::uint32_t messageType = 1;
+    // As shown: the first is the default button (Return), the second the alternate.
+    std::vector<TwMessageButton> buttons;
+    // The button Escape presses, or -1 when Escape is left to Qt.
+    int escapeIndex = -1;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    // False for an unknown button set: one plain OK button whose answer is 0.
+    bool knownSet = true;
+};
+
+// Localized button titles: the key ("IDS_OK", ...) to the text.
+using TwMessageText = std::function<QString(const char* key)>;
+
+// The box a message type asks for. withContinueStop adds the facade's set 5.
+TwMessageBoxSpec TwMessageBoxSpecFor(const QString& title, const QString& message, std::uint32_t messageType,
+                                     bool withContinueStop, const TwMessageText& text);
+
+// The code of the button at the index (0 first, 1 second); anything else is 0.
+int TwMessageAnswerForIndex(const TwMessageBoxSpec& spec, int index);
+// The code for an answer of the platform's alert panel as a polling callback gives it: -1 the
+// third button (0), 0 the second button, anything else the first.
+int TwMessageAnswerForPanelReturn(const TwMessageBoxSpec& spec, std::int16_t panelReturn);
+
+// A Qt message box for the spec, not shown. Its buttons appear in the order of the spec, left to
+// right with the default one rightmost, each carrying its code in the property "twAnswer".
+QMessageBox* TwCreateMessageBox(const TwMessageBoxSpec& spec, QWidget* parent);
+
+// Polls while a box is open: nothing keeps it open, a value ends it as that panel return.
+using TwMessagePoll = std::function<std::optional<std::int16_t>()>;
+
+// Shows the box modally and answers its code. With a poll, it is called every intervalMs
+// milliseconds (the first one interval after the box opened) until it ends the box.
+int TwRunMessageBox(const TwMessageBoxSpec& spec, QWidget* parent, const TwMessagePoll& poll = {},
+                    std::uint32_t intervalMs = 0);
+
+// Tests replace the showing of un-polled boxes; an empty function restores it.
+using TwMessageBoxRunner = std::function<int(const TwMessageBoxSpec& spec)>;
+void TwSetMessageBoxRunner(TwMessageBoxRunner runner);

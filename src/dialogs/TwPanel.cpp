@@ -1,0 +1,126 @@
+#include "TwPanel.h"
+
+#include "OrvaDebug.h"
+#include "TwResponderBinding.h"
+#include "TwainDialogController.h"
+
+#include <QCloseEvent>
+#include <QScreen>
+
+TwPanel::TwPanel(QWidget* parent) : QDialog(parent) {}
+
+TwPanel::~TwPanel() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "TwPanel::dealloc", className());
+    unbindControlAll();
+}
+
+const char* TwPanel::className() const {
+    return metaObject()->className();
+}
+
+void TwPanel::setWindowController(TwainDialogController* controller) {
+    m_controller = controller;
+}
+
+TwainDialogController* TwPanel::windowController() const {
+    return m_controller;
+}
+
+int TwPanel::runModal() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "TwPanel::runModal", className());
+    m_isRunModul = true;
+    m_returnCode = 0;
+    if (m_controller && m_controller->dlgPreview() != this)
+        m_controller->closePreview();
+    bindControlAll();
+    int result = exec();
+    // A run ended by hiding the panel never passed through windowWillClose.
+    if (m_isRunModul) {
+        m_isRunModul = false;
+        result = m_returnCode;
+    }
+    unbindControlAll();
+    OrvaLog(kOrvaLogTrace, "LEAVE: %s(%s), return %d\n", "TwPanel::runModal", className(), result);
+    return result;
+}
+
+void TwPanel::showWindow() {
+    if (isVisible())
+        return;
+    bindControlAll();
+    show();
+    raise();
+    activateWindow();
+}
+
+void TwPanel::bindControlAll() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "TwPanel::bindControlAll", className());
+    // The old binding object undoes what it made as it goes.
+    m_responderBinding = std::make_unique<TwResponderBinding>(this);
+}
+
+void TwPanel::unbindControlAll() {
+    if (!m_responderBinding)
+        return;
+    m_responderBinding->unbindAll();
+    m_responderBinding->removeObserverAll();
+}
+
+bool TwPanel::windowShouldClose() {
+    return true;
+}
+
+void TwPanel::windowWillClose() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "TwPanel::windowWillClose", className());
+    if (m_isRunModul) {
+        m_isRunModul = false;
+        QDialog::done(m_returnCode);
+    }
+    unbindControlAll();
+}
+
+void TwPanel::performClose() {
+    if (m_asking)
+        return;
+    m_asking = true;
+    bool allowed = windowShouldClose();
+    m_asking = false;
+    if (allowed)
+        close();
+}
+
+void TwPanel::reject() {
+    performClose();
+}
+
+void TwPanel::closeEvent(QCloseEvent* event) {
+    // The window system's close box asks first; close() from code does not.
+    if (event->spontaneous() && !m_asking) {
+        m_asking = true;
+        bool allowed = windowShouldClose();
+        m_asking = false;
+        if (!allowed) {
+            event->ignore();
+            return;
+        }
+    }
+    windowWillClose();
+    event->accept();
+}
+
+void TwPanel::center() {
+    QWidget* main = m_controller ? m_controller->windowIfLoaded() : nullptr;
+    if (main && main != this && main->isVisible()) {
+        QRect frame = frameGeometry();
+        frame.moveCenter(main->frameGeometry().center());
+        move(frame.topLeft());
+        return;
+    }
+    if (QScreen* s = screen()) {
+        QRect frame = frameGeometry();
+        frame.moveCenter(s->availableGeometry().center());
+        move(frame.topLeft());
+    }
+}
+
+void TwPanel::observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange&, void*) {}

@@ -1,0 +1,65 @@
+// The base of every dialog window: a modal run with a return code, and the binding of the panel's
+// controls to the settings model exactly while the panel is shown.
+//
+// A panel ends its run by setting returnCode and closing itself; the close box and Escape close it
+// with the code it has (0 unless an action set it). runModal answers that code.
+#pragma once
+
+#include "TwObservation.h"
+
+#include <QDialog>
+#include <QPointer>
+
+#include <memory>
+
+class TwResponderBinding;
+class TwainDialogController;
+class QCloseEvent;
+
+class TwPanel : public QDialog, public TwKeyValueObserver {
+    Q_OBJECT
+public:
+    explicit TwPanel(QWidget* parent = nullptr);
+    ~TwPanel() override;
+
+    void setWindowController(TwainDialogController* controller);
+    TwainDialogController* windowController() const;
+
+    int returnCode() const { return m_returnCode; }
+    void setReturnCode(int code) { m_returnCode = code; }
+    bool isRunModul() const { return m_isRunModul; }
+    TwResponderBinding* responderBinding() const { return m_responderBinding.get(); }
+
+    // Binds, runs modally until the panel closes, unbinds; answers returnCode.
+    virtual int runModal();
+    // Shows the panel modelessly, binding it first; nothing when it is already visible.
+    void showWindow();
+    // A new binding object for the panel; subclasses extend it with their controls.
+    virtual void bindControlAll();
+    virtual void unbindControlAll();
+    // Asked when the user closes the panel (close box, Escape); true lets it close.
+    virtual bool windowShouldClose();
+    // Told whenever the panel closes: ends a modal run with returnCode and unbinds.
+    virtual void windowWillClose();
+    // The close box: asks windowShouldClose first. close() closes without asking.
+    void performClose();
+    // Centres the panel over the controller's main window.
+    void center();
+
+    void observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,
+                                const TwKeyValueChange& change, void* context) override;
+
+public slots:
+    void reject() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    const char* className() const;
+
+private:
+    QPointer<TwainDialogController> m_controller;
+    std::unique_ptr<TwResponderBinding> m_responderBinding;
+    int m_returnCode = 0;
+    bool m_isRunModul = false;
+    bool m_asking = false;
+};

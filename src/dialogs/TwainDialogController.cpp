@@ -1,0 +1,625 @@
+#include "TwainDialogController.h"
+
+#include "OrvaDebug.h"
+#include "TwApplication.h"
+#include "TwBundle.h"
+#include "TwDlgMain.h"
+#include "TwDlgScanning.h"
+#include "TwEditCommit.h"
+#include "TwMessageBox.h"
+#include "TwainDialogData.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QPushButton>
+
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+constexpr const char* kClass = "TwainDialogController";
+constexpr int kMaxProfiles = 50;
+
+std::string methodName(const char* method) {
+    return std::string(kClass) + "::" + method;
+}
+
+TwainDialogController::UrlOpener& urlOpener() {
+    static TwainDialogController::UrlOpener opener;
+    return opener;
+}
+
+QString& helpRoot() {
+    static QString root = QStringLiteral("/Library/Documentation/OrvanicVMX");
+    return root;
+}
+
+QString qs(const std::string& s) {
+    return QString::fromStdString(s);
+}
+
+// "%@" is the platform's placeholder in the string tables.
+QString formatWith(QString format, const QString& argument) {
+    int at = format.indexOf(QLatin1String("%@"));
+    if (at >= 0)
+        format.replace(at, 2, argument);
+    return format;
+}
+
+std::int32_t readInt32(const unsigned char* p) {
+    std::int32_t v;
+    std::memcpy(&v, p, sizeof v);
+    return v;
+}
+
+std::uint32_t readUInt32(const void* p, std::size_t offset) {
+    std::uint32_t v;
+    std::memcpy(&v, static_cast<const unsigned char*>(p) + offset, sizeof v);
+    return v;
+}
+
+constexpr std::uint32_t kBitmapHeaderSize = 40;
+} // namespace
+
+TwainDialogController::TwainDialogController() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("init").c_str());
+}
+
+TwainDialogController::~TwainDialogController() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("dealloc").c_str());
+    if (m_window) {
+        m_window->unbindControlAll();
+        delete m_window;
+    }
+    delete m_dlgScanning;
+    DSHelpBookName.clear();
+    pfCallback = nullptr;
+    _dialogData.reset();
+    OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", methodName("dealloc").c_str());
+}
+
+// ---- Window ------------------------------------------------------------------------------------
+
+TwDlgMain* TwainDialogController::window() {
+    if (!m_window) {
+        if (!QCoreApplication::instance()) {
+            OrvaLog(kOrvaLogError, "ERROR: %s: no application, no window\n", methodName("window").c_str());
+            return nullptr;
+        }
+        m_window = new TwDlgMain;
+        m_window->setWindowController(this);
+        // Texts the data source's string table gives for the buttons that name a key.
+        for (auto* button : m_window->findChildren<QPushButton*>()) {
+            QString key = button->property("textKey").toString();
+            if (key.isEmpty())
+                continue;
+            QString text = localizedString(key);
+            if (text != key && !text.isEmpty())
+                button->setText(text);
+        }
+    }
+    return m_window;
+}
+
+void TwainDialogController::showWindow() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showWindow").c_str());
+    TwDlgMain* panel = window();
+    if (!panel)
+        return;
+    panel->bindControlAll();
+    panel->setUIOnly(UiOnly);
+    panel->setTitle(m_modelName);
+    panel->show();
+    panel->setFocus();
+    panel->raise();
+    panel->activateWindow();
+}
+
+bool TwainDialogController::windowShouldClose() {
+    onCancel();
+    return false;
+}
+
+void TwainDialogController::windowWillClose() {
+    if (m_window)
+        m_window->windowWillClose();
+}
+
+void TwainDialogController::close() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("close").c_str());
+    if (m_window && m_window->isVisible())
+        m_window->close();
+    _dialogData.reset();
+}
+
+bool TwainDialogController::isVisible() const {
+    return m_window && m_window->isVisible();
+}
+
+// ---- Actions -----------------------------------------------------------------------------------
+
+bool TwainDialogController::performAction(const QString& action, QObject* sender) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", methodName("performAction").c_str(),
+            action.toUtf8().constData());
+    static const std::pair<const char*, void (TwainDialogController::*)()> plain[] = {
+        {"onOK", &TwainDialogController::onOK},
+        {"onCancel", &TwainDialogController::onCancel},
+        {"onPrescan", &TwainDialogController::onPrescan},
+        {"onScanCancel", &TwainDialogController::onScanCancel},
+        {"onDefault", &TwainDialogController::onDefault},
+        {"onSaveSetting", &TwainDialogController::onSaveSetting},
+        {"onDeleteSetting", &TwainDialogController::onDeleteSetting},
+        {"onAbout", &TwainDialogController::onAbout},
+        {"onCustomize", &TwainDialogController::onCustomize},
+        {"onHelp", &TwainDialogController::onHelp},
+        {"onCustomPaperSize", &TwainDialogController::onCustomPaperSize},
+        {"onDoubleExposure", &TwainDialogController::onDoubleExposure},
+        {"onPageSeparetion", &TwainDialogController::onPageSeparetion},
+    };
+    if (action == QLatin1String("onStart")) {
+        onStart();
+        return true;
+    }
+    if (action == QLatin1String("onCustomGamma")) {
+        onCustomGamma(sender);
+        return true;
+    }
+    for (auto& [name, method] : plain) {
+        if (action == QLatin1String(name)) {
+            (this->*method)();
+            return true;
+        }
+    }
+    OrvaLog(kOrvaLogError, "ERROR: %s: unknown action %s\n", methodName("performAction").c_str(),
+            action.toUtf8().constData());
+    return false;
+}
+
+bool TwainDialogController::commitEditing() {
+    // A field holding an entry its formatter rejects keeps the focus, and the action stops.
+    return !m_window || TwEndEditing(m_window);
+}
+
+std::uint16_t TwainDialogController::sendEvent(std::uint16_t event, void* data) {
+    if (!pfCallback) {
+        OrvaLog(kOrvaLogDebug, "\t%s: no callback for event %u\n", methodName("sendEvent").c_str(), event);
+        return 0;
+    }
+    return pfCallback(event, data);
+}
+
+void TwainDialogController::logBundleVersion() {
+    std::string version;
+    if (_dialogData && _dialogData->bundleDS()) {
+        TwValue v = _dialogData->bundleDS()->objectForInfoDictionaryKey("CFBundleVersion");
+        version = v.isString() ? *v.str() : v.description();
+    }
+    OrvaLogFile(1, "\tTWAINDS Bundle Version:%s\n", version.c_str());
+}
+
+void TwainDialogController::onOK() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onOK").c_str());
+    if (!commitEditing())
+        return;
+    closePreview();
+    if (_dialogData)
+        _dialogData->saveUntitleProfile();
+    if (m_isModal) {
+        TwApplication::stopModal();
+        OrvaLog(kOrvaLogDebug, "\t[NSApp stopModal]\n");
+        m_isModal = false;
+    }
+    sendEvent(kVmxEventClosed, this);
+}
+
+void TwainDialogController::onCancel() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onCancel").c_str());
+    closePreview();
+    if (m_isModal) {
+        TwApplication::stopModal();
+        m_isModal = false;
+    }
+    sendEvent(kVmxEventClosed, this);
+}
+
+std::uint16_t TwainDialogController::onStart() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onStart").c_str());
+    if (!commitEditing())
+        return 0;
+    if (_dialogData)
+        _dialogData->saveUntitleProfile();
+    closePreview();
+    m_isNoStopScan = false;
+    logBundleVersion();
+    return sendEvent(kVmxEventStart, this);
+}
+
+void TwainDialogController::onPrescan() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onPrescan").c_str());
+    if (!commitEditing())
+        return;
+    if (_dialogData)
+        _dialogData->saveUntitleProfile();
+    closePreview();
+    m_isNoStopScan = true;
+    if (!pfCallback)
+        return;
+    logBundleVersion();
+    TwPreviewRecord record{};
+    std::uint16_t result = sendEvent(kVmxEventPrescan, &record);
+    if (result != 0)
+        return;
+    if (!record.front.pDIB) {
+        OrvaLog(kOrvaLogDebug, "\t%s: no front image\n", methodName("onPrescan").c_str());
+        setPreviewImages(&record); // a back image alone is still ours to free
+        return;
+    }
+    auto size = bitmapSizeMillimetres(record.front.pDIB, record.front.imageLength);
+    if (size)
+        OrvaLog(kOrvaLogDebug, "\t%s: front image %.1f x %.1f mm\n", methodName("onPrescan").c_str(),
+                size->first, size->second);
+    setPreviewImages(&record);
+    OrvaLog(kOrvaLogInfo, "%s: the prescan preview is not part of this build; images freed\n",
+            methodName("onPrescan").c_str());
+}
+
+void TwainDialogController::onScanCancel() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onScanCancel").c_str());
+    sendEvent(kVmxEventScanCancel, this);
+}
+
+void TwainDialogController::onDefault() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onDefault").c_str());
+    closePreview();
+    if (!_dialogData)
+        return;
+    _dialogData->restoreDefault();
+    _dialogData->resetCustomize();
+}
+
+QString TwainDialogController::modelText(const char* key) {
+    return _dialogData ? qs(_dialogData->localizedString(key)) : localizedString(QString::fromLatin1(key));
+}
+
+std::optional<QString> TwainDialogController::promptForName(const QStringList& names) {
+    if (m_namePrompt)
+        return m_namePrompt(names);
+    QInputDialog dialog(m_window);
+    dialog.setWindowTitle(localizedString(QStringLiteral("IDS_CAPTION_SAVESETTING")));
+    dialog.setLabelText(localizedString(QStringLiteral("IDS_TITLE_SETTING_NAME")));
+    dialog.setComboBoxEditable(true);
+    dialog.setComboBoxItems(names);
+    dialog.setTextValue(QString());
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return dialog.textValue();
+}
+
+void TwainDialogController::onSaveSetting() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onSaveSetting").c_str());
+    if (!commitEditing() || !_dialogData)
+        return;
+    QStringList names;
+    TwValue profiles = _dialogData->customProfiles();
+    if (auto list = profiles.list()) {
+        for (auto& profile : *list) {
+            TwValue name = profile.dict() ? profile.dict()->value("ProfileName") : TwValue();
+            names << (name.isString() ? qs(*name.str()) : qs(name.description()));
+        }
+    }
+    auto entered = promptForName(names);
+    if (!entered)
+        return;
+    QString name = entered->trimmed();
+    if (name.isEmpty()) {
+        showMessageBox(modelText("IDS_MSG_INPUT_NAME"), QString(), 0x20001);
+        return;
+    }
+    if (_dialogData->ProfileCount() >= kMaxProfiles && !_dialogData->IsProfileExist(name.toStdString())) {
+        showMessageBox(modelText("IDS_ERR_OVERSAVESETTINGS"), QString(), 0x20001);
+        return;
+    }
+    _dialogData->AddCustomProfile(name.toStdString());
+}
+
+void TwainDialogController::onDeleteSetting() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onDeleteSetting").c_str());
+    if (!_dialogData)
+        return;
+    TwValue name = _dialogData->valueForKeyPath("profiles.name");
+    TwValue temporary = _dialogData->valueForKeyPath("profiles.temporary");
+    if (name.isEqual(temporary)) {
+        showMessageBox(modelText("IDS_PROFILE_DEL_TEMP"), QString(), 0x20001);
+        return;
+    }
+    QString text = name.isString() ? qs(*name.str()) : qs(name.description());
+    int answer = showMessageBox(formatWith(modelText("IDS_PROFILE_DEL_CONFIRM"), text), QString(), 0x40002);
+    if (answer == kVmxAnswerCancel)
+        return;
+    _dialogData->deleteCustomProfile(text.toStdString());
+}
+
+void TwainDialogController::onAbout() {
+    OrvaLog(kOrvaLogInfo, "%s: the about panel is not part of this build\n", methodName("onAbout").c_str());
+}
+
+void TwainDialogController::onCustomize() {
+    OrvaLog(kOrvaLogInfo, "%s: the customize dialog is not part of this build\n",
+            methodName("onCustomize").c_str());
+}
+
+void TwainDialogController::onCustomPaperSize() {
+    OrvaLog(kOrvaLogInfo, "%s: the custom paper-size dialog is not part of this build\n",
+            methodName("onCustomPaperSize").c_str());
+}
+
+void TwainDialogController::onDoubleExposure() {
+    OrvaLog(kOrvaLogInfo, "%s: the double exposure dialog is not part of this build\n",
+            methodName("onDoubleExposure").c_str());
+}
+
+void TwainDialogController::onPageSeparetion() {
+    OrvaLog(kOrvaLogInfo, "%s: the page separation dialog is not part of this build\n",
+            methodName("onPageSeparetion").c_str());
+}
+
+void TwainDialogController::onCustomGamma(QObject* sender) {
+    auto* button = qobject_cast<QAbstractButton*>(sender);
+    if (!button)
+        return;
+    static const char* const keyPaths[] = {"temp.BinaryImage.Gamma", "temp.GrayImage.Gamma",
+                                           "temp.ColorImage.Gamma"};
+    bool ok = false;
+    int tag = button->property("tag").toInt(&ok);
+    if (!ok || tag < 0 || tag > 2)
+        return;
+    OrvaLog(kOrvaLogInfo, "%s: the custom gamma dialog for %s is not part of this build\n",
+            methodName("onCustomGamma").c_str(), keyPaths[tag]);
+}
+
+void TwainDialogController::onHelp() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onHelp").c_str());
+    const TwBundle* ds = _dialogData ? _dialogData->bundleDS().get() : nullptr;
+    TwValue folderValue = ds ? ds->objectForInfoDictionaryKey("CFBundleHelpBookFolder") : TwValue();
+    QString folder = folderValue.isString() ? qs(*folderValue.str()) : QString();
+    QString bundlePath;
+    if (!folder.isEmpty()) {
+        QString installed = QDir(helpRoot()).filePath(folder);
+        if (QFileInfo(installed).isDir())
+            bundlePath = installed;
+        else if (ds)
+            bundlePath = qs(ds->pathForResource(folder.toStdString(), ""));
+    }
+    QString page;
+    if (!bundlePath.isEmpty()) {
+        // A help bundle keeps its book under Contents/Resources, or flat in its folder.
+        auto help = TwBundle::bundleWithPath(bundlePath.toStdString());
+        QString book = help ? qs(help->pathForResource("HelpBook", "")) : QString();
+        if (book.isEmpty() && QFileInfo(bundlePath + QStringLiteral("/HelpBook")).isDir())
+            book = bundlePath + QStringLiteral("/HelpBook");
+        if (!book.isEmpty() && QFileInfo::exists(book + QStringLiteral("/index.html")))
+            page = book + QStringLiteral("/index.html");
+    }
+    if (page.isEmpty()) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: no help book (folder '%s')\n", methodName("onHelp").c_str(),
+                folder.toUtf8().constData());
+        showMessageBox(modelText("IDS_ERR_HELPFILE_LOAD"), QString(), 0x20001);
+        return;
+    }
+    OrvaLog(kOrvaLogDebug, "\t%s: %s\n", methodName("onHelp").c_str(), page.toUtf8().constData());
+    QUrl url = QUrl::fromLocalFile(page);
+    bool opened = urlOpener() ? urlOpener()(url) : QDesktopServices::openUrl(url);
+    if (!opened)
+        OrvaLog(kOrvaLogError, "ERROR: %s: the desktop could not open %s\n", methodName("onHelp").c_str(),
+                page.toUtf8().constData());
+}
+
+bool TwainDialogController::registerHelp(const QStringList& bundlePaths) {
+    for (const QString& path : bundlePaths) {
+        auto bundle = TwBundle::bundleWithPath(path.toStdString());
+        if (!bundle)
+            continue;
+        TwValue name = bundle->objectForInfoDictionaryKey("CFBundleHelpBookName");
+        if (!name.isString())
+            continue;
+        OrvaLog(kOrvaLogDebug, "\tregisterBooksInBundle: '%s'\n", path.toUtf8().constData());
+        DSHelpBookName = qs(*name.str());
+        return true;
+    }
+    return false;
+}
+
+void TwainDialogController::setUrlOpener(UrlOpener opener) {
+    urlOpener() = std::move(opener);
+}
+
+void TwainDialogController::setHelpRoot(const QString& folder) {
+    helpRoot() = folder;
+}
+
+// ---- Preview -----------------------------------------------------------------------------------
+
+void TwainDialogController::closePreview() {
+    // The prescan preview is not part of this build: there is nothing to close.
+}
+
+void TwainDialogController::setPreviewImages(TwPreviewRecord* record) {
+    setPreviewImages(record, true);
+}
+
+void TwainDialogController::setPreviewImages(TwPreviewRecord* record, bool freeImage) {
+    if (!record)
+        return;
+    for (TwPreviewSide* side : {&record->front, &record->back}) {
+        if (!side->pDIB)
+            continue;
+        QByteArray image = CreateImage(side->pDIB, side->imageLength);
+        OrvaLog(kOrvaLogDebug, "\t%s: %s image of %d bytes\n", methodName("setPreviewImages").c_str(),
+                side == &record->front ? "front" : "back", int(image.size()));
+        if (freeImage) {
+            std::free(side->pDIB);
+            side->pDIB = nullptr;
+        }
+    }
+    OrvaLog(kOrvaLogDebug, "\t%s: ratios front %.3f/%.3f/%.3f back %.3f/%.3f/%.3f\n",
+            methodName("setPreviewImages").c_str(), record->front.colorRatio, record->front.whiteRatio,
+            record->front.blackRatio, record->back.colorRatio, record->back.whiteRatio,
+            record->back.blackRatio);
+}
+
+void TwainDialogController::previewRescan() {
+    TwPreviewRecord record{};
+    if (sendEvent(kVmxEventPreviewRescan, &record) == 0 && pfCallback)
+        setPreviewImages(&record);
+}
+
+QByteArray TwainDialogController::CreateImage(const void* bitmap, std::uint32_t length) {
+    if (!bitmap)
+        return {};
+    if (length < kBitmapHeaderSize || readUInt32(bitmap, 0) < kBitmapHeaderSize ||
+        readUInt32(bitmap, 0) > length) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: a bitmap of %u bytes with header size %u is refused\n",
+                methodName("CreateImage").c_str(), length, length >= 4 ? readUInt32(bitmap, 0) : 0u);
+        return {};
+    }
+    std::uint16_t bitCount;
+    std::memcpy(&bitCount, static_cast<const unsigned char*>(bitmap) + 14, sizeof bitCount);
+    std::uint32_t offset = 54;
+    // Deliberately by bit count alone, not by the palette size the header gives.
+    if (bitCount == 1)
+        offset = 62;
+    else if (bitCount == 8)
+        offset = 1078;
+    QByteArray data(qsizetype(length) + 14, '\0');
+    auto* out = reinterpret_cast<unsigned char*>(data.data());
+    std::uint16_t magic = 19778; // "BM"
+    std::uint32_t fileSize = length + 14;
+    std::memcpy(out, &magic, 2);
+    std::memcpy(out + 2, &fileSize, 4);
+    std::memcpy(out + 10, &offset, 4);
+    std::memcpy(out + 14, bitmap, length);
+    return data;
+}
+
+std::optional<std::pair<double, double>> TwainDialogController::bitmapSizeMillimetres(const void* bitmap,
+                                                                                      std::uint32_t length) {
+    if (!bitmap || length < kBitmapHeaderSize)
+        return std::nullopt;
+    auto* p = static_cast<const unsigned char*>(bitmap);
+    std::int32_t width = readInt32(p + 4), height = readInt32(p + 8);
+    std::int32_t xPels = readInt32(p + 24), yPels = readInt32(p + 28);
+    if (xPels <= 0 || yPels <= 0) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: bitmap without resolution (%d x %d pixels per metre)\n",
+                methodName("bitmapSizeMillimetres").c_str(), xPels, yPels);
+        return std::nullopt;
+    }
+    auto mm = [](std::int64_t pixels, std::int32_t perMetre) {
+        // Tenths of a millimetre rounded, then millimetres.
+        return double(std::int64_t(double(pixels) * 10000.0 / perMetre + 0.5)) * 0.1;
+    };
+    return std::make_pair(mm(std::abs(std::int64_t(width)), xPels),
+                          mm(std::abs(std::int64_t(height)), yPels));
+}
+
+// ---- Progress ----------------------------------------------------------------------------------
+
+void TwainDialogController::showProgressDialog() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showProgressDialog").c_str());
+    if (!QCoreApplication::instance())
+        return;
+    bool mainVisible = isVisible();
+    if (!m_dlgScanning) {
+        m_dlgScanning = new TwDlgScanning;
+        m_dlgScanning->setWindowController(this);
+        m_dlgScanning->setWindowTitle(m_modelName);
+        QString stop = localizedString(QStringLiteral("IDS_STOP"));
+        if (stop != QLatin1String("IDS_STOP"))
+            m_dlgScanning->btnStop()->setText(stop);
+        connect(m_dlgScanning->btnStop(), &QPushButton::clicked, this, [this] { onScanCancel(); });
+    }
+    if (mainVisible) {
+        // A sheet: modal for the main window only, over it.
+        m_dlgScanning->setStopButtonHidden(m_isNoStopScan);
+        if (m_dlgScanning->parentWidget() != m_window.data()) {
+            m_dlgScanning->setParent(m_window, Qt::Dialog);
+        }
+        m_dlgScanning->setWindowModality(Qt::WindowModal);
+    } else {
+        m_dlgScanning->setStopButtonHidden(true);
+        if (m_dlgScanning->parentWidget())
+            m_dlgScanning->setParent(nullptr, Qt::Dialog);
+        m_dlgScanning->setWindowModality(Qt::NonModal);
+    }
+    m_dlgScanning->show();
+    m_dlgScanning->raise();
+    m_dlgScanning->startAnimation();
+}
+
+void TwainDialogController::hideProgressDialog() {
+    static std::atomic_bool busy{false};
+    if (busy.exchange(true))
+        return;
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("hideProgressDialog").c_str());
+    TwApplication::runOnGuiThread([this] {
+        if (!m_dlgScanning)
+            return;
+        m_dlgScanning->stopAnimation();
+        if (m_dlgScanning->isVisible())
+            m_dlgScanning->hide();
+    });
+    busy = false;
+    OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", methodName("hideProgressDialog").c_str());
+}
+
+void TwainDialogController::setProgress(const void* progressRecord) {
+    if (!m_dlgScanning)
+        return;
+    if (!progressRecord) {
+        m_dlgScanning->setProgressValue(0, 100);
+        return;
+    }
+    m_dlgScanning->setProgressValue(readUInt32(progressRecord, 8), readUInt32(progressRecord, 4));
+}
+
+// ---- Messages and texts ------------------------------------------------------------------------
+
+int TwainDialogController::showMessageBox(const QString& message, const QString& title,
+                                          std::uint32_t messageType) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(0x%x)\n", methodName("showMessageBox").c_str(), messageType);
+    auto spec = TwMessageBoxSpecFor(title, message, messageType, false, [this](const char* key) {
+        return localizedStringNoEmpty(QString::fromLatin1(key));
+    });
+    int answer = TwRunMessageBox(spec, isVisible() ? m_window.data() : nullptr);
+    OrvaLog(kOrvaLogTrace, "LEAVE: %s, return %d\n", methodName("showMessageBox").c_str(), answer);
+    return answer;
+}
+
+QString TwainDialogController::localizedString(const QString& key, const TwBundle* bundle) {
+    std::string k = key.toStdString();
+    if (bundle) {
+        std::string text = bundle->localizedStringForKey(k, k);
+        if (!text.empty())
+            return qs(text);
+    }
+    if (auto own = TwBundle::moduleBundle()) {
+        if (own->hasLocalizedString(k)) {
+            std::string text = own->localizedStringForKey(k, "");
+            if (!text.empty())
+                return qs(text);
+        }
+    }
+    return key;
+}
+
+QString TwainDialogController::localizedString(const QString& key) {
+    return localizedString(key, _dialogData ? _dialogData->bundleDS().get() : nullptr);
+}
+
+QString TwainDialogController::localizedStringNoEmpty(const QString& key) {
+    QString text = localizedString(key);
+    return text.isEmpty() ? QStringLiteral(" ") : text;
+}

@@ -1,0 +1,144 @@
+// The window controller of the settings dialog: owns the main panel and the sub-dialogs, runs
+// every button action, hands what needs the scanner to the data source through the callback, shows
+// the progress panel, opens the help and shows message boxes with localized button titles.
+#pragma once
+
+#include "TwDlgMain.h"
+#include "TwDlgScanning.h"
+#include "VmxUI.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+class TwBundle;
+class TwPanel;
+class TwainDialogData;
+class QWidget;
+
+class TwainDialogController : public QObject {
+    Q_OBJECT
+public:
+    TwainDialogController();
+    ~TwainDialogController() override;
+
+    // ---- Window ----
+
+    // The main panel, made on first use (a QApplication must exist).
+    TwDlgMain* window();
+    TwDlgMain* windowIfLoaded() const { return m_window; }
+    // Binds the panel, sets settings-only mode and the title, shows it in front.
+    void showWindow();
+    // The close box is Cancel; the window itself stays until the data source hides the dialog.
+    bool windowShouldClose();
+    void windowWillClose();
+    // Closes the window and lets go of the model.
+    void close();
+    bool isVisible() const;
+
+    void setCallback(VmxUICallback callback) { pfCallback = callback; }
+    VmxUICallback getCallback() const { return pfCallback; }
+    void setDialogData(std::shared_ptr<TwainDialogData> model) { _dialogData = std::move(model); }
+    TwainDialogData* dialogData() const { return _dialogData.get(); }
+    void setModelDef(TwModelDefFile* modelDef) { _ModelDef = modelDef; }
+    TwModelDefFile* ModelDef() const { return _ModelDef; }
+    void setModelName(const QString& name) { m_modelName = name; }
+    QString modelName() const { return m_modelName; }
+    void setUiOnly(bool uiOnly) { UiOnly = uiOnly; }
+    bool uiOnly() const { return UiOnly; }
+    void setIsModal(bool modal) { m_isModal = modal; }
+    bool isModal() const { return m_isModal; }
+    bool isNoStopScan() const { return m_isNoStopScan; }
+
+    // ---- Button actions ----
+
+    // Runs the action a button's "action" property names; false for an unknown name.
+    bool performAction(const QString& action, QObject* sender = nullptr);
+    void onOK();
+    void onCancel();
+    std::uint16_t onStart();
+    void onPrescan();
+    void onScanCancel();
+    void onDefault();
+    void onSaveSetting();
+    void onDeleteSetting();
+    void onAbout();
+    void onCustomize();
+    void onHelp();
+    void onCustomPaperSize();
+    void onDoubleExposure();
+    void onPageSeparetion();
+    void onCustomGamma(QObject* sender);
+
+    // ---- Preview ----
+
+    TwPanel* dlgPreview() const { return nullptr; }
+    void closePreview();
+    void setPreviewImages(TwPreviewRecord* record);
+    void setPreviewImages(TwPreviewRecord* record, bool freeImage);
+    void previewRescan();
+    // A bitmap file (14-byte file header, then the bitmap) for a device-independent bitmap of
+    // that length; empty (logged) for no bitmap or one whose header does not fit the length.
+    static QByteArray CreateImage(const void* bitmap, std::uint32_t length);
+    // Width and height in millimetres from a bitmap header, or nothing when the header is
+    // missing, short or has no resolution.
+    static std::optional<std::pair<double, double>> bitmapSizeMillimetres(const void* bitmap,
+                                                                          std::uint32_t length);
+
+    // ---- Progress ----
+
+    void showProgressDialog();
+    void hideProgressDialog();
+    // Record of 32-bit values: maximum at byte 4, value at byte 8; none shows 0 of 100.
+    void setProgress(const void* progressRecord);
+    TwDlgScanning* scanningPanel() const { return m_dlgScanning; }
+
+    // ---- Messages and texts ----
+
+    int showMessageBox(const QString& message, const QString& title, std::uint32_t messageType);
+    QString localizedString(const QString& key, const TwBundle* bundle);
+    QString localizedString(const QString& key);
+    QString localizedStringNoEmpty(const QString& key);
+    // Keeps the help book name of the first bundle that has one; false when none has.
+    bool registerHelp(const QStringList& bundlePaths);
+    QString helpBookName() const { return DSHelpBookName; }
+
+    // ---- Replaceable for tests ----
+
+    // Opens the help page; the default is QDesktopServices::openUrl.
+    using UrlOpener = std::function<bool(const QUrl&)>;
+    static void setUrlOpener(UrlOpener opener);
+    // Asks for a setting name among the existing ones; nothing when the user cancels. The default
+    // is a QInputDialog until the setting-name dialog exists.
+    using NamePrompt = std::function<std::optional<QString>(const QStringList& names)>;
+    void setNamePrompt(NamePrompt prompt) { m_namePrompt = std::move(prompt); }
+    // Where the help books are looked for first.
+    static void setHelpRoot(const QString& folder);
+
+private:
+    bool commitEditing();
+    std::uint16_t sendEvent(std::uint16_t event, void* data);
+    void logBundleVersion();
+    std::optional<QString> promptForName(const QStringList& names);
+    QString modelText(const char* key);
+
+    QPointer<TwDlgMain> m_window;
+    QPointer<TwDlgScanning> m_dlgScanning;
+    QString DSHelpBookName;
+    VmxUICallback pfCallback = nullptr;
+    bool UiOnly = false;
+    bool m_isModal = false;
+    bool m_isNoStopScan = false;
+    std::shared_ptr<TwainDialogData> _dialogData;
+    TwModelDefFile* _ModelDef = nullptr;
+    QString m_modelName;
+    NamePrompt m_namePrompt;
+};

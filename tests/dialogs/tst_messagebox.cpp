@@ -1,0 +1,214 @@
+// Message boxes from the message-type bit field: the buttons, their order and codes, the default
+// and Escape buttons, the icon, and the answers of a box that polls the data source.
+#include "DialogTestSupport.h"
+#include "TwMessageBox.h"
+#include "VmxUI.h"
+
+#include <QPushButton>
+#include <QTest>
+
+namespace {
+// Titles as a string table gives them, so that the test sees the key behind every button.
+QString textFor(const char* key) {
+    static const std::pair<const char*, const char*> table[] = {
+        {"IDS_OK", "OK"},       {"IDS_CANCEL", "Cancel"},     {"IDS_YES", "Yes"},   {"IDS_NO", "No"},
+        {"IDS_RETRY", "Retry"}, {"IDS_CONTINUE", "Continue"}, {"IDS_STOP", "Stop"},
+    };
+    for (auto& [k, t] : table)
+        if (qstrcmp(k, key) == 0)
+            return QString::fromLatin1(t);
+    return QString::fromLatin1(key);
+}
+
+TwMessageBoxSpec spec(std::uint32_t type, bool withContinueStop = false) {
+    return TwMessageBoxSpecFor(QStringLiteral("Title"), QStringLiteral("Message"), type, withContinueStop,
+                               &textFor);
+}
+
+QStringList titles(const TwMessageBoxSpec& s) {
+    QStringList out;
+    for (auto& b : s.buttons)
+        out << b.title;
+    return out;
+}
+} // namespace
+
+class TestMessageBox : public QObject {
+    Q_OBJECT
+private slots:
+    void buttonSetsSwapAndIcons_data() {
+        QTest::addColumn<uint>("type");
+        QTest::addColumn<bool>("withContinueStop");
+        QTest::addColumn<QStringList>("buttons");
+        QTest::addColumn<QList<int>>("codes");
+        QTest::addColumn<int>("escape");
+        QTest::addColumn<int>("icon");
+        QTest::newRow("0x20001 OK, caution")
+            << 0x20001u << false << QStringList{"OK"} << QList<int>{10} << -1 << int(QMessageBox::Warning);
+        QTest::newRow("0x40002 OK/Cancel, question") << 0x40002u << false << QStringList{"OK", "Cancel"}
+                                                     << QList<int>{10, 11} << 1 << int(QMessageBox::Question);
+        QTest::newRow("0x102 swapped OK/Cancel") << 0x102u << false << QStringList{"Cancel", "OK"}
+                                                 << QList<int>{11, 10} << 0 << int(QMessageBox::NoIcon);
+        QTest::newRow("0x10003 Yes/No, note") << 0x10003u << false << QStringList{"Yes", "No"}
+                                              << QList<int>{12, 13} << 1 << int(QMessageBox::Information);
+        QTest::newRow("0x30004 Retry/Cancel, stop") << 0x30004u << false << QStringList{"Retry", "Cancel"}
+                                                    << QList<int>{14, 11} << 1 << int(QMessageBox::Critical);
+        QTest::newRow("0x50002 icon beyond 4") << 0x50002u << false << QStringList{"OK", "Cancel"}
+                                               << QList<int>{10, 11} << 1 << int(QMessageBox::NoIcon);
+        QTest::newRow("facade's set 5 swapped") << 0x105u << true << QStringList{"Stop", "Continue"}
+                                                << QList<int>{16, 15} << 0 << int(QMessageBox::NoIcon);
+    }
+    void buttonSetsSwapAndIcons() {
+        QFETCH(uint, type);
+        QFETCH(bool, withContinueStop);
+        QFETCH(QStringList, buttons);
+        QFETCH(QList<int>, codes);
+        QFETCH(int, escape);
+        QFETCH(int, icon);
+        auto s = spec(type, withContinueStop);
+        QVERIFY(s.knownSet);
+        QCOMPARE(titles(s), buttons);
+        for (int i = 0; i < codes.size(); ++i)
+            QCOMPARE(TwMessageAnswerForIndex(s, i), codes[i]);
+        QCOMPARE(s.escapeIndex, escape);
+        QCOMPARE(int(s.icon), icon);
+    }
+
+    void unknownSetsHaveOnePlainButtonAndAnswerNothing() {
+        auto controllers = spec(5); // set 5 belongs to the facade only
+        QVERIFY(!controllers.knownSet);
+        QCOMPARE(controllers.buttons.size(), std::size_t(1));
+        QCOMPARE(TwMessageAnswerForIndex(controllers, 0), 0);
+        auto zero = spec(0x20000, true);
+        QVERIFY(!zero.knownSet);
+        QCOMPARE(TwMessageAnswerForIndex(zero, 0), 0);
+    }
+
+    void emptyTitlesBecomeOneBlank() {
+        auto s =
+            TwMessageBoxSpecFor({}, QStringLiteral("m"), 2, false, [](const char*) { return QString(); });
+        QCOMPARE(titles(s), (QStringList{" ", " "}));
+    }
+
+    void panelReturnsMapToButtons() {
+        auto s = spec(0x102);
+        QCOMPARE(TwMessageAnswerForPanelReturn(s, 1), 11);  // first shown: Cancel
+        QCOMPARE(TwMessageAnswerForPanelReturn(s, 0), 10);  // second shown: OK
+        QCOMPARE(TwMessageAnswerForPanelReturn(s, -1), 0);  // a third button
+        QCOMPARE(TwMessageAnswerForPanelReturn(s, 42), 11); // anything else: first
+    }
+
+    void theQtBoxHasDefaultAndEscapeOfTheSpec() {
+        auto s = spec(0x40002);
+        std::unique_ptr<QMessageBox> box(TwCreateMessageBox(s, nullptr));
+        QCOMPARE(box->buttons().size(), 2);
+        QCOMPARE(box->defaultButton()->text(), QStringLiteral("OK"));
+        QCOMPARE(box->escapeButton()->text(), QStringLiteral("Cancel"));
+        QCOMPARE(box->icon(), QMessageBox::Question);
+        QCOMPARE(box->text(), QStringLiteral("Title"));
+        QCOMPARE(box->informativeText(), QStringLiteral("Message"));
+        QCOMPARE(box->textInteractionFlags(), Qt::NoTextInteraction);
+        // The default button stands rightmost.
+        QVERIFY(box->defaultButton()->mapTo(box.get(), QPoint()).x() >= 0);
+        box->show();
+        QVERIFY(box->defaultButton()->x() > box->escapeButton()->x());
+
+        std::unique_ptr<QMessageBox> swapped(TwCreateMessageBox(spec(0x102), nullptr));
+        QCOMPARE(swapped->defaultButton()->text(), QStringLiteral("Cancel"));
+        QCOMPARE(swapped->escapeButton()->text(), QStringLiteral("Cancel"));
+    }
+
+    void withoutTitleTheMessageIsTheMainText() {
+        auto s = TwMessageBoxSpecFor({}, QStringLiteral("Please enter a name."), 0x20001, false, &textFor);
+        std::unique_ptr<QMessageBox> box(TwCreateMessageBox(s, nullptr));
+        QCOMPARE(box->text(), QStringLiteral("Please enter a name."));
+        QVERIFY(box->informativeText().isEmpty());
+    }
+
+    void pressingButtonsAnswersTheirCodes_data() {
+        QTest::addColumn<uint>("type");
+        QTest::addColumn<QString>("press");
+        QTest::addColumn<int>("answer");
+        QTest::newRow("0x20001 OK") << 0x20001u << "OK" << 10;
+        QTest::newRow("0x40002 Cancel") << 0x40002u << "Cancel" << 11;
+        QTest::newRow("0x40002 Return") << 0x40002u << "<Return>" << 10;
+        QTest::newRow("0x40002 Escape") << 0x40002u << "<Escape>" << 11;
+        QTest::newRow("0x102 default is Cancel") << 0x102u << "<Return>" << 11;
+        QTest::newRow("0x102 OK keeps its code") << 0x102u << "OK" << 10;
+        QTest::newRow("unknown set") << 9u << "<Return>" << 0;
+    }
+    void pressingButtonsAnswersTheirCodes() {
+        QFETCH(uint, type);
+        QFETCH(QString, press);
+        QFETCH(int, answer);
+        auto timer = whenModal<QMessageBox>([press](QMessageBox* box) {
+            if (press == QLatin1String("<Return>"))
+                box->defaultButton()->click();
+            else if (press == QLatin1String("<Escape>"))
+                QTest::keyClick(box, Qt::Key_Escape);
+            else
+                buttonTitled(box, press)->click();
+        });
+        QCOMPARE(TwRunMessageBox(spec(type), nullptr), answer);
+    }
+
+    void aPollingBoxEndsAsThePollSays_data() {
+        QTest::addColumn<int>("panelReturn");
+        QTest::addColumn<int>("answer");
+        QTest::newRow("1: first button") << 1 << 16; // swapped Continue/Stop: Stop is first
+        QTest::newRow("0: second button") << 0 << 15;
+        QTest::newRow("-1: third button") << -1 << 0;
+    }
+    void aPollingBoxEndsAsThePollSays() {
+        QFETCH(int, panelReturn);
+        QFETCH(int, answer);
+        int polls = 0;
+        TwMessagePoll poll = [&]() -> std::optional<std::int16_t> {
+            ++polls;
+            return std::int16_t(panelReturn);
+        };
+        QCOMPARE(TwRunMessageBox(spec(0x105, true), nullptr, poll, 20), answer);
+        QCOMPARE(polls, 1);
+    }
+
+    void aBoxThatIsToldToWaitStaysUntilPressed() {
+        int polls = 0;
+        TwMessagePoll poll = [&]() -> std::optional<std::int16_t> {
+            ++polls;
+            return std::nullopt;
+        };
+        auto timer = whenModal<QMessageBox>([&](QMessageBox* box) {
+            // Pressed only after the box has been polled a few times.
+            QTimer::singleShot(100, box, [box] { buttonTitled(box, QStringLiteral("Cancel"))->click(); });
+        });
+        QCOMPARE(TwRunMessageBox(spec(0x2), nullptr, poll, 10), 11);
+        QVERIFY2(polls >= 3, qPrintable(QString::number(polls)));
+    }
+
+    void theFirstPollComesOneIntervalAfterOpening() {
+        QElapsedTimer clock;
+        qint64 firstPoll = -1;
+        TwMessagePoll poll = [&]() -> std::optional<std::int16_t> {
+            firstPoll = clock.elapsed();
+            return std::int16_t(1);
+        };
+        clock.start();
+        QCOMPARE(TwRunMessageBox(spec(1), nullptr, poll, 200), 10);
+        QVERIFY2(firstPoll >= 190, qPrintable(QString::number(firstPoll)));
+    }
+
+    void aRunnerReplacesTheBox() {
+        TwMessageBoxSpec seen;
+        TwSetMessageBoxRunner([&](const TwMessageBoxSpec& s) {
+            seen = s;
+            return 77;
+        });
+        QCOMPARE(TwRunMessageBox(spec(0x40002), nullptr), 77);
+        TwSetMessageBoxRunner({});
+        QCOMPARE(seen.messageType, 0x40002u);
+        QCOMPARE(titles(seen), (QStringList{"OK", "Cancel"}));
+    }
+};
+
+QTEST_MAIN(TestMessageBox)
+#include "tst_messagebox.moc"
