@@ -1,11 +1,26 @@
 #include "TwainView.h"
 
 #include "OrvaDebug.h"
-#include "TwResponderBinding.h"
+#include "TwFormCatalog.h"
 #include "TwainDialogData.h"
+#include "TwainViewArea.h"
+#include "TwainViewBasic.h"
+#include "TwainViewBinaryImage.h"
+#include "TwainViewColorImage.h"
+#include "TwainViewCommon.h"
+#include "TwainViewControlSheet.h"
+#include "TwainViewFeed.h"
+#include "TwainViewGrayImage.h"
+#include "TwainViewImprinter.h"
+#include "TwainViewLayout.h"
+#include "TwainViewPatchCode.h"
 
+#include <QAbstractButton>
 #include <QEvent>
+#include <QGroupBox>
+#include <QLabel>
 #include <QLayout>
+#include <QTableWidget>
 #include <QVariant>
 
 #include <array>
@@ -17,19 +32,32 @@ struct TabEntry {
     TwainView* (*create)(QWidget*);
 };
 
-// Tabs in the order the main panel shows them.
-const std::array<TabEntry, 0> kTabs{{}};
+template <class Tab> TwainView* make(QWidget* parent) {
+    return new Tab(parent);
+}
 
-// True when a layout of the parent places the widget: moving it by hand would be undone.
-bool isLaidOut(const QWidget* view) {
-    const QWidget* parent = view->parentWidget();
-    if (!parent)
-        return false;
-    const auto layouts = parent->findChildren<QLayout*>();
-    for (const QLayout* layout : layouts)
-        if (layout->indexOf(const_cast<QWidget*>(view)) >= 0)
-            return true;
-    return false;
+// Tabs in the order the main panel shows them, the two that take no part last.
+const std::array<TabEntry, 11> kTabs{{
+    {"TwainViewBasic", &make<TwainViewBasic>},
+    {"TwainViewCommon", &make<TwainViewCommon>},
+    {"TwainViewLayout", &make<TwainViewLayout>},
+    {"TwainViewBinaryImage", &make<TwainViewBinaryImage>},
+    {"TwainViewGrayImage", &make<TwainViewGrayImage>},
+    {"TwainViewColorImage", &make<TwainViewColorImage>},
+    {"TwainViewFeed", &make<TwainViewFeed>},
+    {"TwainViewArea", &make<TwainViewArea>},
+    {"TwainViewControlSheet", &make<TwainViewControlSheet>},
+    {"TwainViewImprinter", &make<TwainViewImprinter>},
+    {"TwainViewPatchCode", &make<TwainViewPatchCode>},
+}};
+
+// The text of an "IDS_" key, or a null string when no table has it.
+QString localized(TwainDialogData* model, const QString& key) {
+    if (key.isEmpty())
+        return {};
+    const std::string k = key.toStdString();
+    const std::string text = model->localizedString(k);
+    return text == k ? QString() : QString::fromStdString(text);
 }
 
 } // namespace
@@ -69,6 +97,11 @@ void TwainView::bindControlsToObject(TwainDialogData* model) {
     }
     m_responderBinding = std::make_unique<TwResponderBinding>(this);
     m_bindObject = model;
+    if (model)
+        applyTextKeys();
+    else
+        OrvaLog(kOrvaLogError, "ERROR: %s(%s): no model to bind to\n", "TwainView::bindControlsToObject",
+                metaObject()->className());
     OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", "TwainView::bindControlsToObject");
 }
 
@@ -108,10 +141,59 @@ void TwainView::adjustViews(const QList<QWidget*>& views, double top, double lin
     for (QWidget* view : views) {
         if (!view || view->isHidden())
             continue;
-        if (!isLaidOut(view))
+        if (!isManagedByLayout(view))
             view->move(view->x(), qRound(position));
         // Qt's y axis points down: the next line is below.
         position += lineHeight;
+    }
+}
+
+void TwainView::bindLists(const TwBindList& controlDefs, const TwBindList& contents,
+                          const TwBindList& enables, const TwBindList& values) {
+    if (!m_bindObject || !m_responderBinding)
+        return;
+    m_responderBinding->bindControlDefs(controlDefs, m_bindObject, identifier().toStdString());
+    m_responderBinding->bindContents(contents, m_bindObject);
+    m_responderBinding->bindEnableds(enables, m_bindObject);
+    m_responderBinding->bindValues(values, m_bindObject);
+}
+
+bool TwainView::isManagedByLayout(const QWidget* view) {
+    const QWidget* parent = view ? view->parentWidget() : nullptr;
+    if (!parent)
+        return false;
+    const auto layouts = parent->findChildren<QLayout*>();
+    for (const QLayout* layout : layouts)
+        if (layout->indexOf(const_cast<QWidget*>(view)) >= 0)
+            return true;
+    return false;
+}
+
+void TwainView::prepareForm() {
+    TwFormCatalog::prepare(this);
+}
+
+void TwainView::applyTextKeys() {
+    const auto widgets = findChildren<QWidget*>();
+    for (QWidget* widget : widgets) {
+        const QString text = localized(m_bindObject, widget->property("textKey").toString());
+        if (!text.isNull()) {
+            if (auto* button = qobject_cast<QAbstractButton*>(widget))
+                button->setText(text);
+            else if (auto* box = qobject_cast<QGroupBox*>(widget))
+                box->setTitle(text);
+            else if (auto* label = qobject_cast<QLabel*>(widget))
+                label->setText(text);
+        }
+        auto* table = qobject_cast<QTableWidget*>(widget);
+        if (!table)
+            continue;
+        const QStringList rowKeys = widget->property("rowTextKeys").toStringList();
+        for (int row = 0; row < rowKeys.size() && row < table->rowCount(); ++row) {
+            const QString rowText = localized(m_bindObject, rowKeys[row]);
+            if (!rowText.isNull() && table->item(row, 0))
+                table->item(row, 0)->setText(rowText);
+        }
     }
 }
 
@@ -119,7 +201,10 @@ void TwainView::observeValueForKeyPath(const std::string&, TwainDialogData*, con
 }
 
 bool TwainView::event(QEvent* event) {
-    if (event->type() == QEvent::ParentAboutToChange && m_responderBinding)
+    // Qt tells a widget that was never shown only after the change.
+    const bool leaving =
+        event->type() == QEvent::ParentAboutToChange || event->type() == QEvent::ParentChange;
+    if (leaving && m_responderBinding)
         unbindControls();
     return QWidget::event(event);
 }

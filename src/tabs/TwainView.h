@@ -5,6 +5,7 @@
 #pragma once
 
 #include "TwObservation.h"
+#include "TwResponderBinding.h"
 
 #include <QList>
 #include <QString>
@@ -14,7 +15,6 @@
 #include <memory>
 #include <string>
 
-class TwResponderBinding;
 class TwainDialogData;
 
 class TwainView : public QWidget, public TwKeyValueObserver {
@@ -53,10 +53,26 @@ public:
                                 const TwKeyValueChange& change, void* context) override;
 
 protected:
+    // Sets the form up on the tab (setupUi, then what its dynamic properties ask for).
+    template <class Form> void setUpForm(Form& form) {
+        form.setupUi(this);
+        prepareForm();
+    }
+    // Binds the four lists in the fixed order: model definitions (with the tab's identifier as
+    // dialog name), contents, enables, values. Nothing when unbound.
+    void bindLists(const TwBindList& controlDefs, const TwBindList& contents, const TwBindList& enables,
+                   const TwBindList& values);
+    // True when a layout of the parent places the widget: moving it by hand would be undone.
+    static bool isManagedByLayout(const QWidget* view);
     // A tab taken out of its window unbinds first.
     bool event(QEvent* event) override;
 
 private:
+    void prepareForm();
+    // Texts of the controls that name an "IDS_" key ("textKey", "rowTextKeys"), from the model's
+    // string tables; a key no table has leaves the form's text.
+    void applyTextKeys();
+
     TwainDialogData* m_bindObject = nullptr;
     std::unique_ptr<TwResponderBinding> m_responderBinding;
 };

@@ -1,0 +1,382 @@
+#include "TwainViewArea.h"
+
+#include "OrvaDebug.h"
+#include "TwRangeHelpers.h"
+#include "TwainNumberFormatter.h"
+
+#include <QLineEdit>
+#include <QSpinBox>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+constexpr double kMillimetresPerInch = 25.4;
+constexpr const char* kSideNames[] = {"Front", "Back"};
+constexpr const char* kAreaPrefix = "temp.Area.";
+constexpr const char* kHiddenFront = "hidden.Area.Front";
+constexpr const char* kHiddenBack = "hidden.Area.Back";
+
+std::string subKey(int side, int n, const char* item) {
+    return std::string(kAreaPrefix) + kSideNames[side] + ".L" + std::to_string(n + 1) + "." + item;
+}
+
+std::string dataSubKey(int side, int n, const char* item) {
+    return std::string("Data.Area.") + kSideNames[side] + ".L" + std::to_string(n + 1) + "." + item;
+}
+
+// Truncation toward zero of a bound already offset by one half, as a formatter takes it.
+std::optional<int> roundedBound(double value) {
+    if (!std::isfinite(value) || value > std::numeric_limits<int>::max() ||
+        value < std::numeric_limits<int>::min())
+        return std::nullopt;
+    return int(value);
+}
+} // namespace
+
+TwainViewArea::TwainViewArea(QWidget* parent) : TwainView(parent) {
+    setUpForm(ui);
+    m_sub[0][0] = {ui.btnFrontArea1,   ui.txtFrontX1,          ui.txtFrontY1,         ui.txtFrontWidth1,
+                   ui.txtFrontLength1, ui.txtFrontBrightness1, ui.stpFrontBrightness1};
+    m_sub[0][1] = {ui.btnFrontArea2,   ui.txtFrontX2,          ui.txtFrontY2,         ui.txtFrontWidth2,
+                   ui.txtFrontLength2, ui.txtFrontBrightness2, ui.stpFrontBrightness2};
+    m_sub[0][2] = {ui.btnFrontArea3,   ui.txtFrontX3,          ui.txtFrontY3,         ui.txtFrontWidth3,
+                   ui.txtFrontLength3, ui.txtFrontBrightness3, ui.stpFrontBrightness3};
+    m_sub[1][0] = {ui.btnBackArea1,   ui.txtBackX1,          ui.txtBackY1,         ui.txtBackWidth1,
+                   ui.txtBackLength1, ui.txtBackBrightness1, ui.stpBackBrightness1};
+    m_sub[1][1] = {ui.btnBackArea2,   ui.txtBackX2,          ui.txtBackY2,         ui.txtBackWidth2,
+                   ui.txtBackLength2, ui.txtBackBrightness2, ui.stpBackBrightness2};
+    m_sub[1][2] = {ui.btnBackArea3,   ui.txtBackX3,          ui.txtBackY3,         ui.txtBackWidth3,
+                   ui.txtBackLength3, ui.txtBackBrightness3, ui.stpBackBrightness3};
+
+    // First ranges in tenths of a millimetre (an A4 sheet); the unit's ranges replace them at bind
+    // time.
+    fmtAreaOffsetX = CreateTextRangeFormatter(0, 2100, 1, this);
+    fmtAreaWidth = CreateTextRangeFormatter(0, 2100, 1, this);
+    fmtSubAreaOffsetX = CreateTextRangeFormatter(0, 2100, 1, this);
+    fmtAreaOffsetY = CreateTextRangeFormatter(0, 2970, 1, this);
+    fmtAreaLength = CreateTextRangeFormatter(0, 2970, 1, this);
+    fmtSubAreaOffsetY = CreateTextRangeFormatter(0, 2970, 1, this);
+    for (int s = 0; s < kSides; ++s) {
+        for (int n = 0; n < kSubAreas; ++n) {
+            fmtSubAreaWidth[s][n] = CreateTextRangeFormatter(0, 2100, 1, this);
+            fmtSubAreaLength[s][n] = CreateTextRangeFormatter(0, 2970, 1, this);
+        }
+    }
+    fmtBright = CreateTextRangeFormatter(1, 255, 0, this);
+
+    ui.txtFrontX->setValidator(fmtAreaOffsetX);
+    ui.txtBackX->setValidator(fmtAreaOffsetX);
+    ui.txtY->setValidator(fmtAreaOffsetY);
+    ui.txtWidth->setValidator(fmtAreaWidth);
+    ui.txtLength->setValidator(fmtAreaLength);
+    for (int s = 0; s < kSides; ++s) {
+        for (int n = 0; n < kSubAreas; ++n) {
+            const SubArea& a = sub(s, n);
+            a.x->setValidator(fmtSubAreaOffsetX);
+            a.y->setValidator(fmtSubAreaOffsetY);
+            a.width->setValidator(fmtSubAreaWidth[s][n]);
+            a.length->setValidator(fmtSubAreaLength[s][n]);
+            a.brightness->setValidator(fmtBright);
+            SetStepperRange(a.stepper, 1, 255, 0, 1);
+        }
+    }
+
+    // The back sub-areas' X and Y and the back X share the front formatters: no entries of their own.
+    _dictFmtMap = {
+        {"temp.Area.Front.X", fmtAreaOffsetX},       {"temp.Area.Y", fmtAreaOffsetY},
+        {"temp.Area.Width", fmtAreaWidth},           {"temp.Area.Length", fmtAreaLength},
+        {"temp.Area.Front.L1.X", fmtSubAreaOffsetX}, {"temp.Area.Front.L1.Y", fmtSubAreaOffsetY},
+    };
+    _dictEffectedMap = {
+        {"temp.Area.Front.X", "temp.Area.Width"},
+        {"temp.Area.Back.X", "temp.Area.Width"},
+        {"temp.Area.Y", "temp.Area.Length"},
+    };
+    for (int s = 0; s < kSides; ++s) {
+        for (int n = 0; n < kSubAreas; ++n) {
+            _dictFmtMap[subKey(s, n, "Width")] = fmtSubAreaWidth[s][n];
+            _dictFmtMap[subKey(s, n, "Length")] = fmtSubAreaLength[s][n];
+            _dictEffectedMap[subKey(s, n, "X")] = subKey(s, n, "Width");
+            _dictEffectedMap[subKey(s, n, "Y")] = subKey(s, n, "Length");
+        }
+    }
+
+    arrFormatText = {ui.txtFrontX, ui.txtBackX, ui.txtY, ui.txtWidth, ui.txtLength};
+    for (int s = 0; s < kSides; ++s) {
+        for (int n = 0; n < kSubAreas; ++n)
+            arrFormatText << sub(s, n).x;
+        for (int n = 0; n < kSubAreas; ++n)
+            arrFormatText << sub(s, n).y;
+        for (int n = 0; n < kSubAreas; ++n)
+            arrFormatText << sub(s, n).width;
+        for (int n = 0; n < kSubAreas; ++n)
+            arrFormatText << sub(s, n).length;
+    }
+}
+
+TwainViewArea::~TwainViewArea() {
+    if (bindObject() || responderBinding())
+        unbindControls();
+}
+
+QList<QWidget*> TwainViewArea::sideControls(int side) const {
+    QList<QWidget*> list;
+    if (side < 0 || side >= kSides)
+        return list;
+    list << (side == 0 ? ui.cmbFrontHalftone : ui.cmbBackHalftone);
+    for (int n = 0; n < kSubAreas; ++n) {
+        const SubArea& a = sub(side, n);
+        list << a.area << a.x << a.y << a.width << a.length << a.brightness << a.stepper;
+    }
+    return list;
+}
+
+TwBindList TwainViewArea::valuesList() const {
+    TwBindList values{
+        "Data.Area.Unit", ui.cmbUnit, "temp.Area.Front.X", ui.txtFrontX, "temp.Area.Back.X", ui.txtBackX,
+        "temp.Area.Y",    ui.txtY,    "temp.Area.Width",   ui.txtWidth,  "temp.Area.Length", ui.txtLength,
+        "temp.Area.Side", ui.tblSide,
+    };
+    for (int s = 0; s < kSides; ++s) {
+        for (int n = 0; n < kSubAreas; ++n) {
+            const SubArea& a = sub(s, n);
+            values.insert(values.end(), {dataSubKey(s, n, "Enable"), a.area, subKey(s, n, "X"), a.x,
+                                         subKey(s, n, "Y"), a.y, subKey(s, n, "Width"), a.width,
+                                         subKey(s, n, "Length"), a.length, dataSubKey(s, n, "Brightness"),
+                                         a.brightness, dataSubKey(s, n, "Brightness"), a.stepper});
+        }
+    }
+    values.insert(values.end(), {"Data.Area.Front.Halftone", ui.cmbFrontHalftone, "Data.Area.Back.Halftone",
+                                 ui.cmbBackHalftone});
+    return values;
+}
+
+std::int32_t TwainViewArea::currentUnit() const {
+    return bindObject() ? bindObject()->valueForKeyPath("Data.Area.Unit").intValue() : 0;
+}
+
+void TwainViewArea::bindControlsToObject(TwainDialogData* model) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainViewArea::bindControlsToObject");
+    _dictTempText.clear();
+    TwainView::bindControlsToObject(model);
+    if (!model)
+        return;
+    TwResponderBinding* binding = responderBinding();
+
+    // The working copy starts from the setting.
+    const TwValue area = model->valueForKeyPath("Data.Area");
+    if (!area.isDictionary())
+        OrvaLog(kOrvaLogError, "ERROR: %s: the model has no Data.Area\n",
+                "TwainViewArea::bindControlsToObject");
+    for (const std::string& k : model->allKeyPaths(nullptr, area))
+        model->setValueForKeyPath(model->valueForKeyPath("Data.Area." + k), kAreaPrefix + k);
+
+    // Every binding starts on the front.
+    model->setValueForKeyPath(TwValue(0), "temp.Area.Side");
+    onChangeSideOfObject(model);
+
+    const TwBindList contents{
+        "content.Unit",         ui.cmbUnit,         "content.FrontHalftone", ui.cmbFrontHalftone,
+        "content.BackHalftone", ui.cmbBackHalftone,
+    };
+    const TwBindList enables{"enable.Duplex", ui.txtBackX, "enable.Duplex", ui.tblSide};
+    const TwBindList values = valuesList();
+    bindLists(TwBindList(), contents, enables, values);
+
+    binding->bindSubviewsEnabled(this, model, "enable.Area.Front");
+    binding->bindSubviewsEnabled(ui.boxSubArea, model, "enable.Area.SubArea");
+
+    const auto asObjects = [](const QList<QWidget*>& widgets) {
+        return std::vector<QObject*>(widgets.begin(), widgets.end());
+    };
+    const std::vector<QObject*> front = asObjects(sideControls(0));
+    const std::vector<QObject*> back = asObjects(sideControls(1));
+    binding->bind(kTwHiddenBinding, front, model, kHiddenFront);
+    binding->bind(kTwHiddenBinding, back, model, kHiddenBack);
+    binding->bind(kTwEnabledBinding, back, model, "enable.Duplex");
+
+    for (int s = 0; s < kSides; ++s) {
+        for (int n = 0; n < kSubAreas; ++n) {
+            const SubArea& a = sub(s, n);
+            binding->bind(kTwEnabledBinding, {a.x, a.y, a.width, a.length, a.brightness, a.stepper}, model,
+                          dataSubKey(s, n, "Enable"));
+        }
+    }
+    for (int s = 0; s < kSides; ++s) {
+        std::vector<QObject*> brightness;
+        for (int n = 0; n < kSubAreas; ++n)
+            brightness.insert(brightness.end(), {sub(s, n).brightness, sub(s, n).stepper});
+        binding->bind(kTwEnabledBinding, brightness, model,
+                      std::string("enable.Area.Brightness.") + kSideNames[s]);
+    }
+    binding->bind(kTwEnabledBinding, {ui.cmbFrontHalftone, ui.cmbBackHalftone}, model,
+                  "enable.Area.Halftone");
+    // The back X is in this group twice, so it carries two enabled bindings to the same key.
+    binding->bind(kTwEnabledBinding,
+                  {ui.txtFrontX, ui.txtBackX, ui.txtY, ui.txtWidth, ui.txtLength, ui.txtBackX, ui.tblSide},
+                  model, "enable.Area.Front");
+
+    for (std::size_t i = 0; i + 1 < values.size(); i += 2) {
+        const std::string* key = values[i].key();
+        QObject* control = values[i + 1].control();
+        if (!key || !control || !key->starts_with(kAreaPrefix))
+            continue;
+        _dictTempText[*key] = qobject_cast<QWidget*>(control);
+        addObserverForKeyPath(*key, kTwObserveNew);
+    }
+
+    addObserverForKeyPath("enable.Duplex", kTwObserveNew);
+    addObserverForKeyPath("temp.Area.Side", kTwObserveNew);
+    addObserverForKeyPath("Data.PaperSize", kTwObserveNew);
+    addObserverForKeyPath("temp.TextEditRefresh", kTwObserveNew);
+    // The model bumps the counter before it names the key, so the counter alone would find the
+    // key of the previous request: the key's own change reloads the right field.
+    addObserverForKeyPath("temp.TextEditDatakey", kTwObserveNew);
+    addObserverForKeyPath("Data.Area.Unit", kTwObserveNew | kTwObserveOld);
+
+    setFormatterForUnitAll(currentUnit());
+
+    // Both sides in the same place.
+    const QList<QWidget*> frontControls = sideControls(0);
+    const QList<QWidget*> backControls = sideControls(1);
+    for (qsizetype i = 0; i < frontControls.size() && i < backControls.size(); ++i)
+        setControlFrame(backControls[i], frontControls[i]);
+    OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", "TwainViewArea::bindControlsToObject");
+}
+
+void TwainViewArea::unbindControls() {
+    _dictTempText.clear();
+    TwainView::unbindControls();
+}
+
+void TwainViewArea::observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,
+                                           const TwKeyValueChange& change, void*) {
+    if (!object || object != bindObject())
+        return;
+    OrvaLog(kOrvaLogDebug, "%s: %s\n", "TwainViewArea::observeValueForKeyPath", keyPath.c_str());
+    if (keyPath == "temp.Area.Side") {
+        onChangeSideOfObject(object);
+    } else if (keyPath == "enable.Duplex") {
+        // Without a back side there is only the front to show.
+        if (!object->valueForKeyPath("enable.Duplex").boolValue())
+            object->setValueForKeyPath(TwValue(0), "temp.Area.Side");
+    } else if (keyPath == "Data.Area.Unit") {
+        if (change.oldValue.isNull() || change.oldValue.isEqual(change.newValue))
+            return;
+        for (QLineEdit* field : std::as_const(arrFormatText))
+            field->update();
+        setFormatterForUnitAll(change.newValue.intValue());
+    } else if (keyPath == "Data.PaperSize") {
+        // The limits follow the paper.
+        setFormatterForUnitAll(currentUnit());
+    } else if (keyPath == "temp.TextEditRefresh" || keyPath == "temp.TextEditDatakey") {
+        // The model corrected a value and asks the field that shows it to reload.
+        refreshTextField(object);
+    } else if (keyPath.starts_with("temp.Area")) {
+        auto effected = _dictEffectedMap.find(keyPath);
+        if (effected == _dictEffectedMap.end())
+            return;
+        auto formatter = _dictFmtMap.find(effected->second);
+        if (formatter != _dictFmtMap.end() && formatter->second)
+            setFormatter(formatter->second, effected->second, currentUnit());
+    }
+}
+
+void TwainViewArea::refreshTextField(TwainDialogData* model) {
+    const std::string key = model->valueForKeyPath("temp.TextEditDatakey").stringValue();
+    auto it = _dictTempText.find(key);
+    if (it == _dictTempText.end() || !it->second)
+        return;
+    if (auto* field = qobject_cast<QLineEdit*>(it->second.data())) {
+        const double value = model->valueForKeyPath(key).floatValue();
+        auto* formatter = qobject_cast<const TwainNumberFormatter*>(field->validator());
+        field->setText(formatter ? formatter->stringFromNumber(value) : QString::number(value));
+    }
+}
+
+void TwainViewArea::onChangeSideOfObject(TwainDialogData* model) {
+    if (!model)
+        return;
+    const bool back = model->valueForKeyPath("temp.Area.Side").intValue() == 1;
+    model->willChangeValueForKey(kHiddenFront);
+    model->willChangeValueForKey(kHiddenBack);
+    model->setValueForKeyPathWithoutNotification(TwValue(back), kHiddenFront);
+    model->setValueForKeyPathWithoutNotification(TwValue(!back), kHiddenBack);
+    model->didChangeValueForKey(kHiddenBack);
+    model->didChangeValueForKey(kHiddenFront);
+}
+
+void TwainViewArea::setFormatterForUnitAll(std::int32_t unit) {
+    for (const auto& [keyPath, formatter] : _dictFmtMap)
+        if (formatter)
+            setFormatter(formatter, keyPath, unit);
+}
+
+std::optional<TwTextRange> TwainViewArea::rangeForUnit(const TwSize& range, std::int32_t unit) {
+    const double lo = float(range.width);
+    const double hi = float(range.width + range.length);
+    std::optional<int> minimum, maximum;
+    int places = 0;
+    if (unit == 0) {
+        minimum = roundedBound(lo / kMillimetresPerInch * 100.0 + 0.5);
+        maximum = roundedBound(hi / kMillimetresPerInch * 100.0 + 0.5);
+        places = 2;
+    } else if (unit == 1) {
+        minimum = roundedBound(lo * 10.0 + 0.5);
+        maximum = roundedBound(hi * 10.0 + 0.5);
+        places = 1;
+    } else {
+        return std::nullopt;
+    }
+    if (!minimum || !maximum)
+        return std::nullopt;
+    return TwTextRange{*minimum, *maximum, places};
+}
+
+void TwainViewArea::setFormatter(TwainNumberFormatter* formatter, const std::string& keyPath,
+                                 std::int32_t unit) {
+    TwainDialogData* model = bindObject();
+    if (!model || !formatter)
+        return;
+    const TwSize range = model->GetFormatterRange(keyPath);
+    if (range.length == 0)
+        return;
+    const std::optional<TwTextRange> r = rangeForUnit(range, unit);
+    if (!r) {
+        OrvaLog(kOrvaLogDebug, "%s: %s keeps its range (unit %d)\n", "TwainViewArea::setFormatter",
+                keyPath.c_str(), unit);
+        return;
+    }
+    SetTextRangeFormatter(formatter, r->minimum, r->maximum, r->places);
+}
+
+// The form puts each back control in the grid cell of its front twin, and a layout owns the
+// geometry of what it holds; only controls placed by hand are moved here.
+void TwainViewArea::setControlFrame(QWidget* a, QWidget* b) {
+    if (!a || isManagedByLayout(a))
+        return;
+    a->setGeometry(b ? b->geometry() : QRect());
+}
+
+void TwainViewArea::setBackSideControlPosition() {
+    const QList<QWidget*> front = sideControls(0);
+    const QList<QWidget*> back = sideControls(1);
+    for (qsizetype i = 0; i < front.size() && i < back.size(); ++i)
+        setControlFrame(back[i], front[i]);
+}
+
+TwainNumberFormatter* TwainViewArea::formatterForKeyPath(const std::string& keyPath) const {
+    auto it = _dictFmtMap.find(keyPath);
+    return it == _dictFmtMap.end() ? nullptr : it->second;
+}
+
+std::string TwainViewArea::effectedKeyPath(const std::string& keyPath) const {
+    auto it = _dictEffectedMap.find(keyPath);
+    return it == _dictEffectedMap.end() ? std::string() : it->second;
+}
+
+QWidget* TwainViewArea::tempTextControl(const std::string& keyPath) const {
+    auto it = _dictTempText.find(keyPath);
+    return it == _dictTempText.end() ? nullptr : it->second.data();
+}

@@ -1,0 +1,5 @@
+#include "TwainViewImprinter.h"
+
+TwainViewImprinter::TwainViewImprinter(QWidget* parent) : TwainView(parent) {
+    setUpForm(ui);
+}

@@ -1,0 +1,5 @@
+#include "TwainViewPatchCode.h"
+
+TwainViewPatchCode::TwainViewPatchCode(QWidget* parent) : TwainView(parent) {
+    setUpForm(ui);
+}

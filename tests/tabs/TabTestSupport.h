@@ -1,0 +1,102 @@
+// The sample scanner loaded through the facade, for the tab tests: its model definition, its
+// capability values, a preferences folder of the test's own, the module's bundle from the build,
+// and the diagnostic log captured in a file.
+#pragma once
+
+#include "OrvaDebug.h"
+#include "SampleModelDef.h"
+#include "TwBindingKind.h"
+#include "TwBoundControl.h"
+#include "TwBundle.h"
+#include "TwPlist.h"
+#include "TwainDialogData.h"
+#include "VmxUIControllerImpl.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWidget>
+
+#include <memory>
+#include <string>
+
+namespace tabtest {
+
+inline const std::string kBundle = SAMPLE_BUNDLE_DIR;
+
+struct Sample {
+    SampleModelDef def{TwValue()};
+    TwValue capabilities;
+    std::unique_ptr<QTemporaryDir> config;
+    std::unique_ptr<QTemporaryDir> logDir;
+
+    // Reads the sample's files; false (with the reason) when one is missing.
+    bool read(std::string* error) {
+        def = SampleModelDef::fromFile(kBundle + "/Contents/Resources/ModelDef.plist", error);
+        if (!error->empty())
+            return false;
+        capabilities = TwPlistReadFile(kBundle + "/Contents/Resources/Capabilities.plist", error);
+        TwBundle::setModuleBundlePath(VMX_BUNDLE_DIR);
+        return capabilities.isDictionary();
+    }
+
+    // A fresh preferences folder, so that nothing the user or an earlier case saved is read.
+    void freshPreferences() {
+        config = std::make_unique<QTemporaryDir>();
+        qputenv("XDG_CONFIG_HOME", config->path().toLocal8Bit());
+    }
+
+    std::unique_ptr<VmxUIControllerImpl> load(const TwValue& values = TwValue()) {
+        auto ui = std::make_unique<VmxUIControllerImpl>();
+        ui->initWithDSBundle(kBundle);
+        // The facade's init points the log at the system paths; the tests keep their own.
+        captureLog();
+        ui->setModelDef(&def);
+        ui->setDataWithDictionary(values.isNull() ? capabilities.deepCopy() : values, 0);
+        return ui;
+    }
+
+    // Error lines only, into a file of the test's own that exists (the log writes only then).
+    void captureLog() {
+        if (!logDir)
+            logDir = std::make_unique<QTemporaryDir>();
+        const QString path = logPath();
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            file.close();
+        OrvaSetLogLevel(kOrvaLogError);
+        OrvaSetLogPaths(path.toLocal8Bit().constData(), nullptr);
+    }
+    QString logPath() const { return logDir ? logDir->filePath(QStringLiteral("tabs.log")) : QString(); }
+    QString logText() const {
+        QFile file(logPath());
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
+    void clearLog() { captureLog(); }
+};
+
+inline void set(VmxUIControllerImpl& ui, const char* keyPath, const TwValue& value) {
+    ui.setDataWithKeyPathValue(TwValue::dictionary({{keyPath, value}}));
+}
+
+template <class T = QWidget> T* child(const QWidget* parent, const char* name) {
+    return parent->findChild<T*>(QString::fromLatin1(name));
+}
+
+// Every control below the widget that carries at least one binding.
+inline int boundControlCount(const QWidget* root) {
+    int count = 0;
+    const auto objects = root->findChildren<QObject*>();
+    for (QObject* object : objects)
+        if (!TwBoundControl::bindingNames(object).empty())
+            ++count;
+    return count;
+}
+
+// What a control is bound to under a kind's plain name, or an empty string.
+inline std::string boundKeyPath(const QObject* control, const char* name) {
+    auto info = TwBoundControl::infoForBinding(control, name);
+    return info ? info->keyPath : std::string();
+}
+
+} // namespace tabtest
