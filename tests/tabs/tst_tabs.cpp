@@ -976,6 +976,21 @@ private slots:
                 QVERIFY2(tab->rect().contains(r), qPrintable(name + QLatin1Char('.') + w->objectName()));
             }
         }
+
+        // The Area tab once more, in inches with the back side shown.
+        std::unique_ptr<TwainView> area(TwainView::create(QStringLiteral("TwainViewArea")));
+        area->bindControlsToObject(ui->model().get());
+        set(*ui, "Data.Area.Unit", TwValue(0));
+        set(*ui, "temp.Area.Side", TwValue(1));
+        set(*ui, "Data.Area.Back.L2.Enable", TwValue(true));
+        area->resize(area->sizeHint());
+        area->show();
+        QVERIFY(QTest::qWaitForWindowExposed(area.get()));
+        QCOMPARE(child<QLineEdit>(area.get(), "txtBackWidth2")->text(), QStringLiteral("1.97"));
+        QVERIFY(child(area.get(), "txtBackWidth2")->isVisible());
+        QVERIFY(!child(area.get(), "txtFrontWidth2")->isVisible());
+        if (!dir.isEmpty())
+            QVERIFY(area->grab().save(QDir(dir).filePath(QStringLiteral("TwainViewArea-back-inches.png"))));
     }
 };
 
