@@ -37,8 +37,17 @@ build: deps $(BUILD)/CMakeCache.txt
 test: build
 	cd $(BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)
 
+# With a display the dialog stays until closed; without one it runs under Xvfb, closes itself
+# after DEMO_SECONDS and leaves a picture of itself. DEMO_ARGS adds sampleds options.
+DEMO_SECONDS ?= 3
 demo: build
-	$(BUILD)/samples/sampleds
+	@if [ -n "$$DISPLAY" ] || [ -n "$$WAYLAND_DISPLAY" ]; then \
+	    $(BUILD)/samples/sampleds $(DEMO_ARGS); \
+	else \
+	    echo "No display: running the dialog under Xvfb for $(DEMO_SECONDS) s"; \
+	    xvfb-run -a $(BUILD)/samples/sampleds --close-after $(DEMO_SECONDS) \
+	        --screenshot $(BUILD)/demo.png $(DEMO_ARGS); \
+	fi
 
 bench: build
 	@for b in $(BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b"; done

@@ -37,6 +37,9 @@ const QStringList& TwDlgMain::tabClassNames() {
 TwDlgMain::TwDlgMain(QWidget* parent) : TwPanel(parent), ui(std::make_unique<Ui::TwDlgMain>()) {
     ui->setupUi(this);
     TwFormCatalog::prepare(this);
+    // Names are picked from the list, not completed as typed; Qt 6.4's completer also keeps a
+    // little memory each time the panel is shown.
+    ui->cmbSettingNames->setCompleter(nullptr);
     for (const QString& className : tabClassNames()) {
         Tab tab;
         tab.view = TwainView::create(className, this);

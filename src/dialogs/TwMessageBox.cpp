@@ -149,6 +149,7 @@ int TwRunMessageBox(const TwMessageBoxSpec& spec, QWidget* parent, const TwMessa
     QTimer timer;
     if (poll) {
         // A period of 0 would poll without pause; one millisecond is the shortest we wait.
+        timer.setTimerType(Qt::PreciseTimer);
         timer.setInterval(int(std::clamp<std::uint32_t>(intervalMs, 1, 0x7fffffff)));
         QObject::connect(&timer, &QTimer::timeout, box, [&] {
             auto r = poll();

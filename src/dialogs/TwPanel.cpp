@@ -89,6 +89,15 @@ void TwPanel::performClose() {
         close();
 }
 
+void TwPanel::closePanel() {
+    if (!isVisible() && !m_isRunModul) {
+        unbindControlAll();
+        return;
+    }
+    windowWillClose();
+    hide();
+}
+
 void TwPanel::reject() {
     performClose();
 }

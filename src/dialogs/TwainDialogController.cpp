@@ -113,8 +113,10 @@ void TwainDialogController::showWindow() {
     panel->bindControlAll();
     panel->setUIOnly(UiOnly);
     panel->setTitle(m_modelName);
+    // The window itself starts as first responder: no field holds the focus (the tabs do, for
+    // the keyboard), as a panel that makes itself first responder has none.
+    panel->tableMain()->setFocus();
     panel->show();
-    panel->setFocus();
     panel->raise();
     panel->activateWindow();
 }
@@ -131,8 +133,8 @@ void TwainDialogController::windowWillClose() {
 
 void TwainDialogController::close() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("close").c_str());
-    if (m_window && m_window->isVisible())
-        m_window->close();
+    if (m_window)
+        m_window->closePanel();
     _dialogData.reset();
 }
 

@@ -309,7 +309,7 @@ void VmxUIControllerImpl::innerHideUi() {
     logModelUseCount("innerHideUi", 0);
     _dlgController->closePreview();
     if (auto* window = _dlgController->windowIfLoaded())
-        window->close();
+        window->closePanel();
     _dlgController->close();
     logModelUseCount("innerHideUi", 1);
     logControllerUseCount("innerHideUi");

@@ -180,8 +180,6 @@ private slots:
     // ---- Tabs ----
 
     void aHiddenTabIsGoneAndTheOthersRemain() {
-        if (TwainView::classNames().isEmpty())
-            QSKIP("the setting tabs are not in this build yet");
         def.setTab("Layout", TwValue::dictionary({{"hidden", true}}));
         def.setTab("Feed", TwValue::dictionary({{"hidden", 1}, {"localizedText", "Never shown"}}));
         def.setTab("Area", TwValue::dictionary({{"hidden", "yes"}})); // not a number: shown
@@ -211,8 +209,6 @@ private slots:
     }
 
     void everyTabIsBoundWhileShownAndNothingIsLeftAfter() {
-        if (TwainView::classNames().isEmpty())
-            QSKIP("the setting tabs are not in this build yet");
         auto ui = loaded();
         auto* model = ui->model().get();
         const std::size_t own = model->observationCount();
@@ -735,8 +731,6 @@ private slots:
     // ---- Scripts ----
 
     void scriptsCanPressButtonsAndTakePictures() {
-        if (TwainView::classNames().isEmpty())
-            QSKIP("the setting tabs are not in this build yet");
         auto ui = loaded();
         QVERIFY(!ui->performDialogAction("onOK")); // nothing shown
         ui->showUi(true, false, true);
