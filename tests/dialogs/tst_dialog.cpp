@@ -7,6 +7,7 @@
 #include "TwApplication.h"
 #include "TwDlgMain.h"
 #include "TwDlgScanning.h"
+#include "TwEditCommit.h"
 #include "TwMessageBox.h"
 #include "TwPlist.h"
 #include "TwPreferences.h"
@@ -18,10 +19,13 @@
 
 #include <QComboBox>
 #include <QDir>
+#include <QFile>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
@@ -332,6 +336,41 @@ private slots:
         ui->hideUi();
     }
 
+    void aRejectedEntryStopsOKScanAndSave() {
+        QStringList alerts;
+        TwSetFormatterAlert([&](QWidget*, const QString& message) { alerts << message; });
+        auto ui = loaded();
+        ui->showUi(true, false, true);
+        TwDlgMain* w = window(*ui);
+        w->tableMain()->setCurrentIndex(w->tabIdentifiers().indexOf(QStringLiteral("Area")));
+        auto* width = w->view(QStringLiteral("Area"))->findChild<QLineEdit*>(QStringLiteral("txtWidth"));
+        QVERIFY(width && width->isVisible());
+        width->setFocus();
+        width->selectAll();
+        QTest::keyClicks(width, QStringLiteral("9999")); // wider than any paper
+        bool prompted = false;
+        ui->controllerIfMade()->setNamePrompt([&](const QStringList&) -> std::optional<QString> {
+            prompted = true;
+            return QStringLiteral("Never");
+        });
+        QTest::mouseClick(w->btnOK(), Qt::LeftButton);
+        ui->controllerIfMade()->onStart();
+        ui->controllerIfMade()->onSaveSetting();
+        QVERIFY(g_events.empty());
+        QVERIFY(!prompted);
+        QVERIFY(stored("untitle profile").isNull());
+        QCOMPARE(alerts.size(), 3);
+        QCOMPARE(w->focusWidget(), width);
+
+        // A valid entry lets OK through.
+        width->selectAll();
+        QTest::keyClicks(width, QStringLiteral("100"));
+        QTest::mouseClick(w->btnOK(), Qt::LeftButton);
+        QCOMPARE(codes(), std::vector<std::uint16_t>{kVmxEventClosed});
+        TwSetFormatterAlert({});
+        ui->hideUi();
+    }
+
     void theCloseBoxAndEscapeAreCancelAndKeepTheWindow() {
         auto ui = loaded();
         ui->showUi(true, false, false);
@@ -366,6 +405,36 @@ private slots:
         QVERIFY(stored("untitle profile").isDictionary());
         QVERIFY(ui->controllerIfMade()->isNoStopScan());
         ui->hideUi();
+    }
+
+    void tabButtonsRunTheirActionsAndGammaTagsOutOfRangeDoNothing() {
+        QTemporaryDir dir;
+        const QString logFile = dir.filePath(QStringLiteral("trace.log"));
+        QFile(logFile).open(QIODevice::WriteOnly);
+        auto ui = loaded();
+        OrvaSetLogPaths(logFile.toLocal8Bit().constData(), nullptr);
+        OrvaSetLogLevel(kOrvaLogDebug);
+        ui->showUi(true, false, false);
+        ui->hideUi();
+        ui->showUi(true, false, false); // bound twice, connected once
+        TwDlgMain* w = window(*ui);
+        auto* custom = w->view(QStringLiteral("Basic"))->findChild<QPushButton*>(QStringLiteral("btnCustom"));
+        QVERIFY(custom && custom->isEnabled());
+        custom->click();
+        QPushButton gamma;
+        for (int tag : {3, -1, 2}) {
+            gamma.setProperty("tag", tag);
+            ui->controllerIfMade()->onCustomGamma(&gamma);
+        }
+        ui->controllerIfMade()->onCustomGamma(nullptr);
+        ui->hideUi();
+        OrvaSetLogPaths(nullptr, nullptr);
+        QFile file(logFile);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString trace = QString::fromUtf8(file.readAll());
+        QCOMPARE(trace.count(QStringLiteral("onCustomPaperSize: the custom paper-size dialog")), 1);
+        QCOMPARE(trace.count(QStringLiteral("custom gamma dialog for")), 1);
+        QVERIFY(trace.contains(QStringLiteral("custom gamma dialog for temp.ColorImage.Gamma")));
     }
 
     // ---- Settings ----
