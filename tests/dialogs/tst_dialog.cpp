@@ -49,7 +49,7 @@ std::vector<std::uint16_t> g_pollAnswers;
 
 std::uint16_t recordEvent(std::uint16_t event, void* data) {
     g_events.push_back({event, data});
-    if (event == kVmxEventPrescan && data) {
+    if ((event == kVmxEventPrescan || event == kVmxEventPreviewRescan) && data) {
         std::memcpy(data, &g_prescanImages, sizeof g_prescanImages);
         return g_prescanResult;
     }
@@ -613,6 +613,30 @@ private slots:
         ui->controllerIfMade()->setPreviewImages(&record);
         QCOMPARE(record.front.pDIB, nullptr);
         ui->hideUi();
+    }
+
+    void aRescanSendsEvent5AndTakesOverTheImages() {
+        auto ui = loaded();
+        ui->showUi(true, false, false);
+        std::uint32_t length = 0;
+        g_prescanImages.front.pDIB = makeBitmap(24, 3937, &length);
+        g_prescanImages.front.imageLength = length;
+        // The module frees the delivered image (the sanitizer build would report a leak).
+        ui->controllerIfMade()->previewRescan();
+        QCOMPARE(codes(), std::vector<std::uint16_t>{kVmxEventPreviewRescan});
+        g_prescanImages = {};
+        ui->setCallback(nullptr);
+        ui->controllerIfMade()->previewRescan();
+        QCOMPARE(g_events.size(), std::size_t(1));
+        ui->hideUi();
+    }
+
+    void helpIsRegisteredFromTheFirstBundleThatHasABook() {
+        TwainDialogController c;
+        QVERIFY(
+            !c.registerHelp({QStringLiteral("/nonexistent"), QString::fromStdString(kBundle) + "/Contents"}));
+        QVERIFY(c.registerHelp({QStringLiteral("/nonexistent"), QString::fromStdString(kBundle)}));
+        QCOMPARE(c.helpBookName(), QStringLiteral("Orvanic VMX-S Scanner Help"));
     }
 
     // ---- Progress ----
