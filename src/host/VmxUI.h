@@ -104,6 +104,16 @@ enum VmxMessageAnswer : int {
     kVmxAnswerStop = 16,
 };
 
+// ---- Scan area ---------------------------------------------------------------------------------
+
+// The front main scan area in millimetres, from the paper's top left corner.
+struct TwPaperFrame {
+    double left = 0;
+    double top = 0;
+    double right = 0;
+    double bottom = 0;
+};
+
 // ---- The model definition ----------------------------------------------------------------------
 
 // Implemented by the data source: what the scanner model allows. Feeder limits are in inches.
@@ -171,6 +181,14 @@ public:
     virtual void setDataWithKeyPathValue(const TwValue& keyPathValues) = 0;
     // The model, for UpdateCapData; null before setDataWithDictionary or after closeDS.
     virtual TwainDialogDataInterface* DialogData() = 0;
+
+    // The user's custom papers (array of dictionaries with "Name", "Width", "Length" in mm).
+    virtual TwValue customPaperSize() = 0;
+    // The custom gamma of that name for colour or gray images, or null.
+    virtual TwValue customGamme(const std::string& name, bool isColor) = 0;
+    // The front main scan area; setting it sets the back area's start too.
+    virtual void setPaperFrame(const TwPaperFrame& frame) = 0;
+    virtual void getPaperFrame(TwPaperFrame* frame) = 0;
 
     virtual void showUi(bool show, bool modal, bool onlyUI) = 0;
     virtual void startModal() = 0;

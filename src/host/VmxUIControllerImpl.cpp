@@ -218,6 +218,24 @@ TwainDialogDataInterface* VmxUIControllerImpl::DialogData() {
     return _DialogData.get();
 }
 
+TwValue VmxUIControllerImpl::customPaperSize() {
+    return _DialogData ? _DialogData->customPaperSize() : TwValue();
+}
+
+TwValue VmxUIControllerImpl::customGamme(const std::string& name, bool isColor) {
+    return _DialogData ? _DialogData->customGamme(name, isColor) : TwValue();
+}
+
+void VmxUIControllerImpl::setPaperFrame(const TwPaperFrame& frame) {
+    if (_DialogData)
+        _DialogData->setPaperFrame(frame);
+}
+
+void VmxUIControllerImpl::getPaperFrame(TwPaperFrame* frame) {
+    if (_DialogData && frame)
+        _DialogData->getPaperFrame(frame);
+}
+
 TwainDialogController* VmxUIControllerImpl::controller() {
     std::lock_guard lock(m_controllerLock);
     if (!_dlgController) {

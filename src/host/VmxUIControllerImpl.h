@@ -39,6 +39,10 @@ public:
     TwValue dataForKeyPath(const std::string& keyPath) override;
     void setDataWithKeyPathValue(const TwValue& keyPathValues) override;
     TwainDialogDataInterface* DialogData() override;
+    TwValue customPaperSize() override;
+    TwValue customGamme(const std::string& name, bool isColor) override;
+    void setPaperFrame(const TwPaperFrame& frame) override;
+    void getPaperFrame(TwPaperFrame* frame) override;
 
     void showUi(bool show, bool modal, bool onlyUI) override;
     void startModal() override;

@@ -30,14 +30,6 @@ struct TwSize {
     double length = 0;
 };
 
-// A rectangle of the scan area in millimetres, from the paper's top left corner.
-struct TwPaperFrame {
-    double left = 0;
-    double top = 0;
-    double right = 0;
-    double bottom = 0;
-};
-
 // One area the user can draw: its working-copy keys and its smallest size in millimetres.
 struct TwAreaValidInfo {
     const char* xKey;

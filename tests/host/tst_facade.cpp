@@ -143,6 +143,26 @@ private slots:
         QCOMPARE(g_events[1].second.capability, std::uint16_t(0x0101));
     }
 
+    void presetsAndTheFrameAreForwardedToTheModel() {
+        auto ui = loaded();
+        QVERIFY(ui->customPaperSize().isArray());
+        ui->model()->setCustomGamme("Soft", true, TwValue::dictionary({{"Red", 1}}));
+        QCOMPARE(ui->customGamme("Soft", true).dict()->value("Red").intValue(), 1);
+        QVERIFY(ui->customGamme("Soft", false).isNull());
+        TwPaperFrame frame{0, 0, 0, 0};
+        ui->getPaperFrame(&frame);
+        TwPaperFrame wanted{10, 20, frame.right - 10, frame.bottom - 20};
+        ui->setPaperFrame(wanted);
+        TwPaperFrame back{};
+        ui->getPaperFrame(&back);
+        QCOMPARE(back.left, 10.0);
+        QCOMPARE(back.top, 20.0);
+        ui->getPaperFrame(nullptr);
+        ui->closeDS();
+        ui->setPaperFrame(wanted); // no model: nothing
+        QVERIFY(ui->customPaperSize().isNull());
+    }
+
     void closeDSDropsTheModel() {
         auto ui = loaded();
         ui->closeDS();
