@@ -52,9 +52,9 @@ private slots:
         QVERIFY2(back.isDictionary(), error.c_str());
         QVERIFY(back.isEqual(tree));
         QCOMPARE(back.dict()->keys(), tree.dict()->keys());
-        QVERIFY(back.dict()->value("alpha").isInteger());
-        QVERIFY(back.dict()->value("real").isReal());
-        QVERIFY(back.dict()->value("flag").isBoolean());
+        // Equality takes 1 for 1.0 and true: the types must survive on their own.
+        auto d = back.dict();
+        QVERIFY(d->value("alpha").isInteger() && d->value("real").isReal() && d->value("flag").isBoolean());
     }
 
     void brokenInputIsRefused_data() {
@@ -99,18 +99,12 @@ private slots:
         QVERIFY(bundle);
         QCOMPARE(bundle->bundleIdentifier(), std::string("com.example.ds"));
         QCOMPARE(bundle->objectForInfoDictionaryKey("CFBundleVersion").stringValue(), std::string("2.1"));
-        QVERIFY(bundle->objectForInfoDictionaryKey("Missing").isNull());
-    }
-
-    void bundleWithoutOrWithBrokenInfo() {
+        // No folder: no bundle; a broken Info.plist: a bundle with empty info.
         QVERIFY(!TwBundle::bundleWithPath((dir.path() + "/absent").toStdString()));
         QVERIFY(!TwBundle::bundleWithPath(""));
-        QString path = dir.path() + "/B.bundle";
         writeFile(path + "/Contents/Info.plist", "garbage");
-        auto bundle = TwBundle::bundleWithPath(path.toStdString());
-        QVERIFY(bundle);
-        QCOMPARE(bundle->bundleIdentifier(), std::string());
-        QVERIFY(bundle->infoDictionary().isDictionary());
+        bundle = TwBundle::bundleWithPath(path.toStdString());
+        QVERIFY(bundle && bundle->bundleIdentifier().empty() && bundle->infoDictionary().isDictionary());
     }
 
     void resourcesArePlainThenLocalized() {
