@@ -1,8 +1,8 @@
 // The settings store: sections and key paths, notification rules, the plain-dictionary helpers,
 // texts and the capability records sent as event 1.
+#include "ModelTestSupport.h"
 #include "OrvaDebug.h"
 #include "TwBundle.h"
-#include "TwainDialogData.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,25 +12,6 @@
 #include <cstring>
 
 namespace {
-
-struct Seen {
-    std::string keyPath;
-    TwValue newValue;
-    TwValue oldValue;
-    bool initial;
-};
-
-class Recorder : public TwKeyValueObserver {
-public:
-    std::vector<Seen> seen;
-    std::function<void(const std::string&)> onChange;
-    void observeValueForKeyPath(const std::string& keyPath, TwainDialogData*, const TwKeyValueChange& change,
-                                void*) override {
-        seen.push_back({keyPath, change.newValue, change.oldValue, change.isInitial});
-        if (onChange)
-            onChange(keyPath);
-    }
-};
 
 std::vector<TwCapabilityRecord> g_records;
 std::uint16_t recordCallback(std::uint16_t event, void* data) {
@@ -42,18 +23,15 @@ std::uint16_t recordCallback(std::uint16_t event, void* data) {
     return 0;
 }
 
-void writeFile(const QString& path, const QByteArray& bytes) {
-    QDir().mkpath(QFileInfo(path).path());
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write(bytes);
-}
-
-QByteArray stringsPlist(const QList<QPair<QString, QString>>& entries) {
+void writeStrings(const QString& bundle, const QList<QPair<QString, QString>>& entries) {
+    const QString dir = bundle + "/Contents/Resources/en.lproj";
+    QDir().mkpath(dir);
     QByteArray xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>";
     for (auto& [k, v] : entries)
         xml += "<key>" + k.toUtf8() + "</key><string>" + v.toUtf8() + "</string>";
-    return xml + "</dict></plist>";
+    QFile f(dir + "/Localizable.strings");
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write(xml + "</dict></plist>");
 }
 
 } // namespace
@@ -69,86 +47,51 @@ private slots:
                                           "range",    "enable", "Data",    "Default",
                                           "profiles", "temp",   "image"};
         QCOMPARE(model.m_dictData.dict()->keys(), expected);
-        QVERIFY(model.m_dictEnableChange.isNull());
         QVERIFY(!model.bInProfileProcess && !model.bInLoadProfile && !model.m_bInInit &&
                 !model.m_bForbitChange);
     }
 
-    void readingAMissingSectionCreatesIt() {
+    void keyPathReadsAndWrites() {
         TwainDialogData model;
+        // Reading a missing section creates it, empty.
         QVERIFY(model.valueForKeyPath("Nowhere.Key").isNull());
-        QVERIFY(model.m_dictData.dict()->value("Nowhere").isDictionary());
         QVERIFY(model.m_dictData.dict()->value("Nowhere").dict()->empty());
-    }
-
-    void readingThroughAStringOrArray() {
-        TwainDialogData model;
-        model.setValueForKeyPath("text", "Data.Leaf");
-        QVERIFY(model.valueForKeyPath("Data.Leaf.Deeper").isNull());
-        model.setValueForKeyPath(TwValue::array({TwValue::dictionary({{"value", 1}, {"display", "A4"}}),
-                                                 TwValue::dictionary({{"value", 2}, {"display", "A5"}})}),
-                                 "content.PaperSize");
-        QVERIFY(model.valueForKeyPath("content.PaperSize.display").isEqual(TwValue::array({"A4", "A5"})));
-    }
-
-    void writingCreatesIntermediateDictionaries() {
-        TwainDialogData model;
-        model.setValueForKeyPath(30, "Data.Feed.ManualFeedTimeOut");
-        QVERIFY(model.valueForKeyPath("Data.Feed").isDictionary());
-        QCOMPARE(model.valueForKeyPath("Data.Feed.ManualFeedTimeOut").intValue(), 30);
+        // Writing creates the levels in between; writing through a non-dictionary is dropped.
         model.setValueForKeyPath(true, "Data.Area.Front.L1.Enable");
         QVERIFY(model.valueForKeyPath("Data.Area.Front.L1.Enable").boolValue());
-    }
-
-    void writingThroughANonDictionaryIsDropped() {
-        TwainDialogData model;
         model.setValueForKeyPath("text", "Data.Leaf");
         model.setValueForKeyPath(1, "Data.Leaf.Deeper");
         QVERIFY(model.valueForKeyPath("Data.Leaf").isEqual(TwValue("text")));
-    }
-
-    void writingNullRemovesTheKey() {
-        TwainDialogData model;
-        model.setValueForKeyPath(1, "Data.X");
-        model.setValueForKeyPath(TwValue(), "Data.X");
-        QVERIFY(!model.valueForKeyPath("Data").dict()->contains("X"));
+        QVERIFY(model.valueForKeyPath("Data.Leaf.Deeper").isNull());
+        // Null removes the key.
+        model.setValueForKeyPath(TwValue(), "Data.Leaf");
+        QVERIFY(!model.valueForKeyPath("Data").dict()->contains("Leaf"));
+        // A key path through an array collects the key of each element.
+        model.setValueForKeyPath(TwValue::array({dict({{"value", 1}, {"display", "A4"}}),
+                                                 dict({{"value", 2}, {"display", "A5"}})}),
+                                 "content.PaperSize");
+        QVERIFY(model.valueForKeyPath("content.PaperSize.display").isEqual(TwValue::array({"A4", "A5"})));
     }
 
     void settingASectionMergesIntoIt() {
         TwainDialogData model;
         model.setValueForKeyPath(TwValue::array(), "content.Resolution");
-        model.setValueForKeyPath(TwValue::dictionary({{"Unit", TwValue::array()}}), "content");
+        model.setValueForKeyPath(dict({{"Unit", TwValue::array()}}), "content");
         QVERIFY(model.valueForKeyPath("content.Resolution").isArray());
         QVERIFY(model.valueForKeyPath("content.Unit").isArray());
-        // A section cannot be replaced by something that is not a dictionary.
-        model.setValueForKeyPath(5, "content");
+        model.setValueForKeyPath(5, "content"); // a section stays a dictionary
         QVERIFY(model.valueForKeyPath("content").isDictionary());
-    }
-
-    void setDataWithDictionaryTakesSectionsAndKeyPaths() {
-        TwainDialogData model;
-        model.setDataWithDictionary(TwValue::dictionary({{"Data", TwValue::dictionary({{"Resolution", 200}})},
-                                                         {"Data.ImageType", 2},
-                                                         {"ScanInfo.Version", "1.2"}}));
+        // The same for a whole dictionary of sections and key paths.
+        model.setDataWithDictionary(dict(
+            {{"Data", dict({{"Resolution", 200}})}, {"Data.ImageType", 2}, {"ScanInfo.Version", "1.2"}}));
         QCOMPARE(model.valueForKeyPath("Data.Resolution").intValue(), 200);
         QCOMPARE(model.valueForKeyPath("Data.ImageType").intValue(), 2);
         QVERIFY(model.valueForKeyPath("ScanInfo.Version").isEqual(TwValue("1.2")));
     }
 
     void modelDefinitionPathsReadTheDataSourceObject() {
-        struct Def : TwModelDefFile {
-            TwValue UIEnable() const override { return {}; }
-            TwValue UIOptions() const override { return {}; }
-            TwValue UIControl() const override {
-                return TwValue::dictionary(
-                    {{"MainDialog",
-                      TwValue::dictionary({{"tabFeed", TwValue::dictionary({{"hidden", true}})}})}});
-            }
-            TwValue FeederADF() const override { return {}; }
-            TwValue FeederFlatbed() const override { return {}; }
-            double getPhysicalWidth() const override { return 8.5; }
-            double getMinHeight() const override { return 2; }
-        } def;
+        TestModelDef def;
+        def.controls = dict({{"MainDialog", dict({{"tabFeed", dict({{"hidden", true}})}})}});
         TwainDialogData model;
         QVERIFY(model.valueForKeyPath("ModelDef.UIControl.MainDialog.tabFeed.hidden").isNull());
         model.setModelDef(&def);
@@ -159,121 +102,80 @@ private slots:
 
     // ---- notification rules ----
 
-    void plainWriteNotifiesEvenWhenEqual() {
-        TwainDialogData model;
-        model.setValueForKeyPath(200, "Data.Resolution");
-        Recorder r;
-        model.addObserver(&r, "Data.Resolution", kTwObserveNew | kTwObserveOld);
-        model.setValueForKeyPath(300, "Data.Resolution");
-        model.setValueForKeyPath(300, "Data.Resolution");
-        QCOMPARE(r.seen.size(), size_t(2));
-        QCOMPARE(r.seen[0].oldValue.intValue(), 200);
-        QCOMPARE(r.seen[0].newValue.intValue(), 300);
-        QCOMPARE(r.seen[1].oldValue.intValue(), 300);
-        model.removeObserver(&r, "Data.Resolution");
-    }
-
     void optionsDecideWhatTheChangeCarries_data() {
         QTest::addColumn<unsigned>("options");
-        QTest::addColumn<bool>("hasNew");
-        QTest::addColumn<bool>("hasOld");
-        QTest::newRow("new") << 1u << true << false;
-        QTest::newRow("old") << 2u << false << true;
-        QTest::newRow("new and old") << 3u << true << true;
+        QTest::newRow("new") << unsigned(kTwObserveNew);
+        QTest::newRow("old") << unsigned(kTwObserveOld);
+        QTest::newRow("new and old") << unsigned(kTwObserveNew | kTwObserveOld);
+        QTest::newRow("initial") << unsigned(kTwObserveNew | kTwObserveOld | kTwObserveInitial);
     }
     void optionsDecideWhatTheChangeCarries() {
         QFETCH(unsigned, options);
-        QFETCH(bool, hasNew);
-        QFETCH(bool, hasOld);
         TwainDialogData model;
         model.setValueForKeyPath(1, "Data.X");
-        Recorder r;
-        model.addObserver(&r, "Data.X", options);
+        ChangeRecorder r(model, {"Data.X"}, options);
+        const bool initial = options & kTwObserveInitial;
+        QCOMPARE(r.seen.size(), size_t(initial)); // told at registration, with no old value
+        if (initial)
+            QVERIFY(r.seen[0].initial && r.seen[0].newValue.intValue() == 1 && r.seen[0].oldValue.isNull());
         model.setValueForKeyPath(2, "Data.X");
-        QCOMPARE(r.seen.size(), size_t(1));
-        QCOMPARE(!r.seen[0].newValue.isNull(), hasNew);
-        QCOMPARE(!r.seen[0].oldValue.isNull(), hasOld);
-        model.removeObserver(&r, "Data.X");
-    }
-
-    void initialOptionCallsAtRegistration() {
-        TwainDialogData model;
-        model.setValueForKeyPath(5, "Data.X");
-        Recorder r;
-        model.addObserver(&r, "Data.X", kTwObserveNew | kTwObserveOld | kTwObserveInitial);
-        QCOMPARE(r.seen.size(), size_t(1));
-        QVERIFY(r.seen[0].initial);
-        QCOMPARE(r.seen[0].newValue.intValue(), 5);
-        QVERIFY(r.seen[0].oldValue.isNull());
-        model.removeObserver(&r, "Data.X");
+        QCOMPARE(r.seen.size(), size_t(initial) + 1);
+        QCOMPARE(r.seen.back().newValue.isNull(), !(options & kTwObserveNew));
+        QCOMPARE(r.seen.back().oldValue.isNull(), !(options & kTwObserveOld));
     }
 
     void myChangeValueSkipsEqualValues() {
         TwainDialogData model;
         model.setValueForKeyPath(true, "enable.Duplex");
-        Recorder r;
-        model.addObserver(&r, "enable.Duplex", kTwObserveNew);
+        ChangeRecorder r(model, {"enable.Duplex"});
         model.myChangeValue(1, "enable.Duplex"); // equal: 1 is true
         QCOMPARE(r.seen.size(), size_t(0));
         model.myChangeValue(false, "enable.Duplex");
         QCOMPARE(r.seen.size(), size_t(1)); // once, not once for the write and once for the bracket
         QVERIFY(!model.valueForKeyPath("enable.Duplex").boolValue());
-        model.removeObserver(&r, "enable.Duplex");
+        // A plain write tells even when the value is equal.
+        model.setValueForKeyPath(false, "enable.Duplex");
+        QCOMPARE(r.seen.size(), size_t(2));
     }
 
     void silentWriteTellsNobody() {
         TwainDialogData model;
-        Recorder r;
-        model.addObserver(&r, "Data.X", kTwObserveNew);
-        model.addObserver(&r, "Data", kTwObserveNew);
+        ChangeRecorder r(model, {"Data.X", "Data"});
         model.setValueForKeyPathWithoutNotification(3, "Data.X");
-        model.setValueForKeyPathWithoutNotification(TwValue::dictionary({{"Y", 1}}), "Data");
+        model.setValueForKeyPathWithoutNotification(dict({{"Y", 1}}), "Data");
         QCOMPARE(r.seen.size(), size_t(0));
         QCOMPARE(model.valueForKeyPath("Data.X").intValue(), 3);
         QCOMPARE(model.valueForKeyPath("Data.Y").intValue(), 1);
-        model.removeObserver(&r, "Data.X");
-        model.removeObserver(&r, "Data");
     }
 
     void writeTellsObserversBelowButNotBesideOrAbove() {
         TwainDialogData model;
-        Recorder r;
-        for (auto p : {"Data.Feed", "Data.Feed.A", "Data.Feed.B.C", "Data.FeedX", "Data", "Data.Other"})
-            model.addObserver(&r, p, kTwObserveNew);
-        model.setValueForKeyPath(TwValue::dictionary({{"A", 1}, {"B", TwValue::dictionary({{"C", 2}})}}),
-                                 "Data.Feed");
+        ChangeRecorder r(model,
+                         {"Data.Feed", "Data.Feed.A", "Data.Feed.B.C", "Data.FeedX", "Data", "Data.Other"});
+        model.setValueForKeyPath(dict({{"A", 1}, {"B", dict({{"C", 2}})}}), "Data.Feed");
         std::vector<std::string> told;
         for (auto& s : r.seen)
             told.push_back(s.keyPath);
         std::sort(told.begin(), told.end());
         QCOMPARE(told, (std::vector<std::string>{"Data.Feed", "Data.Feed.A", "Data.Feed.B.C"}));
         QCOMPARE(r.seen.back().newValue.intValue(), 2);
-        for (auto p : {"Data.Feed", "Data.Feed.A", "Data.Feed.B.C", "Data.FeedX", "Data", "Data.Other"})
-            model.removeObserver(&r, p);
     }
 
-    void sectionMergeTellsEverythingUnderIt() {
+    void sectionMergeInsideABracketTellsAtTheEnd() {
         TwainDialogData model;
-        Recorder r;
-        model.addObserver(&r, "content.PaperSize", kTwObserveNew);
-        model.addObserver(&r, "content.Unit", kTwObserveNew);
-        model.addObserver(&r, "Data.Unit", kTwObserveNew);
+        ChangeRecorder r(model, {"content.PaperSize", "content.Unit", "Data.Unit"});
         model.willChangeValueForKey("content");
-        model.setValueForKeyPath(TwValue::dictionary({{"PaperSize", TwValue::array()}}), "content");
+        model.setValueForKeyPath(dict({{"PaperSize", TwValue::array()}}), "content");
         QCOMPARE(r.seen.size(), size_t(0)); // inside the bracket
         model.didChangeValueForKey("content");
-        QCOMPARE(r.seen.size(), size_t(2));
+        QCOMPARE(r.seen.size(), size_t(2)); // everything under the section
         QVERIFY(r.seen[0].newValue.isArray());
-        for (auto p : {"content.PaperSize", "content.Unit", "Data.Unit"})
-            model.removeObserver(&r, p);
-        QCOMPARE(model.observationCount(), size_t(0));
     }
 
     void bracketCapturesOldValueAtWill() {
         TwainDialogData model;
         model.setValueForKeyPath(1, "Data.X");
-        Recorder r;
-        model.addObserver(&r, "Data.X", kTwObserveNew | kTwObserveOld);
+        ChangeRecorder r(model, {"Data.X"}, kTwObserveNew | kTwObserveOld);
         model.willChangeValueForKey("Data.X");
         model.willChangeValueForKey("Data.X"); // nested brackets tell once, at the outer did
         model.setValueForKeyPath(2, "Data.X");
@@ -284,44 +186,30 @@ private slots:
         QCOMPARE(r.seen.size(), size_t(1));
         QCOMPARE(r.seen[0].oldValue.intValue(), 1);
         QCOMPARE(r.seen[0].newValue.intValue(), 3);
-        model.removeObserver(&r, "Data.X");
     }
 
-    void observerRemovedWhileTellingIsNotCalled() {
+    void observersChangingThingsWhileTold() {
         TwainDialogData model;
-        Recorder first, second;
-        model.addObserver(&first, "Data.X", kTwObserveNew);
-        model.addObserver(&second, "Data.X", kTwObserveNew);
-        first.onChange = [&](const std::string&) {
-            model.removeObserver(&second, "Data.X");
-        };
-        model.setValueForKeyPath(1, "Data.X");
-        QCOMPARE(first.seen.size(), size_t(1));
-        QCOMPARE(second.seen.size(), size_t(0));
-        model.removeObserver(&first, "Data.X");
-        QCOMPARE(model.observationCount(), size_t(0));
-    }
-
-    void observerWritingWhileToldSeesNestedChanges() {
-        TwainDialogData model;
-        Recorder r;
-        model.addObserver(&r, "Data.A", kTwObserveNew);
-        model.addObserver(&r, "Data.B", kTwObserveNew);
-        r.onChange = [&](const std::string& p) {
-            if (p == "Data.A")
+        ChangeRecorder first(model, {"Data.X", "Data.A"}), second(model, {"Data.X", "Data.B"});
+        // An observer removed while the change is told is not called.
+        first.onChange = [&](const std::string& p) {
+            if (p == "Data.X")
+                model.removeObserver(&second, "Data.X");
+            else
                 model.myChangeValue(model.valueForKeyPath("Data.A").intValue() * 2, "Data.B");
         };
+        model.setValueForKeyPath(1, "Data.X");
+        QCOMPARE(first.count("Data.X"), 1);
+        QCOMPARE(second.count("Data.X"), 0);
+        // A write from inside a notification is told at once.
         model.setValueForKeyPath(21, "Data.A");
-        QCOMPARE(r.seen.size(), size_t(2));
-        QCOMPARE(r.seen[1].keyPath, std::string("Data.B"));
+        QCOMPARE(second.count("Data.B"), 1);
         QCOMPARE(model.valueForKeyPath("Data.B").intValue(), 42);
-        model.removeObserver(&r, "Data.A");
-        model.removeObserver(&r, "Data.B");
     }
 
     void removingTakesTheLatestRegistration() {
         TwainDialogData model;
-        Recorder r;
+        ChangeRecorder r;
         model.addObserver(&r, "Data.X", kTwObserveNew);
         model.addObserver(&r, "Data.X", kTwObserveNew);
         model.removeObserver(&r, "Data.X");
@@ -336,7 +224,7 @@ private slots:
 
     void dictionaryForKeyPathArray() {
         TwainDialogData model;
-        TwValue d = TwValue::dictionary({{"a", TwValue::dictionary({{"b", 1}})}, {"s", "text"}});
+        TwValue d = dict({{"a", dict({{"b", 1}})}, {"s", "text"}});
         QVERIFY(model.dictionary(d, {}).isNull());
         QCOMPARE(model.dictionary(d, {"a", "b"}).intValue(), 1);
         // A string in the way is replaced by a new dictionary, and the string is what comes back.
@@ -349,7 +237,7 @@ private slots:
 
     void dictionaryReadCreatesOnlyBelowTheFirstLevel() {
         TwainDialogData model;
-        TwValue d = TwValue::dictionary({{"a", TwValue::dictionary()}, {"s", "text"}});
+        TwValue d = dict({{"a", TwValue::dictionary()}, {"s", "text"}});
         QVERIFY(model.dictionaryRead(d, "s.x").isEqual(TwValue("text"))); // returned as it is
         QVERIFY(d.dict()->value("s").isString());
         QVERIFY(model.dictionaryRead(d, "missing.x").isNull());
@@ -371,20 +259,14 @@ private slots:
 
     void allKeyPathsListsLeavesInOrder() {
         TwainDialogData model;
-        TwValue d = TwValue::dictionary(
-            {{"Unit", 1},
-             {"Front",
-              TwValue::dictionary({{"L1", TwValue::dictionary({{"Enable", true}})}, {"Halftone", 0}})},
-             {"Empty", TwValue::dictionary()},
-             {"List", TwValue::array({1})}});
+        TwValue d = dict({{"Unit", 1},
+                          {"Front", dict({{"L1", dict({{"Enable", true}})}, {"Halftone", 0}})},
+                          {"Empty", TwValue::dictionary()},
+                          {"List", TwValue::array({1})}});
         std::string prefix = "Data.Area";
         QCOMPARE(model.allKeyPaths(&prefix, d),
                  (std::vector<std::string>{"Data.Area.Unit", "Data.Area.Front.L1.Enable",
                                            "Data.Area.Front.Halftone", "Data.Area.List"}));
-        QCOMPARE(model.allKeyPaths(nullptr, d).front(), std::string("Unit"));
-        model.setValueForKeyPath(0, "Data.Area.Unit");
-        auto all = model.allKeyPaths();
-        QVERIFY(std::find(all.begin(), all.end(), "Data.Area.Unit") != all.end());
     }
 
     // ---- texts ----
@@ -392,10 +274,8 @@ private slots:
     void localizedStringLookupOrder() {
         QTemporaryDir dir;
         QString ds = dir.path() + "/DS.bundle", own = dir.path() + "/Own.bundle";
-        writeFile(ds + "/Contents/Resources/en.lproj/Localizable.strings",
-                  stringsPlist({{"IDS_SIDE_FRONT", "Front side"}}));
-        writeFile(own + "/Contents/Resources/en.lproj/Localizable.strings",
-                  stringsPlist({{"IDS_SIDE_FRONT", "own front"}, {"IDS_OWN", "own text"}}));
+        writeStrings(ds, {{"IDS_SIDE_FRONT", "Front side"}});
+        writeStrings(own, {{"IDS_SIDE_FRONT", "own front"}, {"IDS_OWN", "own text"}});
         qputenv("LANGUAGE", "en");
         TwBundle::setModuleBundlePath(own.toStdString());
 
@@ -424,7 +304,6 @@ private slots:
         QTest::newRow("1.5") << 1.5f << 1 << 32768;
         QTest::newRow("0.12345 rounds to 0.1235") << 0.12345f << 0 << 8094;
         QTest::newRow("300") << 300.0f << 300 << 0;
-        QTest::newRow("0") << 0.0f << 0 << 0;
         // Negative values: the fraction is the low half of the whole 16.16 product.
         QTest::newRow("-1.5") << -1.5f << -1 << 32769;
         QTest::newRow("-0.25") << -0.25f << 0 << 49153;
@@ -440,6 +319,7 @@ private slots:
         model.setCallback(&recordCallback);
         model.setCapabilityWithFix32(0x1118, value);
         QCOMPARE(g_records.size(), size_t(1));
+        // Byte for byte: capability, item type 7, whole (signed), fraction, little-endian.
         const unsigned char* bytes = reinterpret_cast<const unsigned char*>(&g_records[0]);
         QCOMPARE(bytes[0] | bytes[1] << 8, 0x1118);
         QCOMPARE(bytes[2] | bytes[3] << 8, 7);
@@ -469,14 +349,12 @@ private slots:
         model.setCallback(&recordCallback);
         g_records.clear();
         model.UpdateCapData(keyPath.toStdString(), value);
-        if (!capability) {
-            QVERIFY(g_records.empty());
-            return;
+        QCOMPARE(g_records.size(), size_t(capability != 0));
+        if (capability) {
+            QCOMPARE(int(g_records[0].capability), capability);
+            QCOMPARE(int(g_records[0].itemType), 5);
+            QCOMPARE(qlonglong(g_records[0].value.uint32), sent);
         }
-        QCOMPARE(g_records.size(), size_t(1));
-        QCOMPARE(int(g_records[0].capability), capability);
-        QCOMPARE(int(g_records[0].itemType), 5);
-        QCOMPARE(qlonglong(g_records[0].value.uint32), sent);
     }
 };
 

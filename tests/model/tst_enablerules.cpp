@@ -5,8 +5,6 @@
 
 #include <QTest>
 
-Q_DECLARE_METATYPE(TwValue)
-
 namespace {
 
 // Counts how often the custom landscape rule asks for the feeder's width.
@@ -19,9 +17,6 @@ public:
     }
 };
 
-TwValue dict(std::initializer_list<std::pair<std::string, TwValue>> entries) {
-    return TwValue::dictionary(entries);
-}
 TwValue empty() {
     return TwValue::dictionary();
 }
@@ -33,10 +28,11 @@ void fillConditions(TwainDialogData& model) {
 
 } // namespace
 
-class TestEnableRules : public QObject {
+class TestEnableRules : public ModelFixture {
     Q_OBJECT
 private slots:
     void initTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
+    void init() { fresh(); }
 
     // ---- Evaluation ----
 
@@ -48,19 +44,12 @@ private slots:
         QTest::newRow("empty NOT is true") << dict({{"NOT", empty()}}) << true;
         QTest::newRow("empty top level is true") << empty() << true;
         QTest::newRow("string ignores case") << dict({{"Data.Source", "adf"}}) << true;
-        QTest::newRow("string differs") << dict({{"Data.Source", "ADX"}}) << false;
         QTest::newRow("string never matches a number") << dict({{"Data.Num", "1"}}) << false;
         QTest::newRow("number matches number") << dict({{"Data.Num", 1}}) << true;
-        QTest::newRow("number matches across int and real") << dict({{"Data.Real", 2.5}}) << true;
         QTest::newRow("number never matches a string") << dict({{"Data.Str", 1}}) << false;
         QTest::newRow("boolean is a number") << dict({{"Data.Flag", 1}}) << true;
         QTest::newRow("array: any element") << dict({{"Data.Num", TwValue::array({3, 1})}}) << true;
         QTest::newRow("array: no element") << dict({{"Data.Num", TwValue::array({3, 4})}}) << false;
-        QTest::newRow("array: empty") << dict({{"Data.Num", TwValue::array()}}) << false;
-        QTest::newRow("array of strings")
-            << dict({{"Data.Source", TwValue::array({"flatbed", "adf"})}}) << true;
-        QTest::newRow("missing key, number") << dict({{"Data.Missing", 1}}) << false;
-        QTest::newRow("missing key, string") << dict({{"Data.Missing", "x"}}) << false;
         QTest::newRow("NOT of missing") << dict({{"NOT", dict({{"Data.Missing", 1}})}}) << true;
         QTest::newRow("other value types enable") << dict({{"Data.Num", TwValue(TwBytes{1, 2})}}) << true;
         QTest::newRow("NOT reads the first entry only")
@@ -69,14 +58,10 @@ private slots:
             << dict({{"NOT", dict({{"Data.Num", 2}, {"Data.Num ", 1}})}}) << true;
         QTest::newRow("top level takes its first entry")
             << dict({{"Data.Num", 2}, {"Data.Source", "ADF"}}) << false;
-        QTest::newRow("AND all true")
-            << dict({{"AND", dict({{"Data.Num", 1}, {"Data.Source", "adf"}})}}) << true;
         QTest::newRow("AND one false")
             << dict({{"AND", dict({{"Data.Num", 1}, {"Data.Source", "no"}})}}) << false;
         QTest::newRow("OR one true") << dict({{"OR", dict({{"Data.Num", 5}, {"Data.Source", "ADF"}})}})
                                      << true;
-        QTest::newRow("OR none true")
-            << dict({{"OR", dict({{"Data.Num", 5}, {"Data.Source", "x"}})}}) << false;
         QTest::newRow("prefixed groups")
             << dict({{"AND", dict({{"OR - 1", dict({{"Data.Num", 9}, {"Data.Flag", true}})},
                                    {"NOT - 2", dict({{"Data.Source", "FB"}})},
@@ -86,11 +71,7 @@ private slots:
             << dict({{"AND", dict({{"NOT - 1", dict({{"Data.Source", "adf"}})}})}}) << false;
         QTest::newRow("lower-case or is a key path")
             << dict({{"or", dict({{"Data.Num", 2}, {"Data.Source", "ADF"}})}}) << false;
-        QTest::newRow("OR without the dash is a key path")
-            << dict({{"OR1", dict({{"Data.Num", 2}, {"Data.Source", "ADF"}})}}) << false;
         QTest::newRow("yes ignores case") << dict({{"yes", empty()}}) << true;
-        QTest::newRow("True ignores case") << dict({{"True", empty()}}) << true;
-        QTest::newRow("No ignores case") << dict({{"No", empty()}}) << false;
         QTest::newRow("FALSE inside AND")
             << dict({{"AND", dict({{"TRUE", empty()}, {"false", empty()}})}}) << false;
         QTest::newRow("custom of another target is true") << dict({{"custom", empty()}}) << true;
@@ -170,23 +151,23 @@ private slots:
         QCOMPARE(targets("Data.Source"), (std::vector<std::string>{"enable.A"}));
         QCOMPARE(targets("Data.Flag"), (std::vector<std::string>{"enable.A", "enable.G"}));
 
-        QCOMPARE(model.valueForKeyPath("enable.C"), TwValue(true));
-        QCOMPARE(model.valueForKeyPath("enable.D"), TwValue(false));
-        QCOMPARE(model.valueForKeyPath("enable.E"), TwValue(false)); // starts disabled, has no source
-        QCOMPARE(model.valueForKeyPath("enable.F"), TwValue(true));  // not a rule: left as it was
-        QCOMPARE(model.valueForKeyPath("enable.A"), TwValue(false)); // NOT Source "ADF" is false
-        QCOMPARE(model.valueForKeyPath("enable.B"), TwValue(true));
-        QCOMPARE(model.valueForKeyPath("enable.G"), TwValue(true)); // custom of a non-landscape target
+        // C and D are constants; E (CUSTOM alone) starts disabled; F is no rule and keeps its value;
+        // G's custom is true for a target other than the landscape.
+        auto states = [&] {
+            std::string out;
+            for (const char* t : {"A", "B", "C", "D", "E", "F", "G"})
+                out += model.valueForKeyPath(std::string("enable.") + t).boolValue() ? '1' : '0';
+            return out;
+        };
+        QCOMPARE(states(), std::string("0110011"));
         for (const char* source : {"Data.Num", "Data.Source", "Data.Flag"})
             QVERIFY(model.m_dictObserver.dict()->contains(source));
 
         // A source change re-evaluates its targets; the lone CUSTOM target is never evaluated again.
         model.setValueForKeyPath(TwValue("FB"), "Data.Source");
-        QCOMPARE(model.valueForKeyPath("enable.A"), TwValue(true));
+        QCOMPARE(states(), std::string("1110011"));
         model.setValueForKeyPath(TwValue(5), "Data.Num");
-        QCOMPARE(model.valueForKeyPath("enable.A"), TwValue(false));
-        QCOMPARE(model.valueForKeyPath("enable.B"), TwValue(false));
-        QCOMPARE(model.valueForKeyPath("enable.E"), TwValue(false));
+        QCOMPARE(states(), std::string("0010011"));
         model.removeSelfObserver();
     }
 
@@ -203,9 +184,7 @@ private slots:
 
     // ---- Registration ----
 
-    void addSelfObserverRegistersEveryLeafOnce() {
-        TestModelDef def;
-        auto model = loadedModel(def);
+    void selfObservationRegistersEveryLeafOnceAndEnds() {
         TwDictionary* registry = model->m_dictObserver.dict();
         for (const char* path : {"profiles.name", "Data.Resolution", "Data.Area.Measure.Front.L1.X",
                                  "Data.BinaryImage.Back.Gamma", "temp.GrayDPI", "temp.Area.Width",
@@ -219,22 +198,15 @@ private slots:
         QVERIFY(!registry->contains("Data.Area"));
         std::size_t count = model->observationCount(model.get());
         QCOMPARE(count, registry->size());
-        model->addSelfObserverForKeyPath("Data.Resolution", kTwObserveNew);
+        model->addSelfObserverForKeyPath("Data.Resolution", kTwObserveNew); // already there: nothing
         QCOMPARE(model->observationCount(model.get()), count);
         QVERIFY(!model->m_bInInit);
-    }
 
-    void removeSelfObserverEndsEveryRegistration() {
-        TestModelDef def;
-        def.rules = dict({{"enable.Duplex", dict({{"Data.PaperSource", TwValue::array({1, 4})}})}});
-        auto model = loadedModel(def);
-        QVERIFY(model->m_dictObserver.dict()->size() > 40);
-        QCOMPARE(model->observationCount(model.get()), model->m_dictObserver.dict()->size());
         model->removeSelfObserver();
         QCOMPARE(model->observationCount(model.get()), std::size_t(0));
         QVERIFY(model->m_dictObserver.dict()->empty());
-        model->setValueForKeyPath(TwValue(1), "Data.PaperSource");
-        QCOMPARE(model->valueForKeyPath("enable.Duplex"), TwValue(false));
+        model->setValueForKeyPath(TwValue(150), "Data.Resolution"); // no reaction any more
+        QCOMPARE(model->valueForKeyPath("temp.GrayDPI"), TwValue(300));
         model->removeSelfObserver(); // twice is harmless
     }
 
@@ -243,24 +215,30 @@ private slots:
     void untitledProfileRule_data() {
         QTest::addColumn<QString>("keyPath");
         QTest::addColumn<TwValue>("value");
+        QTest::addColumn<bool>("applying");
         QTest::addColumn<bool>("renamed");
-        QTest::newRow("resolution 300 to 200") << "Data.Resolution" << TwValue(200) << true;
-        QTest::newRow("resolution rewritten unchanged") << "Data.Resolution" << TwValue(300) << false;
-        QTest::newRow("nested setting") << "Data.BinaryImage.Front.Contrast" << TwValue(5) << true;
-        QTest::newRow("area unit") << "Data.Area.Unit" << TwValue(0) << false;
-        QTest::newRow("keep both sides") << "Data.BinaryImage.Keep2SideSame" << TwValue(true) << false;
-        QTest::newRow("a working value that mirrors nothing") << "temp.GrayDPI" << TwValue(5) << false;
-        QTest::newRow("a new Data key (not observed)") << "Data.NewKey" << TwValue(1) << false;
+        QTest::newRow("resolution 300 to 200") << "Data.Resolution" << TwValue(200) << false << true;
+        QTest::newRow("resolution rewritten unchanged")
+            << "Data.Resolution" << TwValue(300) << false << false;
+        QTest::newRow("nested setting") << "Data.BinaryImage.Front.Contrast" << TwValue(5) << false << true;
+        QTest::newRow("area unit") << "Data.Area.Unit" << TwValue(0) << false << false;
+        QTest::newRow("keep both sides")
+            << "Data.BinaryImage.Keep2SideSame" << TwValue(true) << false << false;
+        QTest::newRow("a working value that mirrors nothing")
+            << "temp.GrayDPI" << TwValue(5) << false << false;
+        QTest::newRow("a new Data key (not observed)") << "Data.NewKey" << TwValue(1) << false << false;
+        QTest::newRow("while a profile is applied") << "Data.Resolution" << TwValue(600) << true << false;
     }
     void untitledProfileRule() {
         QFETCH(QString, keyPath);
         QFETCH(TwValue, value);
+        QFETCH(bool, applying);
         QFETCH(bool, renamed);
-        TestModelDef def;
-        auto model = loadedModel(def);
+        model->bInProfileProcess = applying;
         model->setValueForKeyPathWithoutNotification(TwValue("Mine"), "profiles.name");
         model->setValueForKeyPath(value, keyPath.toStdString());
         QCOMPARE(model->valueForKeyPath("profiles.name"), TwValue(renamed ? "Untitled" : "Mine"));
+        QCOMPARE(model->bInProfileProcess, applying);
     }
 
     void initialNotificationsKeepTheProfileName() {
@@ -274,29 +252,14 @@ private slots:
         model.removeSelfObserver();
     }
 
-    void applyingAProfileKeepsTheName() {
-        TestModelDef def;
-        auto model = loadedModel(def);
-        model->bInProfileProcess = true;
-        model->setValueForKeyPathWithoutNotification(TwValue("Mine"), "profiles.name");
-        model->setValueForKeyPath(TwValue(600), "Data.Resolution");
-        QCOMPARE(model->valueForKeyPath("profiles.name"), TwValue("Mine"));
-        QVERIFY(model->bInProfileProcess);
-        model->bInProfileProcess = false;
-    }
-
     void selectingAProfileByName_data() {
         QTest::addColumn<TwValue>("profiles");
-        QTest::newRow("none") << TwValue();
-        QTest::newRow("not an array") << TwValue("profiles");
         QTest::newRow("foreign elements") << TwValue::array({1, "A", TwValue::array()});
         QTest::newRow("a match") << TwValue::array(
             {dict({{"ProfileName", "B"}}), dict({{"ProfileName", "A"}})});
     }
     void selectingAProfileByName() {
         QFETCH(TwValue, profiles);
-        TestModelDef def;
-        auto model = loadedModel(def);
         model->m_CustomProfiles = profiles;
         model->setValueForKeyPath(TwValue("A"), "profiles.name");
         QCOMPARE(model->valueForKeyPath("profiles.name"), TwValue("A"));
@@ -309,17 +272,14 @@ private slots:
 
     void enableRulesRunBeforeTheReactions() {
         // The paper-source reaction reads enable.Duplex: it must see the value for the new source.
-        TestModelDef def;
-        def.rules = dict({{"enable.Duplex", dict({{"Data.PaperSource", TwValue::array({1, 4})}})}});
-        auto model = loadedModel(def);
+        def->rules = dict({{"enable.Duplex", dict({{"Data.PaperSource", TwValue::array({1, 4})}})}});
+        reload();
         model->setValueForKeyPath(TwValue(1), "Data.PaperSource");
         QCOMPARE(model->valueForKeyPath("enable.Duplex"), TwValue(true));
         QCOMPARE(model->valueForKeyPath("temp.GrayImageSide"), TwValue(2));
     }
 
     void loadingAProfileSkipsTheReactions() {
-        TestModelDef def;
-        auto model = loadedModel(def);
         model->bInLoadProfile = true;
         model->setValueForKeyPath(TwValue(150), "Data.Resolution");
         QCOMPARE(model->valueForKeyPath("temp.GrayDPI"), TwValue(300));

@@ -7,47 +7,44 @@
 
 #include <cmath>
 
-Q_DECLARE_METATYPE(TwValue)
-
 namespace {
 
-TwValue dict(std::initializer_list<std::pair<std::string, TwValue>> entries) {
-    return TwValue::dictionary(entries);
-}
-
-std::vector<int> codes(const TwValue& list) {
-    std::vector<int> out;
-    if (auto a = list.list())
-        for (auto& e : *a)
-            out.push_back(e.dict()->value("value").intValue());
+// Area values in millimetres, written "Front.X=20 Width=100".
+std::vector<std::pair<std::string, double>> areaValues(const QString& spec) {
+    std::vector<std::pair<std::string, double>> out;
+    for (const QString& pair : spec.split(' ', Qt::SkipEmptyParts))
+        out.emplace_back(pair.section('=', 0, 0).toStdString(), pair.section('=', 1).toDouble());
     return out;
 }
 
-// Sets area values (millimetres) in the setting and their working copies, telling nobody.
-void placeArea(TwainDialogData& model, const TwValue& values) {
-    if (auto d = values.dict()) {
-        for (auto& [rest, v] : *d) {
-            model.setValueForKeyPathWithoutNotification(v, "Data.Area.Measure." + rest);
-            model.setValueForKeyPathWithoutNotification(v, "temp.Area." + rest);
-        }
+// Sets area values in the setting and their working copies, telling nobody.
+void placeArea(TwainDialogData& model, const QString& spec) {
+    for (auto& [rest, v] : areaValues(spec)) {
+        model.setValueForKeyPathWithoutNotification(v, "Data.Area.Measure." + rest);
+        model.setValueForKeyPathWithoutNotification(v, "temp.Area." + rest);
     }
 }
 
-void compareArea(TwainDialogData& model, const TwValue& expected) {
-    for (auto& [rest, v] : *expected.dict()) {
-        double got = model.valueForKeyPath("Data.Area.Measure." + rest).doubleValue();
-        if (std::fabs(got - v.doubleValue()) > 1e-9)
-            QFAIL(
-                qPrintable(QString("%1 is %2, expected %3").arg(rest.c_str()).arg(got).arg(v.doubleValue())));
-    }
+// Compares the setting and, with the unit in millimetres, the working copies too.
+void compareArea(TwainDialogData& model, const QString& spec, bool workingCopies = false) {
+    for (auto& [rest, v] : areaValues(spec))
+        for (const char* prefix : {"Data.Area.Measure.", "temp.Area."}) {
+            double got = model.valueForKeyPath(prefix + rest).doubleValue();
+            if (std::fabs(got - v) > 1e-9)
+                QFAIL(qPrintable(
+                    QString("%1%2 is %3, expected %4").arg(prefix).arg(rest.c_str()).arg(got).arg(v)));
+            if (!workingCopies)
+                break;
+        }
 }
 
 } // namespace
 
-class TestPaperRules : public QObject {
+class TestPaperRules : public ModelFixture {
     Q_OBJECT
 private slots:
     void initTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
+    void init() { fresh(); }
 
     // ---- The current paper ----
 
@@ -62,7 +59,6 @@ private slots:
         QTest::newRow("custom, truncated") << TwValue("Mine") << 1005.0 << 500.0;
         QTest::newRow("custom that vanished") << TwValue("Gone") << 2100.0 << 2970.0;
         QTest::newRow("custom without a size") << TwValue("Broken") << 2100.0 << 2970.0;
-        QTest::newRow("missing") << TwValue() << 2100.0 << 2970.0;
         QTest::newRow("not a paper") << TwValue::array({5}) << 2100.0 << 2970.0;
     }
     void currentPaperSize() {
@@ -79,42 +75,6 @@ private slots:
         QCOMPARE(size.length, length);
     }
 
-    void orientation_data() {
-        QTest::addColumn<bool>("allowed");
-        QTest::addColumn<bool>("landscape");
-        QTest::addColumn<double>("width");
-        QTest::newRow("turned") << true << true << 2100.0;
-        QTest::newRow("not chosen") << true << false << 1480.0;
-        QTest::newRow("not allowed") << false << true << 1480.0;
-    }
-    void orientation() {
-        QFETCH(bool, allowed);
-        QFETCH(bool, landscape);
-        QFETCH(double, width);
-        TwainDialogData model;
-        model.setValueForKeyPath(standardPapers(), "content.PaperSize");
-        model.setValueForKeyPath(TwValue(5), "Data.PaperSize");
-        model.setValueForKeyPath(TwValue(allowed), "enable.Landscape");
-        model.setValueForKeyPath(TwValue(landscape), "Data.Landscape");
-        TwSize size = model.GetCurrentPaperSizeInCurrentOrientation();
-        QCOMPARE(size.width, width);
-        QCOMPARE(size.length, width == 2100.0 ? 1480.0 : 2100.0);
-    }
-
-    void unitAndDuplex() {
-        TwainDialogData model;
-        QVERIFY(!model.AreaUnitIsInch());
-        for (auto [unit, inch] : {std::pair{TwValue(0), true}, {TwValue(1), false}, {TwValue("0"), false}}) {
-            model.setValueForKeyPath(unit, "Data.Area.Unit");
-            QCOMPARE(model.AreaUnitIsInch(), inch);
-        }
-        QVERIFY(!model.IsDuplx());
-        for (int source = 0; source < 7; ++source) {
-            model.setValueForKeyPath(TwValue(source), "Data.PaperSource");
-            QCOMPARE(model.IsDuplx(), source == 1 || source == 4);
-        }
-    }
-
     // ---- Landscape ----
 
     void landscapeFollowsTheFeeder_data() {
@@ -125,7 +85,6 @@ private slots:
         QTest::newRow("A4 on a wider feeder") << TwValue(1) << 12.0 << true;
         QTest::newRow("A5") << TwValue(5) << 8.5 << true;
         QTest::newRow("length equal to the feeder width") << TwValue(52) << 8.5 << true;
-        QTest::newRow("Letter") << TwValue(3) << 8.5 << false;
         QTest::newRow("card just wide enough") << TwValue(53) << 8.5 << true;
         QTest::newRow("custom too narrow to feed sideways") << TwValue("Narrow") << 8.5 << false;
         QTest::newRow("custom at the minimum") << TwValue("Edge") << 8.5 << true;
@@ -134,11 +93,10 @@ private slots:
         QFETCH(TwValue, paperSize);
         QFETCH(double, physicalWidth);
         QFETCH(bool, enabled);
-        TestModelDef def;
-        def.physicalWidth = physicalWidth;
-        def.minHeight = 2.0;
-        def.rules = dict({{"enable.Landscape", dict({{"CUSTOM", TwValue::dictionary()}})}});
-        auto model = loadedModel(def);
+        def->physicalWidth = physicalWidth;
+        def->minHeight = 2.0;
+        def->rules = dict({{"enable.Landscape", dict({{"CUSTOM", TwValue::dictionary()}})}});
+        reload();
         model->m_CustomPapers =
             TwValue::array({customPaper("Narrow", 40, 80), customPaper("Edge", 50.9, 100)});
         model->setValueForKeyPath(TwValue(13), "Data.PaperSize"); // A6: always allowed
@@ -149,11 +107,10 @@ private slots:
     }
 
     void landscapeKeepsTheOtherConditionsOfItsRule() {
-        TestModelDef def;
-        def.rules = dict({{"enable.Landscape",
-                           dict({{"AND", dict({{"CUSTOM", TwValue::dictionary()},
-                                               {"NOT - 1", dict({{"Data.AutoCrop.Enable", true}})}})}})}});
-        auto model = loadedModel(def);
+        def->rules = dict({{"enable.Landscape",
+                            dict({{"AND", dict({{"CUSTOM", TwValue::dictionary()},
+                                                {"NOT - 1", dict({{"Data.AutoCrop.Enable", true}})}})}})}});
+        reload();
         model->setValueForKeyPath(TwValue(5), "Data.PaperSize");
         QCOMPARE(model->valueForKeyPath("enable.Landscape"), TwValue(true));
         model->setValueForKeyPath(TwValue(true), "Data.AutoCrop.Enable");
@@ -170,7 +127,6 @@ private slots:
         QTest::addColumn<QList<int>>("kept");
         QTest::newRow("150") << 150 << QList<int>{0, 4, 5};
         QTest::newRow("300") << 300 << QList<int>{0, 1, 2, 4, 5};
-        QTest::newRow("399") << 399 << QList<int>{0, 1, 2, 4, 5};
         QTest::newRow("400") << 400 << QList<int>{0, 1, 2, 3, 4, 5};
         QTest::newRow("600") << 600 << QList<int>{0, 1, 2, 3, 4, 5};
         QTest::newRow("90") << 90 << QList<int>{0};
@@ -184,9 +140,6 @@ private slots:
         model.SetBinaryImageRate();
         auto got = codes(model.valueForKeyPath("content.RateImageAvail"));
         QCOMPARE(QList<int>(got.begin(), got.end()), kept);
-        // The kept entries are the choice list's own entries.
-        QVERIFY(model.valueForKeyPath("content.RateImageAvail").list()->front().dict() ==
-                model.valueForKeyPath("content.RateImage").list()->front().dict());
     }
 
     void grayResolution_data() {
@@ -205,7 +158,6 @@ private slots:
         QTest::newRow("300, 1/3") << 300 << 2 << 2 << 100;
         QTest::newRow("300, 1/4 steps to 1/3") << 300 << 3 << 2 << 100;
         QTest::newRow("300, code 4") << 300 << 4 << 4 << 300;
-        QTest::newRow("300, code 9") << 300 << 9 << 9 << 300;
         QTest::newRow("600, none") << 600 << 0 << 0 << 600;
         QTest::newRow("600, 1/2") << 600 << 1 << 1 << 300;
         QTest::newRow("600, 1/3") << 600 << 2 << 2 << 200;
@@ -214,7 +166,6 @@ private slots:
         QTest::newRow("600, code 5") << 600 << 5 << 5 << 600;
         QTest::newRow("90, code 4 moves to 3 and down") << 90 << 4 << 0 << 90;
         QTest::newRow("90, huge code") << 90 << 1000000000 << 0 << 90;
-        QTest::newRow("90, 1/2") << 90 << 1 << 0 << 90;
         QTest::newRow("negative code") << 90 << -3 << -3 << 90;
     }
     void grayResolution() {
@@ -231,8 +182,6 @@ private slots:
     }
 
     void aResolutionEditUpdatesBoth() {
-        TestModelDef def;
-        auto model = loadedModel(def);
         model->setValueForKeyPath(TwValue(3), "Data.AutoDistinction.RateBinaryImage");
         QCOMPARE(model->valueForKeyPath("Data.AutoDistinction.RateBinaryImage"), TwValue(2));
         QCOMPARE(model->valueForKeyPath("temp.GrayDPI"), TwValue(100));
@@ -252,10 +201,7 @@ private slots:
             << dict({{"MaxWidth", 8.504}, {"MaxHeight", 118.0}}) << 8400;
         QTest::newRow("narrower: no Letter or Legal")
             << dict({{"MaxWidth", 8.3}, {"MaxHeight", 118.0}}) << 7016;
-        QTest::newRow("short: only small papers") << dict({{"MaxWidth", 8.504}, {"MaxHeight", 8.3}}) << 4961;
         QTest::newRow("no limits: every paper") << dict({}) << 9921;
-        QTest::newRow("width only") << dict({{"MaxWidth", 8.3}}) << 7016;
-        QTest::newRow("limits not numbers") << dict({{"MaxWidth", "wide"}, {"MaxHeight", TwValue()}}) << 9921;
         QTest::newRow("feeder not a dictionary") << TwValue("ADF") << 9921;
         QTest::newRow("nothing fits") << dict({{"MaxWidth", 1.0}, {"MaxHeight", 1.0}}) << 0;
     }
@@ -267,12 +213,8 @@ private slots:
         TwainDialogData model;
         model.setModelDef(&def);
         model.setValueForKeyPath(standardPapers(), "content.PaperSize");
-        ChangeRecorder recorder;
-        model.addObserver(&recorder, "range.AutoCropLength", kTwObserveNew);
         model.calcAutoCropLength();
         QCOMPARE(model.valueForKeyPath("range.AutoCropLength"), TwValue(length));
-        QCOMPARE(recorder.count("range.AutoCropLength"), 0); // a plain write
-        model.removeObserver(&recorder, "range.AutoCropLength");
     }
 
     // ---- Paper lists ----
@@ -287,25 +229,20 @@ private slots:
                             customPaper("Card", 85.6, 54)});
         model.updateContentPaperSizeAll();
         TwValue all = model.valueForKeyPath("content.PaperSizeAll");
-        QCOMPARE(all.list()->size(), std::size_t(4));
-        QCOMPARE(all.list()->at(0).dict()->value("value"), TwValue(1));
-        QCOMPARE(all.list()->at(1).dict()->value("value"), TwValue(5));
-        QCOMPARE(all.list()->at(2).dict()->value("value"), TwValue("Receipt"));
-        QCOMPARE(all.list()->at(2).dict()->value("display"), TwValue("Receipt - 80.0 x 200.2 mm"));
-        QCOMPARE(all.list()->at(3).dict()->value("display"), TwValue("Card - 85.6 x 54.0 mm"));
+        // The entry without a name is left out.
+        QCOMPARE(model.valueForKeyPath("content.PaperSizeAll.value"),
+                 TwValue::array({1, 5, "Receipt", "Card"}));
+        QCOMPARE(model.valueForKeyPath("content.PaperSizeAll.display"),
+                 TwValue::array({"A4", "A5", "Receipt - 80.0 x 200.2 mm", "Card - 85.6 x 54.0 mm"}));
         QCOMPARE(all.list()->at(3).dict()->value("mmWidth"), TwValue(856));
         TwValue plusNone = model.valueForKeyPath("content.PaperSizeAllPlusNone");
-        QCOMPARE(plusNone.list()->size(), std::size_t(5));
-        QCOMPARE(plusNone.list()->at(0).dict()->value("value"), TwValue(0));
-        QCOMPARE(plusNone.list()->at(0).dict()->value("display"),
-                 TwValue(model.localizedString("IDS_PAPERSIZE_NONE")));
-        for (std::size_t i = 0; i < 4; ++i)
-            QCOMPARE(plusNone.list()->at(i + 1), all.list()->at(i));
+        QCOMPARE(plusNone.list()->at(0),
+                 dict({{"value", 0}, {"display", model.localizedString("IDS_PAPERSIZE_NONE")}}));
+        plusNone.list()->erase(plusNone.list()->begin());
+        QCOMPARE(plusNone, all);
     }
 
     void aVanishedCustomPaperLeavesTheLists() {
-        TestModelDef def;
-        auto model = loadedModel(def);
         model->m_CustomPapers =
             TwValue::array({customPaper("Receipt", 80, 200), customPaper("Slip", 100, 100)});
         model->updateContentPaperSizeAll();
@@ -314,55 +251,42 @@ private slots:
         model->m_CustomPapers.list()->erase(model->m_CustomPapers.list()->begin());
         model->updateContentPaperSizeAll();
         TwValue all = model->valueForKeyPath("content.PaperSizeAll.value");
-        QVERIFY(!std::any_of(all.list()->begin(), all.list()->end(),
-                             [](auto& v) { return v.isEqual(TwValue("Receipt")); }));
-        QVERIFY(std::any_of(all.list()->begin(), all.list()->end(),
-                            [](auto& v) { return v.isEqual(TwValue("Slip")); }));
-        TwSize size = model->GetCurrentPaperSize();
-        QCOMPARE(size.width, 2100.0);
-        QCOMPARE(size.length, 2970.0);
+        QCOMPARE(all.list()->back(), TwValue("Slip"));
+        QVERIFY(std::none_of(all.list()->begin(), all.list()->end(),
+                             [](auto& v) { return v.isString() && v.stringValue() == "Receipt"; }));
+        QCOMPARE(model->GetCurrentPaperSize().width, 2100.0); // back to the first standard paper
     }
 
     // ---- Area geometry ----
 
     void formatterRanges_data() {
         QTest::addColumn<QString>("key");
-        QTest::addColumn<TwValue>("area");
+        QTest::addColumn<QString>("area");
         QTest::addColumn<bool>("duplex");
         QTest::addColumn<double>("start");
         QTest::addColumn<double>("length");
-        TwValue none = TwValue::dictionary();
-        QTest::newRow("front X") << "temp.Area.Front.X" << none << false << 0.0 << 200.0;
-        QTest::newRow("back X") << "temp.Area.Back.X" << none << false << 0.0 << 200.0;
-        QTest::newRow("Y") << "temp.Area.Y" << none << false << 0.0 << 287.0;
-        QTest::newRow("width beside X")
-            << "temp.Area.Width" << dict({{"Front.X", 20.0}}) << false << 10.0 << 180.0;
-        QTest::newRow("width ignores the back when simplex")
-            << "temp.Area.Width" << dict({{"Back.X", 50.0}}) << false << 10.0 << 200.0;
-        QTest::newRow("width beside the back X in duplex")
-            << "temp.Area.Width" << dict({{"Front.X", 20.0}, {"Back.X", 50.0}}) << true << 10.0 << 150.0;
-        QTest::newRow("length below Y") << "temp.Area.Length" << dict({{"Y", 7.0}}) << false << 10.0 << 280.0;
-        QTest::newRow("setting key") << "Data.Area.Measure.Width" << dict({{"Front.X", 20.0}}) << false
-                                     << 10.0 << 180.0;
-        QTest::newRow("sub-area X") << "temp.Area.Front.L1.X" << none << false << 0.0 << 208.0;
-        QTest::newRow("sub-area Y") << "temp.Area.Back.L1.Y" << none << false << 0.0 << 295.0;
-        QTest::newRow("sub-area width")
-            << "temp.Area.Front.L1.Width" << dict({{"Front.L1.X", 10.0}}) << false << 2.0 << 198.0;
-        QTest::newRow("sub-area length")
-            << "temp.Area.Back.L1.Length" << dict({{"Back.L1.Y", 100.0}}) << false << 2.0 << 195.0;
-        QTest::newRow("X beyond the paper")
-            << "temp.Area.Width" << dict({{"Front.X", 205.0}}) << false << 10.0 << 0.0;
-        QTest::newRow("side selector") << "temp.Area.Side" << none << false << 0.0 << 0.0;
-        QTest::newRow("not an area") << "Data.Resolution" << none << false << 0.0 << 0.0;
+        auto row = [](const char* name, const char* key, const char* area, bool duplex, double start,
+                      double length) {
+            QTest::newRow(name) << QString(key) << QString(area) << duplex << start << length;
+        };
+        row("front X", "temp.Area.Front.X", "", false, 0, 200);
+        row("Y", "temp.Area.Y", "", false, 0, 287);
+        row("width beside X", "temp.Area.Width", "Front.X=20", false, 10, 180);
+        row("width ignores the back when simplex", "temp.Area.Width", "Back.X=50", false, 10, 200);
+        row("width beside the back X in duplex", "temp.Area.Width", "Front.X=20 Back.X=50", true, 10, 150);
+        row("length below Y", "temp.Area.Length", "Y=7", false, 10, 280);
+        row("sub-area X", "temp.Area.Front.L1.X", "", false, 0, 208);
+        row("sub-area width", "temp.Area.Front.L1.Width", "Front.L1.X=10", false, 2, 198);
+        row("sub-area length", "temp.Area.Back.L1.Length", "Back.L1.Y=100", false, 2, 195);
+        row("X beyond the paper", "temp.Area.Width", "Front.X=205", false, 10, 0);
+        row("not an area", "Data.Resolution", "", false, 0, 0);
     }
     void formatterRanges() {
         QFETCH(QString, key);
-        QFETCH(TwValue, area);
+        QFETCH(QString, area);
         QFETCH(bool, duplex);
         QFETCH(double, start);
         QFETCH(double, length);
-        TestModelDef def;
-        auto model = loadedModel(def);
         placeArea(*model, area);
         model->setValueForKeyPathWithoutNotification(TwValue(duplex), "enable.Duplex");
         TwSize range = model->GetFormatterRange(key.toStdString());
@@ -370,70 +294,42 @@ private slots:
         QCOMPARE(range.length, length);
     }
 
-    void formatterRangesFollowTheOrientation() {
-        TestModelDef def;
-        auto model = loadedModel(def);
-        model->setValueForKeyPath(TwValue(5), "Data.PaperSize");
-        model->setValueForKeyPath(TwValue(true), "Data.Landscape");
-        QCOMPARE(model->GetFormatterRange("temp.Area.Y").length, 138.0);
-        QCOMPARE(model->GetFormatterRange("temp.Area.Front.X").length, 200.0);
-    }
-
     void editedAreasStayOnThePaper_data() {
-        QTest::addColumn<TwValue>("before");
+        QTest::addColumn<QString>("before");
         QTest::addColumn<QString>("key");
         QTest::addColumn<double>("entered");
-        QTest::addColumn<TwValue>("after");
-        TwValue none = TwValue::dictionary();
-        QTest::newRow("too wide: shrunk to the paper")
-            << none << "Width" << 250.0 << dict({{"Width", 210.0}, {"Front.X", 0.0}});
-        QTest::newRow("X kept, width gives way")
-            << none << "Front.X" << 30.0 << dict({{"Front.X", 30.0}, {"Width", 180.0}, {"Back.X", 0.0}});
-        QTest::newRow("width kept, X moves")
-            << dict({{"Front.X", 30.0}, {"Width", 180.0}}) << "Width" << 200.0
-            << dict({{"Front.X", 10.0}, {"Width", 200.0}, {"Back.X", 0.0}});
-        QTest::newRow("width moves the back X too")
-            << dict({{"Width", 100.0}, {"Back.X", 110.0}}) << "Width" << 150.0
-            << dict({{"Front.X", 0.0}, {"Back.X", 60.0}, {"Width", 150.0}});
-        QTest::newRow("back X kept, width gives way")
-            << none << "Back.X" << 50.0 << dict({{"Back.X", 50.0}, {"Width", 160.0}, {"Front.X", 0.0}});
-        QTest::newRow("X no further than the minimum width")
-            << none << "Front.X" << 205.0 << dict({{"Front.X", 200.0}, {"Width", 10.0}});
-        QTest::newRow("negative X") << none << "Front.X" << -5.0
-                                    << dict({{"Front.X", 0.0}, {"Width", 210.0}});
-        QTest::newRow("main minimum length")
-            << none << "Length" << 5.0 << dict({{"Length", 10.0}, {"Y", 0.0}});
-        QTest::newRow("Y near the bottom") << none << "Y" << 295.0 << dict({{"Y", 287.0}, {"Length", 10.0}});
-        QTest::newRow("sub-area too wide: moved, then shrunk")
-            << none << "Front.L1.Width" << 300.0 << dict({{"Front.L1.Width", 210.0}, {"Front.L1.X", 0.0}});
-        QTest::newRow("sub-area moved back")
-            << none << "Back.L1.Width" << 205.0 << dict({{"Back.L1.Width", 205.0}, {"Back.L1.X", 5.0}});
-        QTest::newRow("sub-area minimum")
-            << none << "Front.L1.Length" << 1.0 << dict({{"Front.L1.Length", 2.0}});
-        QTest::newRow("sub-area outside the main area is kept")
-            << dict({{"Width", 100.0}}) << "Front.L1.X" << 150.0
-            << dict({{"Front.L1.X", 150.0}, {"Front.L1.Width", 50.0}});
-        QTest::newRow("a fitting value is left alone")
-            << none << "Front.L1.Y" << 40.0 << dict({{"Front.L1.Y", 40.0}, {"Front.L1.Length", 20.0}});
+        QTest::addColumn<QString>("after");
+        auto row = [](const char* name, const char* before, const char* key, double entered,
+                      const char* after) {
+            QTest::newRow(name) << QString(before) << QString(key) << entered << QString(after);
+        };
+        row("too wide: shrunk to the paper", "", "Width", 250, "Width=210 Front.X=0");
+        row("X kept, width gives way", "", "Front.X", 30, "Front.X=30 Width=180 Back.X=0");
+        row("width kept, X moves", "Front.X=30 Width=180", "Width", 200, "Front.X=10 Width=200 Back.X=0");
+        row("width moves the back X too", "Width=100 Back.X=110", "Width", 150,
+            "Front.X=0 Back.X=60 Width=150");
+        row("X no further than the minimum width", "", "Front.X", 205, "Front.X=200 Width=10");
+        row("main minimum length", "", "Length", 5, "Length=10 Y=0");
+        row("Y near the bottom", "", "Y", 295, "Y=287 Length=10");
+        row("sub-area too wide: moved, then shrunk", "", "Front.L1.Width", 300,
+            "Front.L1.Width=210 Front.L1.X=0");
+        row("sub-area moved back", "", "Back.L1.Width", 205, "Back.L1.Width=205 Back.L1.X=5");
+        row("sub-area minimum", "", "Front.L1.Length", 1, "Front.L1.Length=2");
+        row("sub-area outside the main area is kept", "Width=100", "Front.L1.X", 150,
+            "Front.L1.X=150 Front.L1.Width=50");
     }
+
     void editedAreasStayOnThePaper() {
-        QFETCH(TwValue, before);
+        QFETCH(QString, before);
         QFETCH(QString, key);
         QFETCH(double, entered);
-        QFETCH(TwValue, after);
-        TestModelDef def;
-        auto model = loadedModel(def);
+        QFETCH(QString, after);
         placeArea(*model, before);
         model->setValueForKeyPath(TwValue(entered), "temp.Area." + key.toStdString());
-        compareArea(*model, after);
-        // Working copies agree with the setting (millimetres here).
-        for (auto& [rest, v] : *after.dict())
-            QCOMPARE(model->valueForKeyPath("temp.Area." + rest).doubleValue(), v.doubleValue());
+        compareArea(*model, after, true);
     }
 
     void aCorrectedFieldIsAskedToRefresh() {
-        TestModelDef def;
-        auto model = loadedModel(def);
         model->setValueForKeyPath(TwValue(0), "Data.Area.Unit");
         model->setValueForKeyPath(TwValue(9.0), "temp.Area.Width");
         QCOMPARE(model->valueForKeyPath("Data.Area.Measure.Width").doubleValue(), 210.0);
@@ -447,71 +343,43 @@ private slots:
     }
 
     void aWholePaperAreaFollowsThePaper() {
-        TestModelDef def;
-        auto model = loadedModel(def);
         model->setValueForKeyPath(TwValue(5), "Data.PaperSize");
-        compareArea(*model, dict({{"Front.X", 0.0},
-                                  {"Back.X", 0.0},
-                                  {"Y", 0.0},
-                                  {"Width", 148.0},
-                                  {"Length", 210.0},
-                                  {"Front.L1.X", 10.0},
-                                  {"Front.L1.Width", 50.0}}));
+        compareArea(*model, "Front.X=0 Back.X=0 Y=0 Width=148 Length=210 Front.L1.X=10 Front.L1.Width=50");
         QCOMPARE(model->valueForKeyPath("temp.Area.Width").doubleValue(), 148.0);
         model->setValueForKeyPath(TwValue(1), "Data.PaperSize");
-        compareArea(*model, dict({{"Width", 210.0}, {"Length", 297.0}}));
+        compareArea(*model, "Width=210 Length=297");
         model->setValueForKeyPath(TwValue(53), "Data.PaperSize"); // a card: the sub-areas move onto it
-        compareArea(*model, dict({{"Width", 55.0},
-                                  {"Length", 91.0},
-                                  {"Front.L1.X", 5.0},
-                                  {"Front.L1.Width", 50.0},
-                                  {"Back.L1.X", 5.0}}));
+        compareArea(*model, "Width=55 Length=91 Front.L1.X=5 Front.L1.Width=50 Back.L1.X=5");
     }
 
     void aDrawnAreaIsKeptMovedAndShrunk() {
-        TestModelDef def;
-        auto model = loadedModel(def);
-        placeArea(
-            *model,
-            dict({{"Front.X", 20.0}, {"Back.X", 0.0}, {"Y", 30.0}, {"Width", 100.0}, {"Length", 150.0}}));
+        placeArea(*model, "Front.X=20 Back.X=0 Y=30 Width=100 Length=150");
         model->setValueForKeyPath(TwValue(5), "Data.PaperSize"); // A5: still fits
-        compareArea(*model, dict({{"Front.X", 20.0}, {"Y", 30.0}, {"Width", 100.0}, {"Length", 150.0}}));
+        compareArea(*model, "Front.X=20 Y=30 Width=100 Length=150");
         model->setValueForKeyPath(TwValue(13), "Data.PaperSize"); // A6, 105 x 148
-        compareArea(
-            *model,
-            dict({{"Front.X", 5.0}, {"Back.X", 0.0}, {"Y", 0.0}, {"Width", 100.0}, {"Length", 148.0}}));
+        compareArea(*model, "Front.X=5 Back.X=0 Y=0 Width=100 Length=148");
         model->setValueForKeyPath(TwValue(1), "Data.PaperSize"); // back on A4 the area stays as it is
-        compareArea(*model, dict({{"Front.X", 5.0}, {"Y", 0.0}, {"Width", 100.0}, {"Length", 148.0}}));
+        compareArea(*model, "Front.X=5 Y=0 Width=100 Length=148");
     }
 
     void turningThePaperTurnsAWholePaperArea() {
-        TestModelDef def;
-        auto model = loadedModel(def);
         model->setValueForKeyPath(TwValue(5), "Data.PaperSize");
         model->setValueForKeyPath(TwValue(true), "Data.Landscape");
         QCOMPARE(model->valueForKeyPath("enable.Landscape"), TwValue(true));
-        compareArea(*model, dict({{"Width", 210.0}, {"Length", 148.0}}));
+        compareArea(*model, "Width=210 Length=148");
         model->setValueForKeyPath(TwValue(1), "Data.PaperSize"); // A4 cannot turn: portrait again
         QCOMPARE(model->valueForKeyPath("enable.Landscape"), TwValue(false));
-        compareArea(*model, dict({{"Width", 210.0}, {"Length", 297.0}}));
+        compareArea(*model, "Width=210 Length=297");
     }
 
     void validateAllBringsEveryAreaBack() {
-        TestModelDef def;
-        auto model = loadedModel(def);
-        placeArea(*model, dict({{"Front.X", 300.0}, {"Back.L1.Y", 296.0}, {"Front.L1.Width", 0.5}}));
+        placeArea(*model, "Front.X=300 Back.L1.Y=296 Front.L1.Width=0.5");
         model->ValidateAreaRectAll();
-        compareArea(*model, dict({{"Front.X", 0.0},
-                                  {"Width", 210.0},
-                                  {"Back.L1.Y", 277.0},
-                                  {"Back.L1.Length", 20.0},
-                                  {"Front.L1.Width", 2.0}}));
+        compareArea(*model, "Front.X=0 Width=210 Back.L1.Y=277 Back.L1.Length=20 Front.L1.Width=2");
         QCOMPARE(model->valueForKeyPath("temp.Area.Back.L1.Y").doubleValue(), 277.0);
     }
 
     void areasTheSettingLacksAreNotCreated() {
-        TestModelDef def;
-        auto model = loadedModel(def);
         model->setValueForKeyPathWithoutNotification(TwValue(), "Data.Area.Measure.Back.L1");
         model->setValueForKeyPathWithoutNotification(TwValue("wide"), "Data.Area.Measure.Front.L1.Width");
         model->ValidateAreaRectAll();
@@ -520,13 +388,9 @@ private slots:
     }
 
     void paperFrame() {
-        TestModelDef def;
-        auto model = loadedModel(def);
         model->setValueForKeyPath(TwValue(0), "Data.Area.Unit");
         model->setPaperFrame({10, 20, 110, 220});
-        compareArea(
-            *model,
-            dict({{"Front.X", 10.0}, {"Back.X", 10.0}, {"Y", 20.0}, {"Width", 100.0}, {"Length", 200.0}}));
+        compareArea(*model, "Front.X=10 Back.X=10 Y=20 Width=100 Length=200");
         QCOMPARE(model->valueForKeyPath("temp.Area.Width").doubleValue(), 100.0 / 25.4);
         TwPaperFrame frame;
         model->getPaperFrame(&frame);
@@ -536,11 +400,11 @@ private slots:
         QCOMPARE(frame.bottom, 220.0);
 
         model->setPaperFrame({110, 220, 10, 20}); // corners in any order
-        compareArea(*model, dict({{"Front.X", 10.0}, {"Width", 100.0}}));
+        compareArea(*model, "Front.X=10 Width=100");
         model->setPaperFrame({0, 0, 500, 500}); // larger than the paper
-        compareArea(*model, dict({{"Width", 210.0}, {"Length", 297.0}}));
+        compareArea(*model, "Width=210 Length=297");
         model->setPaperFrame({NAN, 0, 10, 10}); // refused
-        compareArea(*model, dict({{"Width", 210.0}, {"Length", 297.0}}));
+        compareArea(*model, "Width=210 Length=297");
         model->getPaperFrame(nullptr);
     }
 };

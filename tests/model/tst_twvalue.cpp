@@ -16,12 +16,10 @@ private slots:
         QTest::newRow("int = real") << TwValue(300) << TwValue(300.0) << true;
         QTest::newRow("int != real fraction") << TwValue(1) << TwValue(1.5) << false;
         QTest::newRow("true = 1") << TwValue(true) << TwValue(1) << true;
-        QTest::newRow("false = 0.0") << TwValue(false) << TwValue(0.0) << true;
         QTest::newRow("number != its string") << TwValue(1) << TwValue("1") << false;
         QTest::newRow("string case matters") << TwValue("ADF") << TwValue("adf") << false;
         QTest::newRow("null = null") << TwValue() << TwValue() << true;
         QTest::newRow("null != 0") << TwValue() << TwValue(0) << false;
-        QTest::newRow("null != empty string") << TwValue() << TwValue("") << false;
         QTest::newRow("arrays deep") << TwValue::array({1, "a", TwValue::dictionary({{"k", 2}})})
                                      << TwValue::array({1.0, "a", TwValue::dictionary({{"k", 2.0}})}) << true;
         QTest::newRow("arrays order") << TwValue::array({1, 2}) << TwValue::array({2, 1}) << false;
@@ -29,7 +27,6 @@ private slots:
             << TwValue::dictionary({{"a", 1}, {"b", 2}}) << TwValue::dictionary({{"b", 2}, {"a", 1}}) << true;
         QTest::newRow("dicts extra key")
             << TwValue::dictionary({{"a", 1}}) << TwValue::dictionary({{"a", 1}, {"b", 2}}) << false;
-        QTest::newRow("data") << TwValue(TwBytes{1, 2}) << TwValue(TwBytes{1, 2}) << true;
         QTest::newRow("large ints") << TwValue(9007199254740993LL) << TwValue(9007199254740992LL) << false;
     }
     void equality() {
@@ -68,20 +65,12 @@ private slots:
 
     void unsignedOfNegativeWraps() { QCOMPARE(TwValue(-1).unsignedIntValue(), 0xFFFFFFFFu); }
 
-    void containersAreShared() {
-        TwValue d = TwValue::dictionary();
-        TwValue alias = d;
-        alias.dict()->set("k", 1);
-        QCOMPARE(d.dict()->value("k").intValue(), 1);
-
-        TwValue copy = d.deepCopy();
-        copy.dict()->set("k", 2);
-        QCOMPARE(d.dict()->value("k").intValue(), 1);
-    }
-
-    void deepCopyCopiesEveryLevel() {
+    void containersAreSharedUntilDeepCopied() {
         TwValue inner = TwValue::dictionary({{"x", 1}});
         TwValue outer = TwValue::dictionary({{"inner", inner}, {"list", TwValue::array({inner})}});
+        TwValue alias = outer;
+        alias.dict()->set("k", 1);
+        QVERIFY(outer.dict()->contains("k"));
         TwValue copy = outer.deepCopy();
         QVERIFY(copy.isEqual(outer));
         copy.dict()->value("inner").dict()->set("x", 5);
