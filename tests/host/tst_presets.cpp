@@ -329,10 +329,8 @@ private slots:
         QDir().mkpath(bundle.path() + "/Contents/Resources");
         auto ui = start(bundle.path().toStdString());
         auto& model = *ui->model();
-        QVERIFY(!model.prepareFactoryProfiles());
-        QVERIFY(!model.saveCustomProfile());
-        QVERIFY(!model.saveCustomPaperSize());
-        QVERIFY(!model.saveCustomGamma());
+        QVERIFY(!model.prepareFactoryProfiles() && !model.saveCustomProfile() &&
+                !model.saveCustomPaperSize() && !model.saveCustomGamma());
         QVERIFY(model.customProfiles().isNull());
         model.saveUntitleProfile();
         model.AddCustomProfile("Nowhere");

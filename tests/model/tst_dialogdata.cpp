@@ -257,18 +257,6 @@ private slots:
         QCOMPARE(model.dictionaryRead(d, "a.b.c").intValue(), 5);
     }
 
-    void allKeyPathsListsLeavesInOrder() {
-        TwainDialogData model;
-        TwValue d = dict({{"Unit", 1},
-                          {"Front", dict({{"L1", dict({{"Enable", true}})}, {"Halftone", 0}})},
-                          {"Empty", TwValue::dictionary()},
-                          {"List", TwValue::array({1})}});
-        std::string prefix = "Data.Area";
-        QCOMPARE(model.allKeyPaths(&prefix, d),
-                 (std::vector<std::string>{"Data.Area.Unit", "Data.Area.Front.L1.Enable",
-                                           "Data.Area.Front.Halftone", "Data.Area.List"}));
-    }
-
     // ---- texts ----
 
     void localizedStringLookupOrder() {

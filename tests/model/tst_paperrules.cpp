@@ -158,6 +158,7 @@ private slots:
         QTest::newRow("300, 1/3") << 300 << 2 << 2 << 100;
         QTest::newRow("300, 1/4 steps to 1/3") << 300 << 3 << 2 << 100;
         QTest::newRow("300, code 4") << 300 << 4 << 4 << 300;
+        QTest::newRow("300, code 5") << 300 << 5 << 5 << 300;
         QTest::newRow("600, none") << 600 << 0 << 0 << 600;
         QTest::newRow("600, 1/2") << 600 << 1 << 1 << 300;
         QTest::newRow("600, 1/3") << 600 << 2 << 2 << 200;

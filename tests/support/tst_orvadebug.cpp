@@ -97,11 +97,6 @@ bool isCreationLine(const QByteArray& line) {
 
 constexpr qint64 kMaxSize = 5242880;
 
-std::uint32_t fourCC(const char (&s)[5]) {
-    return std::uint32_t(std::uint8_t(s[0])) << 24 | std::uint32_t(std::uint8_t(s[1])) << 16 |
-           std::uint32_t(std::uint8_t(s[2])) << 8 | std::uint32_t(std::uint8_t(s[3]));
-}
-
 } // namespace
 
 class TestOrvaDebug : public QObject {
@@ -282,9 +277,8 @@ private slots:
     void unlevelledLines_data() {
         QTest::addColumn<int>("flag");
         QTest::addColumn<int>("mode");
-        QTest::newRow("flag 1") << 1 << 6;
         QTest::newRow("flag 0: no time") << 0 << 6;
-        QTest::newRow("no level filter") << 7 << -5;
+        QTest::newRow("any other flag, whatever the level") << 7 << -5;
     }
     void unlevelledLines() {
         QFETCH(int, flag);
@@ -609,46 +603,23 @@ private slots:
         auto io = [](quint32 code) {
             return QByteArray(IOReturnString(std::int32_t(code)));
         };
-        QCOMPARE(io(0), QByteArray("kIOReturnSuccess OK"));
         QCOMPARE(io(0xE00002BC), QByteArray("kIOReturnError general error"));
-        QCOMPARE(io(0xE0000001), QByteArray("kIOReturnInvalid should never be seen"));
         QCOMPARE(io(0xE000404F), QByteArray("kIOUSBPipeStalled Pipe has stalled, error needs to be cleared"));
-        for (quint32 unassigned : {0xE00002BBu, 0xE00002F1u, 0xE0004000u, 0xE0004062u, 0xFFFFFFFFu})
-            QCOMPARE(io(unassigned), QByteArray("UNKNOW"));
+        QCOMPARE(io(0xE0004062), QByteArray("UNKNOW"));
         // Every name belongs to exactly one code: 1 + 51 common + invalid + 12 + 16 USB.
         QSet<QByteArray> names;
-        int known = 0;
-        auto visit = [&](quint32 c) {
-            if (io(c) != "UNKNOW") {
-                ++known;
+        for (quint32 c = 0xE00002B0; c <= 0xE0004070; c = (c == 0xE0000300 ? 0xE0004000 : c + 1))
+            if (io(c) != "UNKNOW")
                 names.insert(io(c).left(io(c).indexOf(' ')));
-            }
-        };
-        visit(0);
-        visit(0xE0000001);
-        for (quint32 c = 0xE00002B0; c <= 0xE0000300; ++c)
-            visit(c);
-        for (quint32 c = 0xE0004000; c <= 0xE0004070; ++c)
-            visit(c);
-        QCOMPARE(known, 81);
+        names.insert(io(0).left(io(0).indexOf(' ')));
+        names.insert(io(0xE0000001).left(io(0xE0000001).indexOf(' ')));
         QCOMPARE(names.size(), 81);
 
-        auto type = [](quint32 code) {
-            return QByteArray(ObjectType2Str(code));
-        };
-        QCOMPARE(type(fourCC("icdv")), QByteArray("kICADevice"));
-        QCOMPARE(type(fourCC("scan")), QByteArray("kICADeviceScanner")); // the first match wins
-        QCOMPARE(type(fourCC("file")), QByteArray("kICAFile"));
-        QCOMPARE(type(fourCC("mfp ")), QByteArray("kICADeviceMFP"));
-        QCOMPARE(type(fourCC("area")), QByteArray("'area'")); // no name: the code in quotes
-        QCOMPARE(type(fourCC("mfp ") & 0xFFFFFF00u), QByteArray("'mfp '"));
-        QCOMPARE(type(fourCC("abcd") & 0x00FFFFFFu), QByteArray("' bcd'"));
-
-        QCOMPARE(QByteArray(ICAErr2Str(0)), QByteArray("noErr"));
-        QCOMPARE(QByteArray(ICAErr2Str(-9900)), QByteArray("kICACommunicationErr"));
+        // 'scan' (the first of its names wins), and 'mfp' with a zero byte (no name: the code in quotes).
+        QCOMPARE(QByteArray(ObjectType2Str(0x7363616E)), QByteArray("kICADeviceScanner"));
+        QCOMPARE(QByteArray(ObjectType2Str(0x6D667000)), QByteArray("'mfp '"));
         QCOMPARE(QByteArray(ICAErr2Str(-9917)), QByteArray("kICADeviceIOServicePathNotFoundErr"));
-        for (int e : {-9899, -9918, 2})
-            QCOMPARE(QByteArray(ICAErr2Str(std::int16_t(e))), QByteArray(std::strerror(e)));
+        QCOMPARE(QByteArray(ICAErr2Str(-9918)), QByteArray(std::strerror(-9918)));
     }
 };
 

@@ -72,22 +72,6 @@ private slots:
         QCOMPARE(QDir(dir.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size(), 0);
     }
 
-    void twoSaversKeepEachOthersKeys() {
-        QTemporaryDir dir;
-        TwPreferences a(kDomain, dir.path().toStdString());
-        TwPreferences b(kDomain, dir.path().toStdString());
-        QVERIFY(a.copyValue("custom papers").isNull() && b.copyValue("custom papers").isNull());
-        a.setValue("custom papers", TwValue::array({TwValue::dictionary({{"Name", "Card"}})}));
-        QVERIFY(a.synchronize());
-        b.setValue("customize",
-                   TwValue::dictionary({{"BorderRemoval", TwValue::dictionary({{"left", 10}})}}));
-        QVERIFY(b.synchronize());
-        QVERIFY(b.copyValue("custom papers").isArray()); // b now sees what a saved
-        TwPreferences c(kDomain, dir.path().toStdString());
-        QVERIFY(c.copyValue("custom papers").isArray());
-        QVERIFY(c.copyValue("customize").isDictionary());
-    }
-
     void twoProcessesSavingAtOnceLoseNothing() {
         QTemporaryDir dir;
         const int rounds = 40;
@@ -117,7 +101,6 @@ private slots:
 
     void unreadableFileIsKeptAsideBeforeTheNextSave_data() {
         QTest::addColumn<QByteArray>("content");
-        QTest::newRow("garbage") << QByteArray("\x01\x02 not a property list");
         QTest::newRow("truncated xml")
             << QByteArray("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>profiles");
         QTest::newRow("an array, not a dictionary")
