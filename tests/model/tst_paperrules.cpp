@@ -10,24 +10,24 @@
 namespace {
 
 // Area values in millimetres, written "Front.X=20 Width=100".
-std::vector<std::pair<std::string, double>> areaValues(const QString& spec) {
+std::vector<std::pair<std::string, double>> areaValues(const QString& text) {
     std::vector<std::pair<std::string, double>> out;
-    for (const QString& pair : spec.split(' ', Qt::SkipEmptyParts))
+    for (const QString& pair : text.split(' ', Qt::SkipEmptyParts))
         out.emplace_back(pair.section('=', 0, 0).toStdString(), pair.section('=', 1).toDouble());
     return out;
 }
 
 // Sets area values in the setting and their working copies, telling nobody.
-void placeArea(TwainDialogData& model, const QString& spec) {
-    for (auto& [rest, v] : areaValues(spec)) {
+void placeArea(TwainDialogData& model, const QString& text) {
+    for (auto& [rest, v] : areaValues(text)) {
         model.setValueForKeyPathWithoutNotification(v, "Data.Area.Measure." + rest);
         model.setValueForKeyPathWithoutNotification(v, "temp.Area." + rest);
     }
 }
 
 // Compares the setting and, with the unit in millimetres, the working copies too.
-void compareArea(TwainDialogData& model, const QString& spec, bool workingCopies = false) {
-    for (auto& [rest, v] : areaValues(spec))
+void compareArea(TwainDialogData& model, const QString& text, bool workingCopies = false) {
+    for (auto& [rest, v] : areaValues(text))
         for (const char* prefix : {"Data.Area.Measure.", "temp.Area."}) {
             double got = model.valueForKeyPath(prefix + rest).doubleValue();
             if (std::fabs(got - v) > 1e-9)
