@@ -10,6 +10,7 @@
 #include "TwBundle.h"
 #include "TwPlist.h"
 #include "TwainDialogData.h"
+#include "TwainView.h"
 #include "VmxUIControllerImpl.h"
 
 #include <QFile>
@@ -46,12 +47,14 @@ struct Sample {
         qputenv("XDG_CONFIG_HOME", config->path().toLocal8Bit());
     }
 
-    std::unique_ptr<VmxUIControllerImpl> load(const TwValue& values = TwValue()) {
+    // The facade with the sample's values (or the given ones) and its definition (or the given one).
+    std::unique_ptr<VmxUIControllerImpl> load(const TwValue& values = TwValue(),
+                                              SampleModelDef* otherDef = nullptr) {
         auto ui = std::make_unique<VmxUIControllerImpl>();
         ui->initWithDSBundle(kBundle);
         // The facade's init points the log at the system paths; the tests keep their own.
         captureLog();
-        ui->setModelDef(&def);
+        ui->setModelDef(otherDef ? otherDef : &def);
         ui->setDataWithDictionary(values.isNull() ? capabilities.deepCopy() : values, 0);
         return ui;
     }
@@ -77,6 +80,14 @@ struct Sample {
 
 inline void set(VmxUIControllerImpl& ui, const char* keyPath, const TwValue& value) {
     ui.setDataWithKeyPathValue(TwValue::dictionary({{keyPath, value}}));
+}
+
+// A tab of the class, bound to the model when one is given.
+inline std::unique_ptr<TwainView> makeTab(const char* className, TwainDialogData* model = nullptr) {
+    std::unique_ptr<TwainView> tab(TwainView::create(QString::fromLatin1(className)));
+    if (tab && model)
+        tab->bindControlsToObject(model);
+    return tab;
 }
 
 template <class T = QWidget> T* child(const QWidget* parent, const char* name) {
