@@ -61,13 +61,14 @@ QMessageBox::Icon iconFor(std::uint32_t messageType) {
 
 } // namespace
 
-TwMessageBoxSpec TwMessageBoxSpecFor(const QString& title, const QString& message, std::uint32_t messageType,
-                                     bool withContinueStop, const TwMessageText& text) {
-    TwMessageBoxSpec spec;
-    spec.title = title;
-    spec.message = message;
-    spec.messageType = messageType;
-    spec.icon = iconFor(messageType);
+TwMessageBoxSetup TwMessageBoxSetupFor(const QString& title, const QString& message,
+                                       std::uint32_t messageType, bool withContinueStop,
+                                       const TwMessageText& text) {
+    TwMessageBoxSetup setup;
+    setup.title = title;
+    setup.message = message;
+    setup.messageType = messageType;
+    setup.icon = iconFor(messageType);
     auto set = buttonSet(messageType & kVmxButtonSetMask, withContinueStop);
     auto title_ = [&](const char* key) {
         QString t = text ? text(key) : QString::fromLatin1(key);
@@ -75,64 +76,64 @@ TwMessageBoxSpec TwMessageBoxSpecFor(const QString& title, const QString& messag
     };
     if (!set) {
         // The platform's single default button, which stands for no code.
-        spec.knownSet = false;
-        spec.buttons.push_back({QMessageBox::tr("OK"), 0});
-        return spec;
+        setup.knownSet = false;
+        setup.buttons.push_back({QMessageBox::tr("OK"), 0});
+        return setup;
     }
-    spec.buttons.push_back({title_(set->first), set->firstCode});
+    setup.buttons.push_back({title_(set->first), set->firstCode});
     if (set->second) {
-        spec.buttons.push_back({title_(set->second), set->secondCode});
+        setup.buttons.push_back({title_(set->second), set->secondCode});
         if (messageType & kVmxSwapMask) {
-            std::swap(spec.buttons[0], spec.buttons[1]);
+            std::swap(setup.buttons[0], setup.buttons[1]);
             // Left to the platform: Escape presses the button that backs out, wherever it is.
             for (int i = 0; i < 2; ++i) {
-                int code = spec.buttons[std::size_t(i)].code;
+                int code = setup.buttons[std::size_t(i)].code;
                 if (code == kVmxAnswerCancel || code == kVmxAnswerNo || code == kVmxAnswerStop)
-                    spec.escapeIndex = i;
+                    setup.escapeIndex = i;
             }
         } else {
-            spec.escapeIndex = 1;
+            setup.escapeIndex = 1;
         }
     }
-    return spec;
+    return setup;
 }
 
-int TwMessageAnswerForIndex(const TwMessageBoxSpec& spec, int index) {
-    if (index < 0 || index >= int(spec.buttons.size()))
+int TwMessageAnswerForIndex(const TwMessageBoxSetup& setup, int index) {
+    if (index < 0 || index >= int(setup.buttons.size()))
         return 0;
-    return spec.buttons[std::size_t(index)].code;
+    return setup.buttons[std::size_t(index)].code;
 }
 
-int TwMessageAnswerForPanelReturn(const TwMessageBoxSpec& spec, std::int16_t panelReturn) {
+int TwMessageAnswerForPanelReturn(const TwMessageBoxSetup& setup, std::int16_t panelReturn) {
     if (panelReturn == -1)
         return 0;
-    return TwMessageAnswerForIndex(spec, panelReturn == 0 ? 1 : 0);
+    return TwMessageAnswerForIndex(setup, panelReturn == 0 ? 1 : 0);
 }
 
-QMessageBox* TwCreateMessageBox(const TwMessageBoxSpec& spec, QWidget* parent) {
+QMessageBox* TwCreateMessageBox(const TwMessageBoxSetup& setup, QWidget* parent) {
     auto* box = new QMessageBox(parent);
-    box->setIcon(spec.icon);
-    if (spec.title.isEmpty()) {
-        box->setText(spec.message);
+    box->setIcon(setup.icon);
+    if (setup.title.isEmpty()) {
+        box->setText(setup.message);
     } else {
-        box->setText(spec.title);
-        box->setInformativeText(spec.message);
+        box->setText(setup.title);
+        box->setInformativeText(setup.message);
     }
     box->setTextFormat(Qt::PlainText);
     if (parent)
         box->setWindowTitle(parent->window()->windowTitle());
     // Added right to left so that the default button ends up rightmost; ActionRole keeps Qt from
     // reordering them by role.
-    std::vector<QPushButton*> made(spec.buttons.size());
-    for (int i = int(spec.buttons.size()) - 1; i >= 0; --i) {
-        auto& b = spec.buttons[std::size_t(i)];
+    std::vector<QPushButton*> made(setup.buttons.size());
+    for (int i = int(setup.buttons.size()) - 1; i >= 0; --i) {
+        auto& b = setup.buttons[std::size_t(i)];
         made[std::size_t(i)] = box->addButton(b.title, QMessageBox::ActionRole);
         made[std::size_t(i)]->setProperty("twAnswer", b.code);
         made[std::size_t(i)]->setProperty("twIndex", i);
     }
     box->setDefaultButton(made.front());
-    if (spec.escapeIndex >= 0 && spec.escapeIndex < int(made.size()))
-        box->setEscapeButton(made[std::size_t(spec.escapeIndex)]);
+    if (setup.escapeIndex >= 0 && setup.escapeIndex < int(made.size()))
+        box->setEscapeButton(made[std::size_t(setup.escapeIndex)]);
     else if (made.size() == 1)
         box->setEscapeButton(made.front());
     // The texts can't be selected, as on the platform's alerts.
@@ -140,11 +141,11 @@ QMessageBox* TwCreateMessageBox(const TwMessageBoxSpec& spec, QWidget* parent) {
     return box;
 }
 
-int TwRunMessageBox(const TwMessageBoxSpec& spec, QWidget* parent, const TwMessagePoll& poll,
+int TwRunMessageBox(const TwMessageBoxSetup& setup, QWidget* parent, const TwMessagePoll& poll,
                     std::uint32_t intervalMs) {
     if (!poll && runner())
-        return runner()(spec);
-    QPointer<QMessageBox> box = TwCreateMessageBox(spec, parent);
+        return runner()(setup);
+    QPointer<QMessageBox> box = TwCreateMessageBox(setup, parent);
     std::optional<int> polledAnswer;
     QTimer timer;
     if (poll) {
@@ -156,7 +157,7 @@ int TwRunMessageBox(const TwMessageBoxSpec& spec, QWidget* parent, const TwMessa
             if (!r)
                 return;
             timer.stop();
-            polledAnswer = TwMessageAnswerForPanelReturn(spec, *r);
+            polledAnswer = TwMessageAnswerForPanelReturn(setup, *r);
             box->done(0);
         });
         timer.start();
@@ -168,7 +169,7 @@ int TwRunMessageBox(const TwMessageBoxSpec& spec, QWidget* parent, const TwMessa
         answer = *polledAnswer;
     } else if (box) {
         QAbstractButton* clicked = box->clickedButton();
-        if (clicked && spec.knownSet)
+        if (clicked && setup.knownSet)
             answer = clicked->property("twAnswer").toInt();
     }
     delete box;

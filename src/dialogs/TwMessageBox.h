@@ -17,7 +17,7 @@ struct TwMessageButton {
     int code = 0;
 };
 
-struct TwMessageBoxSpec {
+struct TwMessageBoxSetup {
     QString title;   // the bold main text; may be empty
     QString message; // the informative text
     std::uint32_t messageType = 1;
@@ -34,27 +34,28 @@ struct TwMessageBoxSpec {
 using TwMessageText = std::function<QString(const char* key)>;
 
 // The box a message type asks for. withContinueStop adds the facade's set 5.
-TwMessageBoxSpec TwMessageBoxSpecFor(const QString& title, const QString& message, std::uint32_t messageType,
-                                     bool withContinueStop, const TwMessageText& text);
+TwMessageBoxSetup TwMessageBoxSetupFor(const QString& title, const QString& message,
+                                       std::uint32_t messageType, bool withContinueStop,
+                                       const TwMessageText& text);
 
 // The code of the button at the index (0 first, 1 second); anything else is 0.
-int TwMessageAnswerForIndex(const TwMessageBoxSpec& spec, int index);
+int TwMessageAnswerForIndex(const TwMessageBoxSetup& setup, int index);
 // The code for an answer of the platform's alert panel as a polling callback gives it: -1 the
 // third button (0), 0 the second button, anything else the first.
-int TwMessageAnswerForPanelReturn(const TwMessageBoxSpec& spec, std::int16_t panelReturn);
+int TwMessageAnswerForPanelReturn(const TwMessageBoxSetup& setup, std::int16_t panelReturn);
 
-// A Qt message box for the spec, not shown. Its buttons appear in the order of the spec, left to
+// A Qt message box for the setup, not shown. Its buttons appear in the order of the setup, left to
 // right with the default one rightmost, each carrying its code in the property "twAnswer".
-QMessageBox* TwCreateMessageBox(const TwMessageBoxSpec& spec, QWidget* parent);
+QMessageBox* TwCreateMessageBox(const TwMessageBoxSetup& setup, QWidget* parent);
 
 // Polls while a box is open: nothing keeps it open, a value ends it as that panel return.
 using TwMessagePoll = std::function<std::optional<std::int16_t>()>;
 
 // Shows the box modally and answers its code. With a poll, it is called every intervalMs
 // milliseconds (the first one interval after the box opened) until it ends the box.
-int TwRunMessageBox(const TwMessageBoxSpec& spec, QWidget* parent, const TwMessagePoll& poll = {},
+int TwRunMessageBox(const TwMessageBoxSetup& setup, QWidget* parent, const TwMessagePoll& poll = {},
                     std::uint32_t intervalMs = 0);
 
 // Tests replace the showing of un-polled boxes; an empty function restores it.
-using TwMessageBoxRunner = std::function<int(const TwMessageBoxSpec& spec)>;
+using TwMessageBoxRunner = std::function<int(const TwMessageBoxSetup& setup)>;
 void TwSetMessageBoxRunner(TwMessageBoxRunner runner);

@@ -592,10 +592,10 @@ void TwainDialogController::setProgress(const void* progressRecord) {
 int TwainDialogController::showMessageBox(const QString& message, const QString& title,
                                           std::uint32_t messageType) {
     OrvaLog(kOrvaLogTrace, "ENTER: %s(0x%x)\n", methodName("showMessageBox").c_str(), messageType);
-    auto spec = TwMessageBoxSpecFor(title, message, messageType, false, [this](const char* key) {
+    auto setup = TwMessageBoxSetupFor(title, message, messageType, false, [this](const char* key) {
         return localizedStringNoEmpty(QString::fromLatin1(key));
     });
-    int answer = TwRunMessageBox(spec, isVisible() ? m_window.data() : nullptr);
+    int answer = TwRunMessageBox(setup, isVisible() ? m_window.data() : nullptr);
     OrvaLog(kOrvaLogTrace, "LEAVE: %s, return %d\n", methodName("showMessageBox").c_str(), answer);
     return answer;
 }

@@ -425,14 +425,14 @@ int VmxUIControllerImpl::innerShowMessageBox(const std::string& message, const s
     if (!ensureApplication())
         return 0;
     QString title = titleKey.empty() ? QString() : QString::fromStdString(localizedStringNoEmpty(titleKey));
-    auto spec = TwMessageBoxSpecFor(
+    auto setup = TwMessageBoxSetupFor(
         title, QString::fromStdString(message), messageType, true,
         [this](const char* key) { return QString::fromStdString(localizedStringNoEmpty(key)); });
     QWidget* parent =
         _dlgController && _dlgController->isVisible() ? _dlgController->windowIfLoaded() : nullptr;
     int answer;
     if (callbackEvent == 0) {
-        answer = TwRunMessageBox(spec, parent);
+        answer = TwRunMessageBox(setup, parent);
     } else {
         TwMessagePoll poll = [this, callbackEvent]() -> std::optional<std::int16_t> {
             if (!callbackFunc)
@@ -442,7 +442,7 @@ int VmxUIControllerImpl::innerShowMessageBox(const std::string& message, const s
                 return std::nullopt;
             return static_cast<std::int16_t>(r);
         };
-        answer = TwRunMessageBox(spec, parent, poll, timeIntervalMs);
+        answer = TwRunMessageBox(setup, parent, poll, timeIntervalMs);
     }
     OrvaLog(kOrvaLogTrace, "LEAVE: %s, return %d\n", methodName("innerShowMessageBox").c_str(), answer);
     return answer;

@@ -101,7 +101,7 @@ class TestDialog : public QObject {
     TwValue mainDialog; // the sample's own entries
     SampleModelDef def{TwValue()};
     TwValue capabilities;
-    std::vector<TwMessageBoxSpec> boxes;
+    std::vector<TwMessageBoxSetup> boxes;
     int boxAnswer = kVmxAnswerOK;
 
     std::unique_ptr<VmxUIControllerImpl> loaded(const std::string& bundle = kBundle) {
@@ -133,7 +133,7 @@ class TestDialog : public QObject {
         root.dict()->value("UIControl").dict()->value("MainDialog").dict()->set(id, entry);
     }
     void useRecordedBoxes() {
-        TwSetMessageBoxRunner([this](const TwMessageBoxSpec& s) {
+        TwSetMessageBoxRunner([this](const TwMessageBoxSetup& s) {
             boxes.push_back(s);
             return boxAnswer;
         });

@@ -20,12 +20,12 @@ QString textFor(const char* key) {
     return QString::fromLatin1(key);
 }
 
-TwMessageBoxSpec boxFor(std::uint32_t type, bool withContinueStop = false) {
-    return TwMessageBoxSpecFor(QStringLiteral("Title"), QStringLiteral("Message"), type, withContinueStop,
-                               &textFor);
+TwMessageBoxSetup boxFor(std::uint32_t type, bool withContinueStop = false) {
+    return TwMessageBoxSetupFor(QStringLiteral("Title"), QStringLiteral("Message"), type, withContinueStop,
+                                &textFor);
 }
 
-QStringList titles(const TwMessageBoxSpec& s) {
+QStringList titles(const TwMessageBoxSetup& s) {
     QStringList out;
     for (auto& b : s.buttons)
         out << b.title;
@@ -88,7 +88,7 @@ private slots:
 
     void emptyTitlesBecomeOneBlank() {
         auto s =
-            TwMessageBoxSpecFor({}, QStringLiteral("m"), 2, false, [](const char*) { return QString(); });
+            TwMessageBoxSetupFor({}, QStringLiteral("m"), 2, false, [](const char*) { return QString(); });
         QCOMPARE(titles(s), (QStringList{" ", " "}));
     }
 
@@ -102,7 +102,7 @@ private slots:
         QVERIFY(box->defaultButton()->x() > box->escapeButton()->x());
 
         auto untitled =
-            TwMessageBoxSpecFor({}, QStringLiteral("Please enter a name."), 0x20001, false, &textFor);
+            TwMessageBoxSetupFor({}, QStringLiteral("Please enter a name."), 0x20001, false, &textFor);
         std::unique_ptr<QMessageBox> plain(TwCreateMessageBox(untitled, nullptr));
         QCOMPARE(plain->text(), QStringLiteral("Please enter a name."));
         QVERIFY(plain->informativeText().isEmpty());
