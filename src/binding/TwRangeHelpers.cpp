@@ -140,6 +140,11 @@ void SetSliderRange(QAbstractSlider* slider, int minimum, int maximum, int place
     TwBoundControl::refresh(slider);
 }
 
+void SetTextSliderRange(QWidget* field, QAbstractSlider* slider, int minimum, int maximum, int places) {
+    SetTextRange(field, minimum, maximum, places);
+    SetSliderRange(slider, minimum, maximum, places);
+}
+
 void SetStepperRange(QAbstractSpinBox* stepper, int minimum, int maximum, int places, int increment) {
     if (auto* real = qobject_cast<QDoubleSpinBox*>(stepper)) {
         real->setDecimals(placesOrZero(places));

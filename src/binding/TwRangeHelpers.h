@@ -26,6 +26,9 @@ void SetTextRangeFormatter(TwainNumberFormatter* formatter, int minimum, int max
 void SetTextRange(QWidget* field, int minimum, int maximum, int places);
 // Minimum and maximum scaled; the alternate increment (the page step, in real units) stays 1.0.
 void SetSliderRange(QAbstractSlider* slider, int minimum, int maximum, int places);
+// A text field and the slider beside it showing the same setting: SetTextRange and
+// SetSliderRange with the one range.
+void SetTextSliderRange(QWidget* field, QAbstractSlider* slider, int minimum, int maximum, int places);
 // Minimum, maximum and increment all scaled.
 void SetStepperRange(QAbstractSpinBox* stepper, int minimum, int maximum, int places, int increment);
 

@@ -8,10 +8,8 @@ constexpr double kLineHeight = 26.0;
 
 TwainViewBinaryImage::TwainViewBinaryImage(QWidget* parent) : TwainView(parent) {
     setUpForm(ui);
-    SetTextRange(ui.txtBrightness, 1, 255, 0);
-    SetSliderRange(ui.sldBrightness, 1, 255, 0);
-    SetTextRange(ui.txtContrast, 1, 255, 0);
-    SetSliderRange(ui.sldContrast, 1, 255, 0);
+    SetTextSliderRange(ui.txtBrightness, ui.sldBrightness, 1, 255, 0);
+    SetTextSliderRange(ui.txtContrast, ui.sldContrast, 1, 255, 0);
 }
 
 void TwainViewBinaryImage::bindControlsToObject(TwainDialogData* model) {

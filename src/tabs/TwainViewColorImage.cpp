@@ -8,12 +8,9 @@ constexpr double kLineHeight = 26.0;
 
 TwainViewColorImage::TwainViewColorImage(QWidget* parent) : TwainView(parent) {
     setUpForm(ui);
-    SetTextRange(ui.txtBrightness, 1, 255, 0);
-    SetSliderRange(ui.sldBrightness, 1, 255, 0);
-    SetTextRange(ui.txtContrast, 1, 255, 0);
-    SetSliderRange(ui.sldContrast, 1, 255, 0);
-    SetTextRange(ui.txtChroma, 1, 255, 0);
-    SetSliderRange(ui.sldChroma, 1, 255, 0);
+    SetTextSliderRange(ui.txtBrightness, ui.sldBrightness, 1, 255, 0);
+    SetTextSliderRange(ui.txtContrast, ui.sldContrast, 1, 255, 0);
+    SetTextSliderRange(ui.txtChroma, ui.sldChroma, 1, 255, 0);
 }
 
 void TwainViewColorImage::bindControlsToObject(TwainDialogData* model) {

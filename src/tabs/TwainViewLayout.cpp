@@ -23,8 +23,7 @@ TwainViewLayout::TwainViewLayout(QWidget* parent) : TwainView(parent) {
     m_fmtPixelRationBounds = CreateTextRangeFormatter(0, kRatioMaximum, kRatioPlaces, this);
     ui.txtPixelRationMin->setText(m_fmtPixelRationBounds->stringFromNumber(kRatioMinimumShown));
     ui.txtPixelRationMax->setText(m_fmtPixelRationBounds->stringFromNumber(kRatioMaximumShown));
-    SetTextRange(ui.txtPixelRation, 1, kRatioMaximum, kRatioPlaces);
-    SetSliderRange(ui.sldPixelRation, 1, kRatioMaximum, kRatioPlaces);
+    SetTextSliderRange(ui.txtPixelRation, ui.sldPixelRation, 1, kRatioMaximum, kRatioPlaces);
 }
 
 const char* TwainViewLayout::pageOrderIconName(std::int64_t order, bool pageSeparation) {
