@@ -24,6 +24,9 @@ struct TwCapabilityMapEntry {
     const char* keyPath;
 };
 
+// Area and paper values are kept in millimetres; a user who works in inches sees them divided.
+inline constexpr double kTwMillimetresPerInch = 25.4;
+
 // A width and a length, or a start and a length.
 struct TwSize {
     double width = 0;

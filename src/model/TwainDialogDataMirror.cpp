@@ -11,8 +11,6 @@
 
 namespace {
 
-constexpr double kMillimetresPerInch = 25.4;
-
 std::string join(const std::vector<std::string>& parts, std::size_t from) {
     std::string out;
     for (std::size_t i = from; i < parts.size(); ++i) {
@@ -221,7 +219,7 @@ void TwainDialogData::tmepValueChangedKeyPath(const std::string& keyPath, TwainD
             if (mm.isNumber()) {
                 bool saved = m_bForbitChange;
                 m_bForbitChange = true;
-                myChangeValue(AreaUnitIsInch() ? TwValue(mm.doubleValue() / kMillimetresPerInch) : mm,
+                myChangeValue(AreaUnitIsInch() ? TwValue(mm.doubleValue() / kTwMillimetresPerInch) : mm,
                               keyPath);
                 m_bForbitChange = saved;
             }
@@ -229,7 +227,7 @@ void TwainDialogData::tmepValueChangedKeyPath(const std::string& keyPath, TwainD
         }
         TwValue value = change.newValue;
         if (AreaUnitIsInch())
-            value = TwValue(value.doubleValue() * kMillimetresPerInch);
+            value = TwValue(value.doubleValue() * kTwMillimetresPerInch);
         myChangeValue(value, dataKey);
         ValidateAreaRect(this, keyPath);
     }

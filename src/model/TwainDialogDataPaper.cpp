@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr double kMillimetresPerInch = 25.4;
 // Area values closer than this (millimetres) count as equal: inch values converted back and
 // forth must not look like corrections.
 constexpr double kAreaEpsilon = 1e-6;
@@ -195,9 +194,9 @@ void TwainDialogData::calcAutoCropLength() {
     double widthLimit = std::numeric_limits<double>::infinity();
     double heightLimit = std::numeric_limits<double>::infinity();
     if (isPositiveNumber(maxWidth))
-        widthLimit = maxWidth.doubleValue() * kMillimetresPerInch;
+        widthLimit = maxWidth.doubleValue() * kTwMillimetresPerInch;
     if (isPositiveNumber(maxHeight))
-        heightLimit = maxHeight.doubleValue() * kMillimetresPerInch;
+        heightLimit = maxHeight.doubleValue() * kTwMillimetresPerInch;
     if (!isPositiveNumber(maxWidth) || !isPositiveNumber(maxHeight))
         OrvaLog(kOrvaLogWarning,
                 "%s: the feeder gives no maximum width or height; those limits are not applied\n",
@@ -265,7 +264,7 @@ void TwainDialogData::ModifyMetureValue(const TwValue& unit, const TwValue& dict
         if (value.isDictionary())
             ModifyMetureValue(unit, value, path);
         else if (value.isNumber())
-            myChangeValue(inch ? TwValue(value.doubleValue() / kMillimetresPerInch)
+            myChangeValue(inch ? TwValue(value.doubleValue() / kTwMillimetresPerInch)
                                : TwValue(value.doubleValue()),
                           path);
     }
@@ -281,7 +280,7 @@ void TwainDialogData::writeAreaValue(const std::string& rest, double millimetres
         return;
     myChangeValue(TwValue(millimetres), dataKey);
     std::string tempKey = "temp.Area." + rest;
-    TwValue shown(AreaUnitIsInch() ? millimetres / kMillimetresPerInch : millimetres);
+    TwValue shown(AreaUnitIsInch() ? millimetres / kTwMillimetresPerInch : millimetres);
     bool saved = m_bForbitChange;
     m_bForbitChange = true;
     myChangeValue(shown, tempKey);

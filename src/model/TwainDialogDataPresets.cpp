@@ -17,7 +17,6 @@ constexpr const char* kCustomPapersKey = "custom papers";
 constexpr const char* kCustomGammaKey = "custom gamma";
 constexpr const char* kCustomizeKey = "customize";
 constexpr const char* kRunnedKey = "Runned";
-constexpr double kMillimetresPerInch = 25.4;
 
 bool equalIgnoringCase(const std::string& a, const std::string& b) {
     return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
@@ -312,7 +311,7 @@ void TwainDialogData::SettingApply(const TwValue& profileIn) {
             if (v.isNull())
                 continue;
             if (inches && k.starts_with("Data.Area.Measure") && v.isNumber())
-                v = TwValue(static_cast<float>(v.doubleValue() / kMillimetresPerInch));
+                v = TwValue(static_cast<float>(v.doubleValue() / kTwMillimetresPerInch));
             working.emplace_back(*tempKey, v);
         }
         for (auto& [tempKey, v] : working)

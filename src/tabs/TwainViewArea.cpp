@@ -11,7 +11,6 @@
 #include <limits>
 
 namespace {
-constexpr double kMillimetresPerInch = 25.4;
 constexpr const char* kSideNames[] = {"Front", "Back"};
 constexpr const char* kAreaPrefix = "temp.Area.";
 constexpr const char* kHiddenFront = "hidden.Area.Front";
@@ -319,8 +318,8 @@ std::optional<TwTextRange> TwainViewArea::rangeForUnit(const TwSize& range, std:
     std::optional<int> minimum, maximum;
     int places = 0;
     if (unit == 0) {
-        minimum = roundedBound(lo / kMillimetresPerInch * 100.0 + 0.5);
-        maximum = roundedBound(hi / kMillimetresPerInch * 100.0 + 0.5);
+        minimum = roundedBound(lo / kTwMillimetresPerInch * 100.0 + 0.5);
+        maximum = roundedBound(hi / kTwMillimetresPerInch * 100.0 + 0.5);
         places = 2;
     } else if (unit == 1) {
         minimum = roundedBound(lo * 10.0 + 0.5);
