@@ -5,6 +5,7 @@
 #include "TwPlist.h"
 #include "TwPreferences.h"
 
+#include <cctype>
 #include <cmath>
 
 const TwCapabilityMapEntry TwainDialogData::kCapabilityMap[2] = {
@@ -46,6 +47,18 @@ std::pair<std::string_view, std::string_view> splitLast(std::string_view keyPath
     return {keyPath.substr(0, dot), keyPath.substr(dot + 1)};
 }
 } // namespace
+
+bool TwEqualsIgnoringCase(std::string_view a, std::string_view b) {
+    if (a.size() != b.size())
+        return false;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        unsigned char x = static_cast<unsigned char>(a[i]);
+        unsigned char y = static_cast<unsigned char>(b[i]);
+        if (x != y && std::tolower(x) != std::tolower(y))
+            return false;
+    }
+    return true;
+}
 
 TwainDialogData::TwainDialogData()
     : m_dictData(TwValue::dictionary()), m_dictObserver(TwValue::dictionary()),

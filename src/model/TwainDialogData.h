@@ -27,6 +27,9 @@ struct TwCapabilityMapEntry {
 // Area and paper values are kept in millimetres; a user who works in inches sees them divided.
 inline constexpr double kTwMillimetresPerInch = 25.4;
 
+// ASCII letters compared without regard to case ("yes" equals "YES"); other bytes as they are.
+bool TwEqualsIgnoringCase(std::string_view a, std::string_view b);
+
 // A width and a length, or a start and a length.
 struct TwSize {
     double width = 0;

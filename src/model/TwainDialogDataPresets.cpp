@@ -7,7 +7,6 @@
 #include "TwPreferences.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace {
 constexpr const char* kProfilesKey = "profiles";
@@ -17,13 +16,6 @@ constexpr const char* kCustomPapersKey = "custom papers";
 constexpr const char* kCustomGammaKey = "custom gamma";
 constexpr const char* kCustomizeKey = "customize";
 constexpr const char* kRunnedKey = "Runned";
-
-bool equalIgnoringCase(const std::string& a, const std::string& b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return std::tolower(static_cast<unsigned char>(x)) ==
-                      std::tolower(static_cast<unsigned char>(y));
-           });
-}
 
 std::string profileName(const TwValue& profile) {
     auto d = profile.dict();
@@ -142,7 +134,7 @@ int TwainDialogData::ProfileCount() const {
 bool TwainDialogData::IsProfileExist(const std::string& name) const {
     if (auto list = m_CustomProfiles.list())
         for (auto& profile : *list)
-            if (equalIgnoringCase(profileName(profile), name))
+            if (TwEqualsIgnoringCase(profileName(profile), name))
                 return true;
     return false;
 }
@@ -155,7 +147,7 @@ bool TwainDialogData::AddCustomProfile(const std::string& name) {
         m_CustomProfiles = TwValue::array();
     auto& list = *m_CustomProfiles.list();
     auto same = std::find_if(list.begin(), list.end(),
-                             [&](const TwValue& p) { return equalIgnoringCase(profileName(p), name); });
+                             [&](const TwValue& p) { return TwEqualsIgnoringCase(profileName(p), name); });
     if (same != list.end())
         *same = profile;
     else

@@ -5,23 +5,10 @@
 
 #include "OrvaDebug.h"
 
-#include <cctype>
 #include <cstdint>
 #include <exception>
 
 namespace {
-
-bool equalsIgnoringCase(std::string_view a, std::string_view b) {
-    if (a.size() != b.size())
-        return false;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        unsigned char x = static_cast<unsigned char>(a[i]);
-        unsigned char y = static_cast<unsigned char>(b[i]);
-        if (x != y && std::tolower(x) != std::tolower(y))
-            return false;
-    }
-    return true;
-}
 
 // "AND", or a sibling group "AND - ..." (the suffix only keeps dictionary keys distinct).
 bool isGroup(const std::string* attrib, std::string_view group) {
@@ -36,11 +23,11 @@ bool isGroup(const std::string* attrib, std::string_view group) {
 enum class Bucket { None, Yes, No, Custom };
 
 Bucket constantBucket(std::string_view key) {
-    if (equalsIgnoringCase(key, "TRUE") || equalsIgnoringCase(key, "YES"))
+    if (TwEqualsIgnoringCase(key, "TRUE") || TwEqualsIgnoringCase(key, "YES"))
         return Bucket::Yes;
-    if (equalsIgnoringCase(key, "FALSE") || equalsIgnoringCase(key, "NO"))
+    if (TwEqualsIgnoringCase(key, "FALSE") || TwEqualsIgnoringCase(key, "NO"))
         return Bucket::No;
-    if (equalsIgnoringCase(key, "CUSTOM"))
+    if (TwEqualsIgnoringCase(key, "CUSTOM"))
         return Bucket::Custom;
     return Bucket::None;
 }
@@ -261,7 +248,7 @@ bool TwainDialogData::getEnableFromInfo(const TwValue& node, const std::string* 
         if (!attrib)
             return false;
         TwValue stored = valueForKeyPath(*attrib);
-        return stored.str() && equalsIgnoringCase(*stored.str(), *s);
+        return stored.str() && TwEqualsIgnoringCase(*stored.str(), *s);
     }
     return true;
 }
