@@ -237,10 +237,7 @@ void TwainViewArea::bindControlsToObject(TwainDialogData* model) {
     setFormatterForUnitAll(currentUnit());
 
     // Both sides in the same place.
-    const QList<QWidget*> frontControls = sideControls(0);
-    const QList<QWidget*> backControls = sideControls(1);
-    for (qsizetype i = 0; i < frontControls.size() && i < backControls.size(); ++i)
-        setControlFrame(backControls[i], frontControls[i]);
+    setBackSideControlPosition();
     OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", "TwainViewArea::bindControlsToObject");
 }
 
@@ -368,14 +365,4 @@ void TwainViewArea::setBackSideControlPosition() {
 TwainNumberFormatter* TwainViewArea::formatterForKeyPath(const std::string& keyPath) const {
     auto it = _dictFmtMap.find(keyPath);
     return it == _dictFmtMap.end() ? nullptr : it->second;
-}
-
-std::string TwainViewArea::effectedKeyPath(const std::string& keyPath) const {
-    auto it = _dictEffectedMap.find(keyPath);
-    return it == _dictEffectedMap.end() ? std::string() : it->second;
-}
-
-QWidget* TwainViewArea::tempTextControl(const std::string& keyPath) const {
-    auto it = _dictTempText.find(keyPath);
-    return it == _dictTempText.end() ? nullptr : it->second.data();
 }

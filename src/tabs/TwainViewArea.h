@@ -57,14 +57,7 @@ public:
 
     // What the tab keeps, for those who look at it from outside.
     TwainNumberFormatter* formatterForKeyPath(const std::string& keyPath) const;
-    TwainNumberFormatter* brightnessFormatter() const { return fmtBright; }
-    // The key path whose range a change of the key path recomputes, or an empty string.
-    std::string effectedKeyPath(const std::string& keyPath) const;
     const QList<QLineEdit*>& formatTexts() const { return arrFormatText; }
-    // The control bound to a "temp.Area." key path while bound, else null.
-    QWidget* tempTextControl(const std::string& keyPath) const;
-    std::size_t formatterMapSize() const { return _dictFmtMap.size(); }
-    std::size_t effectedMapSize() const { return _dictEffectedMap.size(); }
     // The 22 sub-area controls of a side (0 front, 1 back): halftone, then per sub-area its
     // check box, X, Y, width, length, brightness field and stepper.
     QList<QWidget*> sideControls(int side) const;
