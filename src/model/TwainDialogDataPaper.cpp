@@ -58,10 +58,6 @@ std::string areaRest(std::string_view keyPath) {
     return {};
 }
 
-std::string restOf(const char* tempKey) {
-    return areaRest(tempKey);
-}
-
 } // namespace
 
 const TwAreaValidInfo TwainDialogData::AreaValidInfos[8] = {
@@ -307,8 +303,8 @@ void TwainDialogData::fitAreas(const std::string* editedKey) {
         // The shared Y, width and length of the main area are fitted once, with both sides' X.
         if (!row.subArea && std::string_view(row.xKey) == "temp.Area.Back.X")
             continue;
-        std::string x1 = restOf(row.xKey), y = restOf(row.yKey), w = restOf(row.widthKey),
-                    l = restOf(row.lengthKey);
+        std::string x1 = areaRest(row.xKey), y = areaRest(row.yKey), w = areaRest(row.widthKey),
+                    l = areaRest(row.lengthKey);
         std::string x2 = row.subArea ? std::string() : std::string("Back.X");
         double vx1 = 0, vx2 = 0, vy = 0, vw = 0, vl = 0;
         bool hasX1 = read(x1, vx1), hasX2 = !x2.empty() && read(x2, vx2);
@@ -366,19 +362,19 @@ TwSize TwainDialogData::GetFormatterRange(const std::string& keyPath) {
     };
     for (const auto& row : AreaValidInfos) {
         const double minW = row.minWidth, minL = row.minLength;
-        if (rest == restOf(row.xKey))
+        if (rest == areaRest(row.xKey))
             return range(0, pw - minW);
-        if (rest == restOf(row.yKey))
+        if (rest == areaRest(row.yKey))
             return range(0, pl - minL);
-        if (rest == restOf(row.widthKey)) {
-            double x = mm(restOf(row.xKey));
+        if (rest == areaRest(row.widthKey)) {
+            double x = mm(areaRest(row.xKey));
             // The main width is shared: it must fit beside the back X too when the back is scanned.
             if (!row.subArea && valueForKeyPath("enable.Duplex").boolValue())
                 x = std::max(x, mm("Back.X"));
             return range(minW, pw - std::max(0.0, x));
         }
-        if (rest == restOf(row.lengthKey))
-            return range(minL, pl - std::max(0.0, mm(restOf(row.yKey))));
+        if (rest == areaRest(row.lengthKey))
+            return range(minL, pl - std::max(0.0, mm(areaRest(row.yKey))));
     }
     return {};
 }
