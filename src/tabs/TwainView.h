@@ -47,6 +47,8 @@ public:
     // Restacks a column of option rows: from top down, each view that is not hidden gets the next
     // line (its own x), hidden ones take no line. Views placed by a layout are left alone.
     void adjustViews(const QList<QWidget*>& views, double top, double lineHeight);
+    // The line of an option row in the forms' hand-placed columns.
+    static constexpr double kOptionLineHeight = 26.0;
 
     // Changes of what the tab observes; the base does nothing.
     void observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,

@@ -2,10 +2,6 @@
 
 #include "TwRangeHelpers.h"
 
-namespace {
-constexpr double kLineHeight = 26.0;
-}
-
 TwainViewBinaryImage::TwainViewBinaryImage(QWidget* parent) : TwainView(parent) {
     setUpForm(ui);
     SetTextSliderRange(ui.txtBrightness, ui.sldBrightness, 1, 255, 0);
@@ -151,5 +147,5 @@ void TwainViewBinaryImage::bindControlsToObject(TwainDialogData* model) {
     responderBinding()->bindSubviewsEnabled(this, model, "enable.BinaryImage.All");
     adjustViews({ui.btnBorderRemoval, ui.btnRemoveShadow, ui.btnHoleRemoval, ui.btnMirror, ui.btnInvert,
                  ui.btnAutoSeparation},
-                ui.btnBorderRemoval->y(), kLineHeight);
+                ui.btnBorderRemoval->y(), kOptionLineHeight);
 }

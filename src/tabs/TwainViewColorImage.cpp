@@ -2,10 +2,6 @@
 
 #include "TwRangeHelpers.h"
 
-namespace {
-constexpr double kLineHeight = 26.0;
-}
-
 TwainViewColorImage::TwainViewColorImage(QWidget* parent) : TwainView(parent) {
     setUpForm(ui);
     SetTextSliderRange(ui.txtBrightness, ui.sldBrightness, 1, 255, 0);
@@ -114,5 +110,5 @@ void TwainViewColorImage::bindControlsToObject(TwainDialogData* model) {
     responderBinding()->bindSubviewsEnabled(this, model, "enable.ColorImage.All");
     adjustViews({ui.btnBorderRemoval, ui.btnRemoveShadow, ui.btnHoleRemoval, ui.btnMirror, ui.btnSmooth,
                  ui.btnBackgroundRemoval},
-                ui.btnBorderRemoval->y(), kLineHeight);
+                ui.btnBorderRemoval->y(), kOptionLineHeight);
 }

@@ -6,7 +6,6 @@
 #include "TwainNumberFormatter.h"
 
 namespace {
-constexpr double kLineHeight = 26.0;
 // Hundredths: 0.01 to 50.00.
 constexpr int kRatioMinimum = 1;
 constexpr int kRatioMaximum = 5000;
@@ -155,10 +154,10 @@ void TwainViewCommon::bindControlsToObject(TwainDialogData* model) {
 
     addObserverForKeyPath("Data.ImageType");
     adjustViews({ui.btnBorderRemoval, ui.btnRemoveShadow, ui.btnHoleRemoval, ui.btnMirror},
-                ui.btnBorderRemoval->y(), kLineHeight);
+                ui.btnBorderRemoval->y(), kOptionLineHeight);
     adjustViews(
         {ui.btnMargin, ui.btnFitToPage, ui.btnLengthControl, ui.txtBackgroundColor, ui.cmbBackgroundColor},
-        ui.btnMargin->y(), kLineHeight);
+        ui.btnMargin->y(), kOptionLineHeight);
 }
 
 void TwainViewCommon::observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,

@@ -2,10 +2,6 @@
 
 #include "TwRangeHelpers.h"
 
-namespace {
-constexpr double kLineHeight = 26.0;
-}
-
 TwainViewGrayImage::TwainViewGrayImage(QWidget* parent) : TwainView(parent) {
     setUpForm(ui);
     SetTextSliderRange(ui.txtBrightness, ui.sldBrightness, 1, 255, 0);
@@ -48,5 +44,5 @@ void TwainViewGrayImage::bindControlsToObject(TwainDialogData* model) {
 
     responderBinding()->bindSubviewsEnabled(this, model, "enable.GrayImage.All");
     adjustViews({ui.btnBorderRemoval, ui.btnRemoveShadow, ui.btnHoleRemoval, ui.btnMirror},
-                ui.btnBorderRemoval->y(), kLineHeight);
+                ui.btnBorderRemoval->y(), kOptionLineHeight);
 }
