@@ -21,12 +21,7 @@
 #include <cstring>
 
 namespace {
-constexpr const char* kClass = "TwainDialogController";
 constexpr int kMaxProfiles = 50;
-
-std::string methodName(const char* method) {
-    return std::string(kClass) + "::" + method;
-}
 
 TwainDialogController::UrlOpener& urlOpener() {
     static TwainDialogController::UrlOpener opener;
@@ -66,11 +61,11 @@ constexpr std::uint32_t kBitmapHeaderSize = 40;
 } // namespace
 
 TwainDialogController::TwainDialogController() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("init").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::init");
 }
 
 TwainDialogController::~TwainDialogController() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("dealloc").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::dealloc");
     if (m_window) {
         m_window->unbindControlAll();
         delete m_window;
@@ -79,7 +74,7 @@ TwainDialogController::~TwainDialogController() {
     DSHelpBookName.clear();
     pfCallback = nullptr;
     _dialogData.reset();
-    OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", methodName("dealloc").c_str());
+    OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", "TwainDialogController::dealloc");
 }
 
 // ---- Window ------------------------------------------------------------------------------------
@@ -87,7 +82,7 @@ TwainDialogController::~TwainDialogController() {
 TwDlgMain* TwainDialogController::window() {
     if (!m_window) {
         if (!QCoreApplication::instance()) {
-            OrvaLog(kOrvaLogError, "ERROR: %s: no application, no window\n", methodName("window").c_str());
+            OrvaLog(kOrvaLogError, "ERROR: %s: no application, no window\n", "TwainDialogController::window");
             return nullptr;
         }
         m_window = new TwDlgMain;
@@ -106,7 +101,7 @@ TwDlgMain* TwainDialogController::window() {
 }
 
 void TwainDialogController::showWindow() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showWindow").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::showWindow");
     TwDlgMain* panel = window();
     if (!panel)
         return;
@@ -132,7 +127,7 @@ void TwainDialogController::windowWillClose() {
 }
 
 void TwainDialogController::close() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("close").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::close");
     if (m_window)
         m_window->closePanel();
     _dialogData.reset();
@@ -145,7 +140,7 @@ bool TwainDialogController::isVisible() const {
 // ---- Actions -----------------------------------------------------------------------------------
 
 bool TwainDialogController::performAction(const QString& action, QObject* sender) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", methodName("performAction").c_str(),
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "TwainDialogController::performAction",
             action.toUtf8().constData());
     static const std::pair<const char*, void (TwainDialogController::*)()> plain[] = {
         {"onOK", &TwainDialogController::onOK},
@@ -176,7 +171,7 @@ bool TwainDialogController::performAction(const QString& action, QObject* sender
             return true;
         }
     }
-    OrvaLog(kOrvaLogError, "ERROR: %s: unknown action %s\n", methodName("performAction").c_str(),
+    OrvaLog(kOrvaLogError, "ERROR: %s: unknown action %s\n", "TwainDialogController::performAction",
             action.toUtf8().constData());
     return false;
 }
@@ -188,7 +183,7 @@ bool TwainDialogController::commitEditing() {
 
 std::uint16_t TwainDialogController::sendEvent(std::uint16_t event, void* data) {
     if (!pfCallback) {
-        OrvaLog(kOrvaLogDebug, "\t%s: no callback for event %u\n", methodName("sendEvent").c_str(), event);
+        OrvaLog(kOrvaLogDebug, "\t%s: no callback for event %u\n", "TwainDialogController::sendEvent", event);
         return 0;
     }
     return pfCallback(event, data);
@@ -204,7 +199,7 @@ void TwainDialogController::logBundleVersion() {
 }
 
 void TwainDialogController::onOK() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onOK").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onOK");
     if (!commitEditing())
         return;
     closePreview();
@@ -219,7 +214,7 @@ void TwainDialogController::onOK() {
 }
 
 void TwainDialogController::onCancel() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onCancel").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onCancel");
     closePreview();
     if (m_isModal) {
         TwApplication::stopModal();
@@ -229,7 +224,7 @@ void TwainDialogController::onCancel() {
 }
 
 std::uint16_t TwainDialogController::onStart() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onStart").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onStart");
     if (!commitEditing())
         return 0;
     if (_dialogData)
@@ -241,7 +236,7 @@ std::uint16_t TwainDialogController::onStart() {
 }
 
 void TwainDialogController::onPrescan() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onPrescan").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onPrescan");
     if (!commitEditing())
         return;
     if (_dialogData)
@@ -256,26 +251,26 @@ void TwainDialogController::onPrescan() {
     if (result != 0)
         return;
     if (!record.front.pDIB) {
-        OrvaLog(kOrvaLogDebug, "\t%s: no front image\n", methodName("onPrescan").c_str());
+        OrvaLog(kOrvaLogDebug, "\t%s: no front image\n", "TwainDialogController::onPrescan");
         setPreviewImages(&record); // a back image alone is still ours to free
         return;
     }
     auto size = bitmapSizeMillimetres(record.front.pDIB, record.front.imageLength);
     if (size)
-        OrvaLog(kOrvaLogDebug, "\t%s: front image %.1f x %.1f mm\n", methodName("onPrescan").c_str(),
+        OrvaLog(kOrvaLogDebug, "\t%s: front image %.1f x %.1f mm\n", "TwainDialogController::onPrescan",
                 size->first, size->second);
     setPreviewImages(&record);
     OrvaLog(kOrvaLogInfo, "%s: the prescan preview is not part of this build; images freed\n",
-            methodName("onPrescan").c_str());
+            "TwainDialogController::onPrescan");
 }
 
 void TwainDialogController::onScanCancel() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onScanCancel").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onScanCancel");
     sendEvent(kVmxEventScanCancel, this);
 }
 
 void TwainDialogController::onDefault() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onDefault").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onDefault");
     closePreview();
     if (!_dialogData)
         return;
@@ -302,7 +297,7 @@ std::optional<QString> TwainDialogController::promptForName(const QStringList& n
 }
 
 void TwainDialogController::onSaveSetting() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onSaveSetting").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onSaveSetting");
     if (!commitEditing() || !_dialogData)
         return;
     QStringList names;
@@ -329,7 +324,7 @@ void TwainDialogController::onSaveSetting() {
 }
 
 void TwainDialogController::onDeleteSetting() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onDeleteSetting").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onDeleteSetting");
     if (!_dialogData)
         return;
     TwValue name = _dialogData->valueForKeyPath("profiles.name");
@@ -346,27 +341,28 @@ void TwainDialogController::onDeleteSetting() {
 }
 
 void TwainDialogController::onAbout() {
-    OrvaLog(kOrvaLogInfo, "%s: the about panel is not part of this build\n", methodName("onAbout").c_str());
+    OrvaLog(kOrvaLogInfo, "%s: the about panel is not part of this build\n",
+            "TwainDialogController::onAbout");
 }
 
 void TwainDialogController::onCustomize() {
     OrvaLog(kOrvaLogInfo, "%s: the customize dialog is not part of this build\n",
-            methodName("onCustomize").c_str());
+            "TwainDialogController::onCustomize");
 }
 
 void TwainDialogController::onCustomPaperSize() {
     OrvaLog(kOrvaLogInfo, "%s: the custom paper-size dialog is not part of this build\n",
-            methodName("onCustomPaperSize").c_str());
+            "TwainDialogController::onCustomPaperSize");
 }
 
 void TwainDialogController::onDoubleExposure() {
     OrvaLog(kOrvaLogInfo, "%s: the double exposure dialog is not part of this build\n",
-            methodName("onDoubleExposure").c_str());
+            "TwainDialogController::onDoubleExposure");
 }
 
 void TwainDialogController::onPageSeparetion() {
     OrvaLog(kOrvaLogInfo, "%s: the page separation dialog is not part of this build\n",
-            methodName("onPageSeparetion").c_str());
+            "TwainDialogController::onPageSeparetion");
 }
 
 void TwainDialogController::onCustomGamma(QObject* sender) {
@@ -380,11 +376,11 @@ void TwainDialogController::onCustomGamma(QObject* sender) {
     if (!ok || tag < 0 || tag > 2)
         return;
     OrvaLog(kOrvaLogInfo, "%s: the custom gamma dialog for %s is not part of this build\n",
-            methodName("onCustomGamma").c_str(), keyPaths[tag]);
+            "TwainDialogController::onCustomGamma", keyPaths[tag]);
 }
 
 void TwainDialogController::onHelp() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("onHelp").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onHelp");
     const TwBundle* ds = _dialogData ? _dialogData->bundleDS().get() : nullptr;
     TwValue folderValue = ds ? ds->objectForInfoDictionaryKey("CFBundleHelpBookFolder") : TwValue();
     QString folder = folderValue.isString() ? qs(*folderValue.str()) : QString();
@@ -407,16 +403,16 @@ void TwainDialogController::onHelp() {
             page = book + QStringLiteral("/index.html");
     }
     if (page.isEmpty()) {
-        OrvaLog(kOrvaLogError, "ERROR: %s: no help book (folder '%s')\n", methodName("onHelp").c_str(),
+        OrvaLog(kOrvaLogError, "ERROR: %s: no help book (folder '%s')\n", "TwainDialogController::onHelp",
                 folder.toUtf8().constData());
         showMessageBox(modelText("IDS_ERR_HELPFILE_LOAD"), QString(), 0x20001);
         return;
     }
-    OrvaLog(kOrvaLogDebug, "\t%s: %s\n", methodName("onHelp").c_str(), page.toUtf8().constData());
+    OrvaLog(kOrvaLogDebug, "\t%s: %s\n", "TwainDialogController::onHelp", page.toUtf8().constData());
     QUrl url = QUrl::fromLocalFile(page);
     bool opened = urlOpener() ? urlOpener()(url) : QDesktopServices::openUrl(url);
     if (!opened)
-        OrvaLog(kOrvaLogError, "ERROR: %s: the desktop could not open %s\n", methodName("onHelp").c_str(),
+        OrvaLog(kOrvaLogError, "ERROR: %s: the desktop could not open %s\n", "TwainDialogController::onHelp",
                 page.toUtf8().constData());
 }
 
@@ -460,7 +456,7 @@ void TwainDialogController::setPreviewImages(TwPreviewRecord* record, bool freeI
         if (!side->pDIB)
             continue;
         QByteArray image = CreateImage(side->pDIB, side->imageLength);
-        OrvaLog(kOrvaLogDebug, "\t%s: %s image of %d bytes\n", methodName("setPreviewImages").c_str(),
+        OrvaLog(kOrvaLogDebug, "\t%s: %s image of %d bytes\n", "TwainDialogController::setPreviewImages",
                 side == &record->front ? "front" : "back", int(image.size()));
         if (freeImage) {
             std::free(side->pDIB);
@@ -468,7 +464,7 @@ void TwainDialogController::setPreviewImages(TwPreviewRecord* record, bool freeI
         }
     }
     OrvaLog(kOrvaLogDebug, "\t%s: ratios front %.3f/%.3f/%.3f back %.3f/%.3f/%.3f\n",
-            methodName("setPreviewImages").c_str(), record->front.colorRatio, record->front.whiteRatio,
+            "TwainDialogController::setPreviewImages", record->front.colorRatio, record->front.whiteRatio,
             record->front.blackRatio, record->back.colorRatio, record->back.whiteRatio,
             record->back.blackRatio);
 }
@@ -485,7 +481,7 @@ QByteArray TwainDialogController::CreateImage(const void* bitmap, std::uint32_t 
     if (length < kBitmapHeaderSize || readUInt32(bitmap, 0) < kBitmapHeaderSize ||
         readUInt32(bitmap, 0) > length) {
         OrvaLog(kOrvaLogError, "ERROR: %s: a bitmap of %u bytes with header size %u is refused\n",
-                methodName("CreateImage").c_str(), length, length >= 4 ? readUInt32(bitmap, 0) : 0u);
+                "TwainDialogController::CreateImage", length, length >= 4 ? readUInt32(bitmap, 0) : 0u);
         return {};
     }
     std::uint16_t bitCount;
@@ -516,7 +512,7 @@ std::optional<std::pair<double, double>> TwainDialogController::bitmapSizeMillim
     std::int32_t xPels = readInt32(p + 24), yPels = readInt32(p + 28);
     if (xPels <= 0 || yPels <= 0) {
         OrvaLog(kOrvaLogError, "ERROR: %s: bitmap without resolution (%d x %d pixels per metre)\n",
-                methodName("bitmapSizeMillimetres").c_str(), xPels, yPels);
+                "TwainDialogController::bitmapSizeMillimetres", xPels, yPels);
         return std::nullopt;
     }
     auto mm = [](std::int64_t pixels, std::int32_t perMetre) {
@@ -530,7 +526,7 @@ std::optional<std::pair<double, double>> TwainDialogController::bitmapSizeMillim
 // ---- Progress ----------------------------------------------------------------------------------
 
 void TwainDialogController::showProgressDialog() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showProgressDialog").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::showProgressDialog");
     if (!QCoreApplication::instance())
         return;
     bool mainVisible = isVisible();
@@ -565,7 +561,7 @@ void TwainDialogController::hideProgressDialog() {
     static std::atomic_bool busy{false};
     if (busy.exchange(true))
         return;
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("hideProgressDialog").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::hideProgressDialog");
     TwApplication::runOnGuiThread([this] {
         if (!m_dlgScanning)
             return;
@@ -574,7 +570,7 @@ void TwainDialogController::hideProgressDialog() {
             m_dlgScanning->hide();
     });
     busy = false;
-    OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", methodName("hideProgressDialog").c_str());
+    OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", "TwainDialogController::hideProgressDialog");
 }
 
 void TwainDialogController::setProgress(const void* progressRecord) {
@@ -591,12 +587,12 @@ void TwainDialogController::setProgress(const void* progressRecord) {
 
 int TwainDialogController::showMessageBox(const QString& message, const QString& title,
                                           std::uint32_t messageType) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s(0x%x)\n", methodName("showMessageBox").c_str(), messageType);
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(0x%x)\n", "TwainDialogController::showMessageBox", messageType);
     auto setup = TwMessageBoxSetupFor(title, message, messageType, false, [this](const char* key) {
         return localizedStringNoEmpty(QString::fromLatin1(key));
     });
     int answer = TwRunMessageBox(setup, isVisible() ? m_window.data() : nullptr);
-    OrvaLog(kOrvaLogTrace, "LEAVE: %s, return %d\n", methodName("showMessageBox").c_str(), answer);
+    OrvaLog(kOrvaLogTrace, "LEAVE: %s, return %d\n", "TwainDialogController::showMessageBox", answer);
     return answer;
 }
 
