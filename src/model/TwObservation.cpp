@@ -74,10 +74,6 @@ std::size_t TwObservationCenter::observationCount(const TwKeyValueObserver* obse
     return n;
 }
 
-bool TwObservationCenter::isObserved(std::string_view keyPath) const {
-    return m_registrations.find(keyPath) != m_registrations.end();
-}
-
 template <typename F> void TwObservationCenter::forEachObservedPath(std::string_view keyPath, F&& f) const {
     // Paths below keyPath share its text as a prefix, so they follow it in the sorted map.
     for (auto it = m_registrations.lower_bound(keyPath); it != m_registrations.end(); ++it) {

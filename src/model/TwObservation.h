@@ -54,7 +54,6 @@ public:
 
     std::size_t observationCount() const;
     std::size_t observationCount(const TwKeyValueObserver* observer) const;
-    bool isObserved(std::string_view keyPath) const;
 
     // Old values of the paths observed at or below keyPath, taken before a write.
     class Snapshot {

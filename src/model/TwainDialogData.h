@@ -133,7 +133,6 @@ public:
     void addSelfObserver();
     void initTempDict();
     void addSelfObserverForKeyPath(const std::string& keyPath, unsigned options);
-    void addSelfObserverForKeyPaths(const std::vector<std::string>& keyPaths, unsigned options);
     void addSelfObserverForDict(const TwValue& dict, const std::string& prefix, unsigned options);
     void removeSelfObserver();
     // Rules from the model definition, the reverse index, the constant targets, every target once.
@@ -168,7 +167,6 @@ public:
     TwSize GetCurrentPaperSize();
     TwSize GetCurrentPaperSizeInCurrentOrientation();
     bool AreaUnitIsInch();
-    bool IsDuplx();
     // Divisor of a binary-rate code: code + 1 for codes 1 to 3, else 1.
     static std::int64_t rateDivisor(std::int64_t code);
     void SetBinaryImageRate();
@@ -215,7 +213,6 @@ public:
     void readCustomGamma();
     bool saveCustomGamma();
     TwValue customGammasWithColor(bool isColor) const;
-    TwValue CustomGammas() const { return m_CustomGammas; }
     std::vector<std::string> customGammaNamesWithColor(bool isColor) const;
     TwValue customGamme(const std::string& name, bool isColor) const;
     void setCustomGamme(const std::string& name, bool isColor, const TwValue& gamma);

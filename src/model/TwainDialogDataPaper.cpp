@@ -134,11 +134,6 @@ bool TwainDialogData::AreaUnitIsInch() {
     return unit.isNumber() && unit.intValue() == 0;
 }
 
-bool TwainDialogData::IsDuplx() {
-    TwValue source = valueForKeyPath("Data.PaperSource");
-    return source.isNumber() && (source.intValue() == 1 || source.intValue() == 4);
-}
-
 // ---- Resolution-dependent choices ----------------------------------------------------------------
 
 std::int64_t TwainDialogData::rateDivisor(std::int64_t code) {
