@@ -16,11 +16,12 @@ constexpr double kRatioMaximumShown = 50.0;
 
 TwainViewCommon::TwainViewCommon(QWidget* parent) : TwainView(parent) {
     setUpForm(ui);
-    m_fmtPixelRation = CreateTextRangeFormatter(kRatioMinimum, kRatioMaximum, kRatioPlaces, this);
-    // The two end labels show the bounds through the field's formatter.
-    ui.txtPixelRationMin->setText(m_fmtPixelRation->stringFromNumber(kRatioMinimumShown));
-    ui.txtPixelRationMax->setText(m_fmtPixelRation->stringFromNumber(kRatioMaximumShown));
-    ui.txtPixelRation->setValidator(m_fmtPixelRation);
+    // Shared by the ratio field and its two end labels, which show the bounds through it.
+    TwainNumberFormatter* pixelRation =
+        CreateTextRangeFormatter(kRatioMinimum, kRatioMaximum, kRatioPlaces, this);
+    ui.txtPixelRationMin->setText(pixelRation->stringFromNumber(kRatioMinimumShown));
+    ui.txtPixelRationMax->setText(pixelRation->stringFromNumber(kRatioMaximumShown));
+    ui.txtPixelRation->setValidator(pixelRation);
     SetSliderRange(ui.sldPixelRation, kRatioMinimum, kRatioMaximum, kRatioPlaces);
 }
 

@@ -5,8 +5,6 @@
 #include "TwainView.h"
 #include "ui_TwainViewCommon.h"
 
-class TwainNumberFormatter;
-
 class TwainViewCommon : public TwainView {
     Q_OBJECT
 public:
@@ -22,10 +20,6 @@ public:
     static const char* distinctionKey(unsigned imageType);
     static const char* grayColorKey(unsigned imageType);
 
-    TwainNumberFormatter* pixelRationFormatter() const { return m_fmtPixelRation; }
-
 private:
     Ui::TwainViewCommon ui;
-    // Shared by the ratio field and its two bound labels.
-    TwainNumberFormatter* m_fmtPixelRation = nullptr;
 };

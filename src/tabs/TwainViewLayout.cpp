@@ -20,9 +20,9 @@ constexpr double kRatioMaximumShown = 5.0;
 
 TwainViewLayout::TwainViewLayout(QWidget* parent) : TwainView(parent) {
     setUpForm(ui);
-    m_fmtPixelRationBounds = CreateTextRangeFormatter(0, kRatioMaximum, kRatioPlaces, this);
-    ui.txtPixelRationMin->setText(m_fmtPixelRationBounds->stringFromNumber(kRatioMinimumShown));
-    ui.txtPixelRationMax->setText(m_fmtPixelRationBounds->stringFromNumber(kRatioMaximumShown));
+    TwainNumberFormatter* bounds = CreateTextRangeFormatter(0, kRatioMaximum, kRatioPlaces, this);
+    ui.txtPixelRationMin->setText(bounds->stringFromNumber(kRatioMinimumShown));
+    ui.txtPixelRationMax->setText(bounds->stringFromNumber(kRatioMaximumShown));
     SetTextSliderRange(ui.txtPixelRation, ui.sldPixelRation, 1, kRatioMaximum, kRatioPlaces);
 }
 

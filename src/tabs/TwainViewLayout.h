@@ -5,8 +5,6 @@
 #include "TwainView.h"
 #include "ui_TwainViewLayout.h"
 
-class TwainNumberFormatter;
-
 class TwainViewLayout : public TwainView {
     Q_OBJECT
 public:
@@ -27,5 +25,4 @@ private:
     void updatePageOrderImage(TwainDialogData* model, bool pageSeparation);
 
     Ui::TwainViewLayout ui;
-    TwainNumberFormatter* m_fmtPixelRationBounds = nullptr;
 };
