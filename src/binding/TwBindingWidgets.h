@@ -17,7 +17,6 @@ public:
     explicit TwSegmentedControl(QWidget* parent = nullptr);
 
     QList<QAbstractButton*> buttons() const;
-    int segmentCount() const { return int(buttons().size()); }
     // -1 when no segment is selected.
     int selectedIndex() const;
     // An index outside the segments clears the selection.

@@ -37,8 +37,6 @@ void TwDlgScanning::setStopButtonHidden(bool hidden) {
 }
 
 void TwDlgScanning::setProgressValue(std::uint32_t value, std::uint32_t max) {
-    m_value = value;
-    m_max = max;
     if (max == 0) {
         m_progressIndicator->setRange(0, 1);
         m_progressIndicator->setValue(0);

@@ -22,14 +22,9 @@ public:
     void startAnimation();
     void stopAnimation();
     bool isAnimating() const { return m_animating; }
-    // The value and maximum last set.
-    std::uint32_t progressValue() const { return m_value; }
-    std::uint32_t progressMax() const { return m_max; }
 
 private:
     QPushButton* m_btnStop;
     QProgressBar* m_progressIndicator;
-    std::uint32_t m_value = 0;
-    std::uint32_t m_max = 100;
     bool m_animating = false;
 };

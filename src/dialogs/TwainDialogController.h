@@ -45,7 +45,6 @@ public:
     bool isVisible() const;
 
     void setCallback(VmxUICallback callback) { pfCallback = callback; }
-    VmxUICallback getCallback() const { return pfCallback; }
     void setDialogData(std::shared_ptr<TwainDialogData> model) { _dialogData = std::move(model); }
     TwainDialogData* dialogData() const { return _dialogData.get(); }
     void setModelDef(TwModelDefFile* modelDef) { _ModelDef = modelDef; }
