@@ -19,10 +19,6 @@
 
 namespace {
 constexpr const char* kClass = "VmxUIController";
-
-std::string methodName(const char* method) {
-    return std::string(kClass) + "::" + method;
-}
 } // namespace
 
 VmxUIControllerImpl::VmxUIControllerImpl() {
@@ -41,7 +37,7 @@ void VmxUIControllerImpl::init() {
 }
 
 VmxUIControllerImpl::~VmxUIControllerImpl() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("dealloc").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::dealloc");
     logModelUseCount("dealloc", 0);
     if (_DialogData)
         _DialogData->removeSelfObserver();
@@ -59,28 +55,28 @@ VmxUIControllerImpl::~VmxUIControllerImpl() {
 }
 
 void VmxUIControllerImpl::logModelUseCount(const char* method, int step) const {
-    OrvaLog(kOrvaLogDebug, "\t%s STEP %d [_DialogData retainCount]: %lu\n", methodName(method).c_str(), step,
+    OrvaLog(kOrvaLogDebug, "\t%s::%s STEP %d [_DialogData retainCount]: %lu\n", kClass, method, step,
             static_cast<unsigned long>(_DialogData.use_count()));
 }
 
 void VmxUIControllerImpl::initWithDSBundle(const std::string& bundlePath) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", methodName("initWithDSBundle").c_str(), bundlePath.c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "VmxUIController::initWithDSBundle", bundlePath.c_str());
     init();
     bundleDS = TwBundle::bundleWithPath(bundlePath);
 }
 
 void VmxUIControllerImpl::setModelDef(TwModelDefFile* modelDef) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("setModelDef").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::setModelDef");
     ModelDef = modelDef;
 }
 
 void VmxUIControllerImpl::setModelName(const std::string& name) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", methodName("setModelName").c_str(), name.c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "VmxUIController::setModelName", name.c_str());
     m_modelName = name;
 }
 
 void VmxUIControllerImpl::setDataWithDictionary(const TwValue& dictionary, std::uint32_t) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("setDataWithDictionary").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::setDataWithDictionary");
     logModelUseCount("setDataWithDictionary", 0);
     if (_DialogData)
         _DialogData->removeSelfObserver();
@@ -94,7 +90,7 @@ void VmxUIControllerImpl::setDataWithDictionary(const TwValue& dictionary, std::
             model->setValueForKeyPath(d->value(key), key);
     } else if (!dictionary.isNull()) {
         OrvaLog(kOrvaLogError, "ERROR: %s: capability values are not a dictionary\n",
-                methodName("setDataWithDictionary").c_str());
+                "VmxUIController::setDataWithDictionary");
     }
     _DialogData = model;
     setUIContents(ModelDef ? ModelDef->UIOptions() : TwValue());
@@ -107,11 +103,11 @@ void VmxUIControllerImpl::setDataWithDictionary(const TwValue& dictionary, std::
     model->restoreDefault();
     model->addSelfObserver();
     model->readUntitleProfile();
-    OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", methodName("setDataWithDictionary").c_str());
+    OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", "VmxUIController::setDataWithDictionary");
 }
 
 void VmxUIControllerImpl::setCallback(VmxUICallback callback) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("setCallback").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::setCallback");
     callbackFunc = callback;
     if (_dlgController)
         _dlgController->setCallback(callback);
@@ -120,7 +116,7 @@ void VmxUIControllerImpl::setCallback(VmxUICallback callback) {
 }
 
 void VmxUIControllerImpl::setUIContents(const TwValue& contents) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("setUIContents").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::setUIContents");
     if (!_DialogData)
         return;
     auto fresh = TwValue::dictionary();
@@ -145,7 +141,7 @@ void VmxUIControllerImpl::setUIContents(const TwValue& contents) {
         }
     } else if (!contents.isNull()) {
         OrvaLog(kOrvaLogError, "ERROR: %s: UI contents are not a dictionary\n",
-                methodName("setUIContents").c_str());
+                "VmxUIController::setUIContents");
     }
     updatePaperSource(fresh);
     _DialogData->willChangeValueForKey("content");
@@ -154,13 +150,13 @@ void VmxUIControllerImpl::setUIContents(const TwValue& contents) {
 }
 
 void VmxUIControllerImpl::updatePaperSource(const TwValue& contents) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("updatePaperSource").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::updatePaperSource");
     auto d = contents.dict();
     if (!d || !_DialogData)
         return;
     bool hasFlatbed = _DialogData->valueForKeyPath("ScanInfo.FlatbedConnected").boolValue();
     bool canPassport = _DialogData->valueForKeyPath("ScanInfo.Support.Passport").boolValue();
-    OrvaLog(kOrvaLogDebug, "%s: hasFlatbed = %d, canPassport = %d\n", methodName("updatePaperSource").c_str(),
+    OrvaLog(kOrvaLogDebug, "%s: hasFlatbed = %d, canPassport = %d\n", "VmxUIController::updatePaperSource",
             hasFlatbed, canPassport);
 
     std::vector<int> allowed{0};
@@ -174,7 +170,7 @@ void VmxUIControllerImpl::updatePaperSource(const TwValue& contents) {
     TwValue all = d->value("PaperSourceAll");
     if (!all.list()) {
         OrvaLog(kOrvaLogError, "ERROR: %s: no PaperSourceAll list; PaperSource left as it is\n",
-                methodName("updatePaperSource").c_str());
+                "VmxUIController::updatePaperSource");
         return;
     }
     auto filtered = TwValue::array();
@@ -193,7 +189,7 @@ void VmxUIControllerImpl::updatePaperSource(const TwValue& contents) {
 }
 
 void VmxUIControllerImpl::readLastData() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("readLastData").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::readLastData");
     if (_DialogData)
         _DialogData->readUntitleProfile();
 }
@@ -203,7 +199,7 @@ TwValue VmxUIControllerImpl::dataForKeyPath(const std::string& keyPath) {
 }
 
 void VmxUIControllerImpl::setDataWithKeyPathValue(const TwValue& keyPathValues) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("setDataWithKeyPathValue").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::setDataWithKeyPathValue");
     auto d = keyPathValues.dict();
     if (!d || !_DialogData)
         return;
@@ -258,7 +254,7 @@ bool VmxUIControllerImpl::ensureApplication() {
 }
 
 void VmxUIControllerImpl::showUi(bool show, bool modal, bool onlyUI) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showUi").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::showUi");
     OrvaLog(kOrvaLogDebug, "\tmodal = %d, onlyUI = %d\n", modal, onlyUI);
     TwainDialogController* c = controller();
     m_isShow = show;
@@ -277,7 +273,7 @@ void VmxUIControllerImpl::showUi(bool show, bool modal, bool onlyUI) {
 }
 
 void VmxUIControllerImpl::startModal() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("startModal").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::startModal");
     if (!_dlgController || !_dlgController->isModal() || m_isShowModal)
         return;
     m_isShowModal = true;
@@ -288,7 +284,7 @@ void VmxUIControllerImpl::startModal() {
 }
 
 void VmxUIControllerImpl::stopModal() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("stopModal").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::stopModal");
     OrvaLog(kOrvaLogDebug, "\t stop Modal: _dlgController.isModal = %d, isShowModal = %d\n",
             _dlgController ? _dlgController->isModal() : 0, m_isShowModal);
     if (!_dlgController || !_dlgController->isModal())
@@ -311,7 +307,7 @@ void VmxUIControllerImpl::simulateMouseEvent() {
 }
 
 void VmxUIControllerImpl::hideUi() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("hideUi").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::hideUi");
     if (!_dlgController)
         return;
     TwApplication::runOnGuiThread([this] { innerHideUi(); });
@@ -319,7 +315,7 @@ void VmxUIControllerImpl::hideUi() {
 }
 
 void VmxUIControllerImpl::innerHideUi() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("innerHideUi").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::innerHideUi");
     hideProgressDialog();
     stopModal();
     if (!m_isShow || !_dlgController)
@@ -334,12 +330,12 @@ void VmxUIControllerImpl::innerHideUi() {
 }
 
 void VmxUIControllerImpl::logControllerUseCount(const char* method) const {
-    OrvaLog(kOrvaLogDebug, "\t%s [_dlgController retainCount]: %lu\n", methodName(method).c_str(),
+    OrvaLog(kOrvaLogDebug, "\t%s::%s [_dlgController retainCount]: %lu\n", kClass, method,
             _dlgController ? 1ul : 0ul);
 }
 
 void VmxUIControllerImpl::closeDS() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("closeDS").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::closeDS");
     if (_DialogData)
         _DialogData->removeSelfObserver();
     _DialogData.reset();
@@ -354,7 +350,7 @@ void VmxUIControllerImpl::processEvents(std::uint32_t maxTimeMs) {
 }
 
 bool VmxUIControllerImpl::performDialogAction(const std::string& action) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", methodName("performDialogAction").c_str(), action.c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "VmxUIController::performDialogAction", action.c_str());
     bool done = false;
     TwApplication::runOnGuiThread([&] {
         if (_dlgController && _dlgController->isVisible())
@@ -380,7 +376,7 @@ bool VmxUIControllerImpl::saveDialogPicture(const std::string& pngPath, const st
         saved = window->grab().save(QString::fromStdString(pngPath), "PNG");
     });
     if (!saved)
-        OrvaLog(kOrvaLogError, "ERROR: %s: no picture saved to %s\n", methodName("saveDialogPicture").c_str(),
+        OrvaLog(kOrvaLogError, "ERROR: %s: no picture saved to %s\n", "VmxUIController::saveDialogPicture",
                 pngPath.c_str());
     return saved;
 }
@@ -395,13 +391,13 @@ int VmxUIControllerImpl::showMessageBox(const std::string& message, const std::s
 int VmxUIControllerImpl::showMessageBox(const std::string& message, const std::string& titleKey,
                                         std::uint32_t messageType, std::uint16_t callbackEvent,
                                         std::uint32_t timeIntervalMs) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", methodName("showMessageBox").c_str(), titleKey.c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "VmxUIController::showMessageBox", titleKey.c_str());
     OrvaLog(kOrvaLogDebug, "\tmessageType = 0x%x, message = %s\n", messageType, message.c_str());
     if (TwApplication::isGuiThread())
         return innerShowMessageBox(message, titleKey, messageType, callbackEvent, timeIntervalMs);
     if (!QCoreApplication::instance()) {
         OrvaLog(kOrvaLogError, "ERROR: %s: no application to show a message box from this thread\n",
-                methodName("showMessageBox").c_str());
+                "VmxUIController::showMessageBox");
         return 0;
     }
     VmxUIMessageBoxArg arg;
@@ -444,18 +440,18 @@ int VmxUIControllerImpl::innerShowMessageBox(const std::string& message, const s
         };
         answer = TwRunMessageBox(setup, parent, poll, timeIntervalMs);
     }
-    OrvaLog(kOrvaLogTrace, "LEAVE: %s, return %d\n", methodName("innerShowMessageBox").c_str(), answer);
+    OrvaLog(kOrvaLogTrace, "LEAVE: %s, return %d\n", "VmxUIController::innerShowMessageBox", answer);
     return answer;
 }
 
 int VmxUIControllerImpl::showContinueScanDialog(std::uint16_t) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showContinueScanDialog").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::showContinueScanDialog");
     // The continue-scan question arrives with its own dialog; until then nothing is asked.
     return 0;
 }
 
 void VmxUIControllerImpl::showProgressDialog() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("showProgressDialog").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::showProgressDialog");
     if (!m_showIndicators)
         return;
     TwainDialogController* c = controller();
@@ -466,7 +462,7 @@ void VmxUIControllerImpl::showProgressDialog() {
 }
 
 void VmxUIControllerImpl::hideProgressDialog() {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", methodName("hideProgressDialog").c_str());
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::hideProgressDialog");
     if (!m_showIndicators || !_dlgController)
         return;
     _dlgController->hideProgressDialog();
