@@ -29,7 +29,6 @@ pthread_mutex_t* const g_OrvaMutexLog = &s_OrvaMutexLog;
 // Both paths are owned copies, replaced only under the lock.
 char* g_OrvaFileLog = nullptr;
 char* g_OrvaFileConsole = nullptr;
-[[maybe_unused]] const char* g_OrvaSelfFilename = nullptr;
 
 constexpr off_t kOrvaLogMaxSize = 5 * 1024 * 1024; // rotated when larger
 constexpr int kOrvaLogGenerations = 5;
