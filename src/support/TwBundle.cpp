@@ -129,32 +129,35 @@ std::string TwBundle::pathForResource(const std::string& name, const std::string
 }
 
 const TwDictionary* TwBundle::stringTable(const std::string& table) const {
-    auto folders = localizationFolders();
-    std::lock_guard lock(m_mutex);
-    auto it = m_tables.find(table);
-    if (it == m_tables.end()) {
-        // The first language folder that holds the table wins, as on the platform.
-        TwValue strings;
-        std::error_code ec;
-        for (auto& folder : folders) {
-            std::string file = m_path + "/Contents/Resources/" + folder + "/" + table + ".strings";
-            if (!fs::exists(file, ec))
-                continue;
-            std::string error;
-            strings = TwPlistReadFile(file, &error);
-            if (!strings.isDictionary()) {
-                OrvaLog(kOrvaLogError, "ERROR: %s: string table '%s' is unreadable: %s\n", __func__,
-                        file.c_str(), error.empty() ? "not a dictionary" : error.c_str());
-                strings = {};
-                continue;
-            }
-            break;
-        }
-        if (!strings.isDictionary())
-            strings = TwValue::dictionary();
-        it = m_tables.emplace(table, strings).first;
+    {
+        std::lock_guard lock(m_mutex);
+        auto it = m_tables.find(table);
+        if (it != m_tables.end())
+            return it->second.dict();
     }
-    return it->second.dict();
+    // Only a table not loaded yet needs the language folders (they take the lock themselves). The
+    // first language folder that holds the table wins, as on the platform.
+    TwValue strings;
+    std::error_code ec;
+    for (auto& folder : localizationFolders()) {
+        std::string file = m_path + "/Contents/Resources/" + folder + "/" + table + ".strings";
+        if (!fs::exists(file, ec))
+            continue;
+        std::string error;
+        strings = TwPlistReadFile(file, &error);
+        if (!strings.isDictionary()) {
+            OrvaLog(kOrvaLogError, "ERROR: %s: string table '%s' is unreadable: %s\n", __func__, file.c_str(),
+                    error.empty() ? "not a dictionary" : error.c_str());
+            strings = {};
+            continue;
+        }
+        break;
+    }
+    if (!strings.isDictionary())
+        strings = TwValue::dictionary();
+    std::lock_guard lock(m_mutex);
+    // A table another thread loaded meanwhile is kept.
+    return m_tables.emplace(table, strings).first->second.dict();
 }
 
 bool TwBundle::hasLocalizedString(const std::string& key, const std::string& table) const {
