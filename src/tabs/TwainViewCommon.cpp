@@ -1,8 +1,6 @@
 #include "TwainViewCommon.h"
 
-#include "OrvaDebug.h"
 #include "TwRangeHelpers.h"
-#include "TwainDialogData.h"
 #include "TwainNumberFormatter.h"
 
 namespace {
@@ -23,15 +21,6 @@ TwainViewCommon::TwainViewCommon(QWidget* parent) : TwainView(parent) {
     ui.txtPixelRationMax->setText(pixelRation->stringFromNumber(kRatioMaximumShown));
     ui.txtPixelRation->setValidator(pixelRation);
     SetSliderRange(ui.sldPixelRation, kRatioMinimum, kRatioMaximum, kRatioPlaces);
-}
-
-const char* TwainViewCommon::distinctionKey(unsigned imageType) {
-    // The lowest bit does not count here: 22 and 23 both give multi-resolution.
-    return (imageType | 1u) == 23u ? "IDS_STR_MULTIRES_NEW" : "IDS_STR_AUTORES_NEW";
-}
-
-const char* TwainViewCommon::grayColorKey(unsigned imageType) {
-    return imageType == 22u ? "IDS_STR_GRAY" : "IDS_STR_COLOR";
 }
 
 void TwainViewCommon::bindControlsToObject(TwainDialogData* model) {
@@ -153,21 +142,9 @@ void TwainViewCommon::bindControlsToObject(TwainDialogData* model) {
     // match a value against: the setting is the chosen row.
     responderBinding()->bindSelectedIndex(ui.cmbBackgroundColor, model, "Data.BackgroundColor");
 
-    addObserverForKeyPath("Data.ImageType");
     adjustViews({ui.btnBorderRemoval, ui.btnRemoveShadow, ui.btnHoleRemoval, ui.btnMirror},
                 ui.btnBorderRemoval->y(), kOptionLineHeight);
     adjustViews(
         {ui.btnMargin, ui.btnFitToPage, ui.btnLengthControl, ui.txtBackgroundColor, ui.cmbBackgroundColor},
         ui.btnMargin->y(), kOptionLineHeight);
-}
-
-void TwainViewCommon::observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,
-                                             const TwKeyValueChange& change, void*) {
-    if (keyPath != "Data.ImageType" || !object)
-        return;
-    const unsigned imageType = change.newValue.unsignedIntValue();
-    OrvaLog(kOrvaLogDebug, "%s: Data.ImageType = %u\n", "TwainViewCommon::observeValueForKeyPath", imageType);
-    object->setValueForKeyPath(TwValue(object->localizedString(distinctionKey(imageType))),
-                               "temp.Distinction");
-    object->setValueForKeyPath(TwValue(object->localizedString(grayColorKey(imageType))), "temp.GrayColor");
 }

@@ -10,15 +10,9 @@ class TwainViewCommon : public TwainView {
 public:
     explicit TwainViewCommon(QWidget* parent = nullptr);
 
+    // The distinction box title and the gray/colour text show temp.Distinction and temp.GrayColor,
+    // which the model itself relabels when the image type changes.
     void bindControlsToObject(TwainDialogData* model) override;
-    // A new image type relabels the distinction box and the gray/colour text.
-    void observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,
-                                const TwKeyValueChange& change, void* context) override;
-
-    // The texts the labels take for an image type: the distinction box title's key and the
-    // gray/colour key. 22 and 23 are the multi-resolution types; only 22 is gray.
-    static const char* distinctionKey(unsigned imageType);
-    static const char* grayColorKey(unsigned imageType);
 
 private:
     Ui::TwainViewCommon ui;
