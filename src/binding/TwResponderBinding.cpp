@@ -33,6 +33,16 @@ const char* className(const QObject* object) {
     return object ? object->metaObject()->className() : "(null)";
 }
 
+// Calls f(key, control) for every (key, widget) pair of the list; other pairs are skipped.
+template <class F> void forEachWidgetPair(const TwBindList& pairs, F&& f) {
+    for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
+        const std::string* key = pairs[i].key();
+        QObject* control = pairs[i + 1].control();
+        if (key && control && control->isWidgetType())
+            f(*key, control);
+    }
+}
+
 bool isPopUp(const QObject* control) {
     auto* combo = qobject_cast<const QComboBox*>(control);
     return combo && !combo->isEditable();
@@ -227,30 +237,19 @@ void TwResponderBinding::bindControlDef(QObject* control, TwainDialogData* model
 }
 
 void TwResponderBinding::bindContents(const TwBindList& pairs, TwainDialogData* model) {
-    for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
-        const std::string* key = pairs[i].key();
-        QObject* control = pairs[i + 1].control();
-        if (key && control && control->isWidgetType())
-            bindContent(control, model, *key);
-    }
+    forEachWidgetPair(pairs,
+                      [&](const std::string& key, QObject* control) { bindContent(control, model, key); });
 }
 
 void TwResponderBinding::bindEnableds(const TwBindList& pairs, TwainDialogData* model) {
-    for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
-        const std::string* key = pairs[i].key();
-        QObject* control = pairs[i + 1].control();
-        if (key && control && control->isWidgetType())
-            bind(kTwEnabledBinding, control, model, *key);
-    }
+    forEachWidgetPair(pairs, [&](const std::string& key, QObject* control) {
+        bind(kTwEnabledBinding, control, model, key);
+    });
 }
 
 void TwResponderBinding::bindValues(const TwBindList& pairs, TwainDialogData* model) {
-    for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
-        const std::string* key = pairs[i].key();
-        QObject* control = pairs[i + 1].control();
-        if (key && control && control->isWidgetType())
-            bindValue(control, model, *key);
-    }
+    forEachWidgetPair(pairs,
+                      [&](const std::string& key, QObject* control) { bindValue(control, model, key); });
 }
 
 void TwResponderBinding::bindControlDefs(const TwBindList& pairs, TwainDialogData* model,
@@ -260,12 +259,9 @@ void TwResponderBinding::bindControlDefs(const TwBindList& pairs, TwainDialogDat
     const std::string prefix = kUIControlPrefix + dialogName;
     if (model->valueForKeyPath(prefix).isNull())
         return; // the scanner model defines nothing for this dialog
-    for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
-        const std::string* name = pairs[i].key();
-        QObject* control = pairs[i + 1].control();
-        if (name && control && control->isWidgetType())
-            bindControlDef(control, model, prefix + "." + *name);
-    }
+    forEachWidgetPair(pairs, [&](const std::string& name, QObject* control) {
+        bindControlDef(control, model, prefix + "." + name);
+    });
 }
 
 void TwResponderBinding::bindSubviewsEnabled(QWidget* view, TwainDialogData* model,
