@@ -23,14 +23,13 @@ QString withoutPrefix(const QString& className) {
 } // namespace
 
 const QStringList& TwDlgMain::tabClassNames() {
-    // The imprinter and patch-code views take no part in the main panel.
-    static const QStringList names{
-        QStringLiteral("TwainViewBasic"),        QStringLiteral("TwainViewCommon"),
-        QStringLiteral("TwainViewLayout"),       QStringLiteral("TwainViewBinaryImage"),
-        QStringLiteral("TwainViewGrayImage"),    QStringLiteral("TwainViewColorImage"),
-        QStringLiteral("TwainViewFeed"),         QStringLiteral("TwainViewArea"),
-        QStringLiteral("TwainViewControlSheet"),
-    };
+    // The tabs' own order; the imprinter and patch-code views take no part in the main panel.
+    static const QStringList names = [] {
+        QStringList all = TwainView::classNames();
+        all.removeAll(QStringLiteral("TwainViewImprinter"));
+        all.removeAll(QStringLiteral("TwainViewPatchCode"));
+        return all;
+    }();
     return names;
 }
 
