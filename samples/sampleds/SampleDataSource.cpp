@@ -77,9 +77,8 @@ bool SampleDataSource::load() {
     // The order a data source follows: bundle, model definition and name, values, callback.
     m_ui->initWithDSBundle(m_options.bundlePath);
     m_ui->setModelDef(&m_modelDef);
-    TwValue name = m_capabilities.dict()->value("ScanInfo").dict()
-                       ? m_capabilities.dict()->value("ScanInfo").dict()->value("ProductName")
-                       : TwValue();
+    TwValue scanInfo = m_capabilities.dict()->value("ScanInfo");
+    TwValue name = scanInfo.dict() ? scanInfo.dict()->value("ProductName") : TwValue();
     m_ui->setModelName(name.isString() ? *name.str() : "Simulated scanner");
     m_ui->setDataWithDictionary(capabilityValues(), 0);
     m_ui->setCallback(&SampleDataSource::callback);
