@@ -86,12 +86,11 @@ bool isGuiThread() {
 }
 
 void runOnGuiThread(const std::function<void()>& f) {
-    auto* app = QCoreApplication::instance();
-    if (!app || QThread::currentThread() == app->thread()) {
+    if (isGuiThread()) {
         f();
         return;
     }
-    QMetaObject::invokeMethod(app, f, Qt::BlockingQueuedConnection);
+    QMetaObject::invokeMethod(QCoreApplication::instance(), f, Qt::BlockingQueuedConnection);
 }
 
 void runModalForWindow(QWidget* window) {
