@@ -79,13 +79,15 @@ void TwPanel::windowWillClose() {
     unbindControlAll();
 }
 
-void TwPanel::performClose() {
-    if (m_asking)
-        return;
+bool TwPanel::askShouldClose() {
     m_asking = true;
     bool allowed = windowShouldClose();
     m_asking = false;
-    if (allowed)
+    return allowed;
+}
+
+void TwPanel::performClose() {
+    if (!m_asking && askShouldClose())
         close();
 }
 
@@ -104,14 +106,9 @@ void TwPanel::reject() {
 
 void TwPanel::closeEvent(QCloseEvent* event) {
     // The window system's close box asks first; close() from code does not.
-    if (event->spontaneous() && !m_asking) {
-        m_asking = true;
-        bool allowed = windowShouldClose();
-        m_asking = false;
-        if (!allowed) {
-            event->ignore();
-            return;
-        }
+    if (event->spontaneous() && !m_asking && !askShouldClose()) {
+        event->ignore();
+        return;
     }
     windowWillClose();
     event->accept();

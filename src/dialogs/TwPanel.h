@@ -61,6 +61,9 @@ protected:
     const char* className() const;
 
 private:
+    // windowShouldClose, with a second question while it is being asked kept out.
+    bool askShouldClose();
+
     QPointer<TwainDialogController> m_controller;
     std::unique_ptr<TwResponderBinding> m_responderBinding;
     int m_returnCode = 0;
