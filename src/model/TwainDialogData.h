@@ -133,6 +133,7 @@ public:
     void addSelfObserver();
     void initTempDict();
     void addSelfObserverForKeyPath(const std::string& keyPath, unsigned options);
+    void addSelfObserverForKeyPaths(const std::vector<std::string>& keyPaths, unsigned options);
     void addSelfObserverForDict(const TwValue& dict, const std::string& prefix, unsigned options);
     void removeSelfObserver();
     // Rules from the model definition, the reverse index, the constant targets, every target once.
@@ -213,6 +214,7 @@ public:
     void readCustomGamma();
     bool saveCustomGamma();
     TwValue customGammasWithColor(bool isColor) const;
+    TwValue CustomGammas() const { return m_CustomGammas; }
     std::vector<std::string> customGammaNamesWithColor(bool isColor) const;
     TwValue customGamme(const std::string& name, bool isColor) const;
     void setCustomGamme(const std::string& name, bool isColor, const TwValue& gamma);

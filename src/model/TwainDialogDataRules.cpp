@@ -95,6 +95,11 @@ void TwainDialogData::addSelfObserverForKeyPath(const std::string& keyPath, unsi
     }
 }
 
+void TwainDialogData::addSelfObserverForKeyPaths(const std::vector<std::string>& keyPaths, unsigned options) {
+    for (auto& keyPath : keyPaths)
+        addSelfObserverForKeyPath(keyPath, options);
+}
+
 void TwainDialogData::addSelfObserverForDict(const TwValue& dict, const std::string& prefix,
                                              unsigned options) {
     auto d = dict.dict();

@@ -216,6 +216,7 @@ private slots:
         }
         auto ui = start();
         QCOMPARE(ui->model()->customGammaNamesWithColor(true), std::vector<std::string>{"Warm"});
+        QVERIFY(ui->model()->CustomGammas().dict()->value("Color").isEqual(ui->model()->customGammasWithColor(true)));
         QVERIFY(ui->model()->customGammaNamesWithColor(false).empty());
         TwValue warm = ui->model()->customGamme("Warm", true); // the second save merged into the first
         QVERIFY(warm.dict()->value("Red").isArray() && warm.dict()->value("Blue").intValue() == 3);

@@ -200,6 +200,9 @@ private slots:
         QCOMPARE(count, registry->size());
         model->addSelfObserverForKeyPath("Data.Resolution", kTwObserveNew); // already there: nothing
         QCOMPARE(model->observationCount(model.get()), count);
+        model->addSelfObserverForKeyPaths({"temp.Extra", "Data.Resolution", "temp.Extra"}, kTwObserveNew);
+        QCOMPARE(model->observationCount(model.get()), count + 1);
+        count += 1;
         QVERIFY(!model->m_bInInit);
 
         model->removeSelfObserver();
