@@ -2,7 +2,7 @@
 
 #include "OrvaDebug.h"
 #include "TwBoundControl.h"
-#include "TwBundle.h"
+#include "TwStrings.h"
 #include "TwainNumberFormatter.h"
 
 #include <QAbstractSlider>
@@ -38,43 +38,9 @@ int clampToInt(double v) {
                           (long long)INT_MAX));
 }
 
-// Fills "%@" placeholders in order and "%1$@", "%2$@" by position; "%%" is a percent sign.
-QString fillObjects(const QString& pattern, const QStringList& objects) {
-    QString out;
-    int next = 0;
-    for (qsizetype i = 0; i < pattern.size(); ++i) {
-        QChar c = pattern[i];
-        if (c != '%' || i + 1 >= pattern.size()) {
-            out += c;
-            continue;
-        }
-        if (pattern[i + 1] == '%') {
-            out += '%';
-            ++i;
-        } else if (pattern[i + 1] == '@') {
-            out += next < objects.size() ? objects[next] : QString();
-            ++next;
-            ++i;
-        } else {
-            qsizetype j = i + 1;
-            while (j < pattern.size() && pattern[j].isDigit())
-                ++j;
-            if (j > i + 1 && j + 1 < pattern.size() && pattern[j] == '$' && pattern[j + 1] == '@') {
-                int n = pattern.mid(i + 1, j - i - 1).toInt();
-                out += n >= 1 && n <= objects.size() ? objects[n - 1] : QString();
-                i = j + 1;
-            } else {
-                out += c;
-            }
-        }
-    }
-    return out;
-}
-
-QString rangeMessagePattern() {
-    if (auto own = TwBundle::moduleBundle())
-        return QString::fromStdString(own->localizedStringForKey(kRangeMessageKey, kRangeMessageDefault));
-    return QString::fromLatin1(kRangeMessageDefault);
+// The range message comes from this module's own table: a formatter knows no data source.
+std::string rangeMessagePattern() {
+    return TwLocalizedString(nullptr, kRangeMessageKey, kRangeMessageDefault);
 }
 } // namespace
 
@@ -103,8 +69,9 @@ void SetTextRangeFormatter(TwainNumberFormatter* formatter, int minimum, int max
     formatter->setMinimum(lo);
     formatter->setMaximum(hi);
     formatter->setFormat(d == 0 ? QStringLiteral("0") : QStringLiteral("0.") + QString(d, '0'));
-    formatter->setErrorString(fillObjects(
-        rangeMessagePattern(), {formatter->stringFromNumber(lo), formatter->stringFromNumber(hi)}));
+    formatter->setErrorString(QString::fromStdString(
+        TwFormatString(rangeMessagePattern(), {formatter->stringFromNumber(lo).toStdString(),
+                                               formatter->stringFromNumber(hi).toStdString()})));
 }
 
 void SetTextRange(QWidget* field, int minimum, int maximum, int places) {

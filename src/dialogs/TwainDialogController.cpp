@@ -7,6 +7,7 @@
 #include "TwDlgScanning.h"
 #include "TwEditCommit.h"
 #include "TwMessageBox.h"
+#include "TwStrings.h"
 #include "TwainDialogData.h"
 
 #include <QComboBox>
@@ -37,12 +38,8 @@ QString qs(const std::string& s) {
     return QString::fromStdString(s);
 }
 
-// "%@" is the platform's placeholder in the string tables.
-QString formatWith(QString format, const QString& argument) {
-    int at = format.indexOf(QLatin1String("%@"));
-    if (at >= 0)
-        format.replace(at, 2, argument);
-    return format;
+QString formatWith(const QString& format, const QString& argument) {
+    return qs(TwFormatString(format.toStdString(), {argument.toStdString()}));
 }
 
 std::int32_t readInt32(const unsigned char* p) {
@@ -89,12 +86,10 @@ TwDlgMain* TwainDialogController::window() {
         m_window->setWindowController(this);
         // Texts the data source's string table gives for the buttons that name a key.
         for (auto* button : m_window->findChildren<QPushButton*>()) {
-            QString key = button->property("textKey").toString();
-            if (key.isEmpty())
-                continue;
-            QString text = localizedString(key);
-            if (text != key && !text.isEmpty())
-                button->setText(text);
+            auto text =
+                TwLookupString(dataSourceBundle(), button->property("textKey").toString().toStdString());
+            if (text && !text->empty())
+                button->setText(qs(*text));
         }
     }
     return m_window;
@@ -278,10 +273,6 @@ void TwainDialogController::onDefault() {
     _dialogData->resetCustomize();
 }
 
-QString TwainDialogController::modelText(const char* key) {
-    return _dialogData ? qs(_dialogData->localizedString(key)) : localizedString(QString::fromLatin1(key));
-}
-
 std::optional<QString> TwainDialogController::promptForName(const QStringList& names) {
     if (m_namePrompt)
         return m_namePrompt(names);
@@ -313,11 +304,11 @@ void TwainDialogController::onSaveSetting() {
         return;
     QString name = entered->trimmed();
     if (name.isEmpty()) {
-        showMessageBox(modelText("IDS_MSG_INPUT_NAME"), QString(), 0x20001);
+        showMessageBox(localizedString(QStringLiteral("IDS_MSG_INPUT_NAME")), QString(), 0x20001);
         return;
     }
     if (_dialogData->ProfileCount() >= kMaxProfiles && !_dialogData->IsProfileExist(name.toStdString())) {
-        showMessageBox(modelText("IDS_ERR_OVERSAVESETTINGS"), QString(), 0x20001);
+        showMessageBox(localizedString(QStringLiteral("IDS_ERR_OVERSAVESETTINGS")), QString(), 0x20001);
         return;
     }
     _dialogData->AddCustomProfile(name.toStdString());
@@ -330,11 +321,12 @@ void TwainDialogController::onDeleteSetting() {
     TwValue name = _dialogData->valueForKeyPath("profiles.name");
     TwValue temporary = _dialogData->valueForKeyPath("profiles.temporary");
     if (name.isEqual(temporary)) {
-        showMessageBox(modelText("IDS_PROFILE_DEL_TEMP"), QString(), 0x20001);
+        showMessageBox(localizedString(QStringLiteral("IDS_PROFILE_DEL_TEMP")), QString(), 0x20001);
         return;
     }
     QString text = name.isString() ? qs(*name.str()) : qs(name.description());
-    int answer = showMessageBox(formatWith(modelText("IDS_PROFILE_DEL_CONFIRM"), text), QString(), 0x40002);
+    int answer = showMessageBox(formatWith(localizedString(QStringLiteral("IDS_PROFILE_DEL_CONFIRM")), text),
+                                QString(), 0x40002);
     if (answer == kVmxAnswerCancel)
         return;
     _dialogData->deleteCustomProfile(text.toStdString());
@@ -405,7 +397,7 @@ void TwainDialogController::onHelp() {
     if (page.isEmpty()) {
         OrvaLog(kOrvaLogError, "ERROR: %s: no help book (folder '%s')\n", "TwainDialogController::onHelp",
                 folder.toUtf8().constData());
-        showMessageBox(modelText("IDS_ERR_HELPFILE_LOAD"), QString(), 0x20001);
+        showMessageBox(localizedString(QStringLiteral("IDS_ERR_HELPFILE_LOAD")), QString(), 0x20001);
         return;
     }
     OrvaLog(kOrvaLogDebug, "\t%s: %s\n", "TwainDialogController::onHelp", page.toUtf8().constData());
@@ -596,28 +588,18 @@ int TwainDialogController::showMessageBox(const QString& message, const QString&
     return answer;
 }
 
+const TwBundle* TwainDialogController::dataSourceBundle() const {
+    return _dialogData ? _dialogData->bundleDS().get() : nullptr;
+}
+
 QString TwainDialogController::localizedString(const QString& key, const TwBundle* bundle) {
-    std::string k = key.toStdString();
-    if (bundle) {
-        std::string text = bundle->localizedStringForKey(k, k);
-        if (!text.empty())
-            return qs(text);
-    }
-    if (auto own = TwBundle::moduleBundle()) {
-        if (own->hasLocalizedString(k)) {
-            std::string text = own->localizedStringForKey(k, "");
-            if (!text.empty())
-                return qs(text);
-        }
-    }
-    return key;
+    return qs(TwLocalizedString(bundle, key.toStdString()));
 }
 
 QString TwainDialogController::localizedString(const QString& key) {
-    return localizedString(key, _dialogData ? _dialogData->bundleDS().get() : nullptr);
+    return localizedString(key, dataSourceBundle());
 }
 
 QString TwainDialogController::localizedStringNoEmpty(const QString& key) {
-    QString text = localizedString(key);
-    return text.isEmpty() ? QStringLiteral(" ") : text;
+    return qs(TwLocalizedStringNoEmpty(dataSourceBundle(), key.toStdString()));
 }

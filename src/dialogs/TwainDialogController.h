@@ -106,6 +106,8 @@ public:
     QString localizedString(const QString& key, const TwBundle* bundle);
     QString localizedString(const QString& key);
     QString localizedStringNoEmpty(const QString& key);
+    // The data source's bundle (through the model), or null.
+    const TwBundle* dataSourceBundle() const;
     // Keeps the help book name of the first bundle that has one; false when none has.
     bool registerHelp(const QStringList& bundlePaths);
     QString helpBookName() const { return DSHelpBookName; }
@@ -127,7 +129,6 @@ private:
     std::uint16_t sendEvent(std::uint16_t event, void* data);
     void logBundleVersion();
     std::optional<QString> promptForName(const QStringList& names);
-    QString modelText(const char* key);
 
     QPointer<TwDlgMain> m_window;
     QPointer<TwDlgScanning> m_dlgScanning;

@@ -4,6 +4,7 @@
 #include "TwApplication.h"
 #include "TwBundle.h"
 #include "TwMessageBox.h"
+#include "TwStrings.h"
 #include "TwainDialogController.h"
 #include "TwainDialogData.h"
 
@@ -485,22 +486,9 @@ std::string VmxUIControllerImpl::localizedString(const std::string& key) {
 }
 
 std::string VmxUIControllerImpl::localizedString(const std::string& key, const std::string& defualt) {
-    if (key.empty())
-        return {};
-    if (bundleDS) {
-        std::string text = bundleDS->localizedStringForKey(key, defualt);
-        if (!text.empty())
-            return text;
-    }
-    if (auto own = TwBundle::moduleBundle()) {
-        std::string text = own->localizedStringForKey(key, defualt);
-        if (!text.empty())
-            return text;
-    }
-    return defualt;
+    return TwLocalizedString(bundleDS.get(), key, defualt);
 }
 
 std::string VmxUIControllerImpl::localizedStringNoEmpty(const std::string& key) {
-    std::string text = localizedString(key);
-    return text.empty() ? " " : text;
+    return TwLocalizedStringNoEmpty(bundleDS.get(), key);
 }

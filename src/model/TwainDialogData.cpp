@@ -4,6 +4,7 @@
 #include "TwBundle.h"
 #include "TwPlist.h"
 #include "TwPreferences.h"
+#include "TwStrings.h"
 
 #include <cctype>
 #include <cmath>
@@ -107,7 +108,9 @@ TwValue TwainDialogData::valueForUndefinedKey(std::string_view key) {
     return s;
 }
 
-TwValue TwainDialogData::section(std::string_view name) { return valueForUndefinedKey(name); }
+TwValue TwainDialogData::section(std::string_view name) {
+    return valueForUndefinedKey(name);
+}
 
 TwValue TwainDialogData::valueForKey(std::string_view key) {
     if (key.empty() || key == "ModelDef")
@@ -214,9 +217,13 @@ void TwainDialogData::removeObserver(TwKeyValueObserver* observer, std::string_v
     m_observation.removeObserver(observer, keyPath);
 }
 
-void TwainDialogData::willChangeValueForKey(std::string_view keyPath) { m_observation.willChange(keyPath); }
+void TwainDialogData::willChangeValueForKey(std::string_view keyPath) {
+    m_observation.willChange(keyPath);
+}
 
-void TwainDialogData::didChangeValueForKey(std::string_view keyPath) { m_observation.didChange(keyPath); }
+void TwainDialogData::didChangeValueForKey(std::string_view keyPath) {
+    m_observation.didChange(keyPath);
+}
 
 // ---- Plain dictionaries --------------------------------------------------------------------------
 
@@ -260,7 +267,8 @@ TwValue TwainDialogData::dictionaryRead(const TwValue& dict, std::string_view ke
     return dictionaryRead(dict, keyPathComponents(keyPath));
 }
 
-void TwainDialogData::setValue(const TwValue& value, const TwValue& dict, const std::vector<std::string>& keys) {
+void TwainDialogData::setValue(const TwValue& value, const TwValue& dict,
+                               const std::vector<std::string>& keys) {
     if (keys.empty())
         return;
     TwDictionary* d = dict.dict();
@@ -299,20 +307,14 @@ std::vector<std::string> TwainDialogData::allKeyPaths(const std::string* prefix,
     return paths;
 }
 
-std::vector<std::string> TwainDialogData::allKeyPaths() const { return allKeyPaths(nullptr, m_dictData); }
+std::vector<std::string> TwainDialogData::allKeyPaths() const {
+    return allKeyPaths(nullptr, m_dictData);
+}
 
 // ---- Texts ---------------------------------------------------------------------------------------
 
 std::string TwainDialogData::localizedString(const std::string& key, const std::string* defualt) {
-    if (key.empty())
-        return {};
-    if (m_bundleDS)
-        return m_bundleDS->localizedStringForKey(key, key);
-    if (auto own = TwBundle::moduleBundle()) {
-        if (own->hasLocalizedString(key) || !defualt)
-            return own->localizedStringForKey(key, key);
-    }
-    return defualt ? *defualt : key;
+    return TwLocalizedString(m_bundleDS.get(), key, defualt ? *defualt : key);
 }
 
 // ---- Capabilities --------------------------------------------------------------------------------

@@ -2,6 +2,7 @@
 
 #include "OrvaDebug.h"
 #include "TwFormCatalog.h"
+#include "TwStrings.h"
 #include "TwainDialogData.h"
 #include "TwainViewArea.h"
 #include "TwainViewBasic.h"
@@ -53,11 +54,8 @@ const std::array<TabEntry, 11> kTabs{{
 
 // The text of an "IDS_" key, or a null string when no table has it.
 QString localized(TwainDialogData* model, const QString& key) {
-    if (key.isEmpty())
-        return {};
-    const std::string k = key.toStdString();
-    const std::string text = model->localizedString(k);
-    return text == k ? QString() : QString::fromStdString(text);
+    auto text = TwLookupString(model->bundleDS().get(), key.toStdString());
+    return text ? QString::fromStdString(*text) : QString();
 }
 
 } // namespace

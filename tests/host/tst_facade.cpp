@@ -2,9 +2,12 @@
 // filter, key-path reads and writes, the callback and its capability record, and the trace.
 #include "FakeModelDef.h"
 #include "OrvaDebug.h"
+#include "TwPlist.h"
+#include "TwainDialogController.h"
 #include "TwainDialogData.h"
 #include "VmxUIControllerImpl.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -176,6 +179,27 @@ private slots:
         ui->showUi(false, true, true);
         QVERIFY(!ui->isShow());
         QVERIFY(ui->isShowModal());
+    }
+
+    // A data source may blank a text on purpose: the facade and the controller keep its answer.
+    void blankTextsOfTheDataSourceAreKept() {
+        QTemporaryDir ds;
+        QDir().mkpath(ds.path() + "/Contents/Resources/en.lproj");
+        QFile table(ds.path() + "/Contents/Resources/en.lproj/Localizable.strings");
+        QVERIFY(table.open(QIODevice::WriteOnly));
+        table.write(QByteArray::fromStdString(TwPlistToXml(TwValue::dictionary({{"IDS_OK", ""}}))));
+        table.close();
+        qputenv("LANGUAGE", "en");
+        VmxUIControllerImpl ui;
+        OrvaSetLogPaths(nullptr, nullptr);
+        ui.initWithDSBundle(ds.path().toStdString());
+        ui.setModelDef(&def);
+        ui.setDataWithDictionary(capabilityValues(true, true), 0);
+        QCOMPARE(ui.localizedString("IDS_OK"), std::string());
+        QCOMPARE(ui.localizedStringNoEmpty("IDS_OK"), std::string(" "));
+        QCOMPARE(ui.controller()->localizedString("IDS_OK"), QString());
+        QCOMPARE(ui.controller()->localizedStringNoEmpty("IDS_OK"), QString(" "));
+        QCOMPARE(ui.localizedString("IDS_NOT_THERE", "default"), std::string("default"));
     }
 
     void callsAreTraced() {

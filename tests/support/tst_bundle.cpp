@@ -1,8 +1,9 @@
-// Property lists and bundle folders: round trips through libplist, refusal of broken input, and
-// the resource and string-table lookups of a bundle.
+// Property lists and bundle folders: round trips through libplist, refusal of broken input, the
+// resource and string-table lookups of a bundle, and the module's one text lookup and format.
 #include "OrvaDebug.h"
 #include "TwBundle.h"
 #include "TwPlist.h"
+#include "TwStrings.h"
 
 #include <QDir>
 #include <QFile>
@@ -141,6 +142,80 @@ private slots:
         writeFile(path + "/Contents/Resources/en.lproj/Localizable.strings", strings({{"IDS_OK", "OK"}}));
         auto bundle = TwBundle::bundleWithPath(path.toStdString());
         QCOMPARE(bundle->localizedStringForKey("IDS_OK", ""), std::string("OK"));
+    }
+
+    // The data source's table first (an empty text is an answer), then the module's, then the
+    // fallback; both bundles in English.
+    void textLookupChain_data() {
+        QTest::addColumn<bool>("withDataSource");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("noEmpty");
+        QTest::newRow("data source wins") << true << "IDS_BOTH"
+                                          << "ds both"
+                                          << "ds both";
+        QTest::newRow("empty text is an answer") << true << "IDS_BLANK"
+                                                 << ""
+                                                 << " ";
+        QTest::newRow("module's own next") << true << "IDS_OWN"
+                                           << "own text"
+                                           << "own text";
+        QTest::newRow("the key last") << true << "IDS_NONE"
+                                      << "IDS_NONE"
+                                      << "IDS_NONE";
+        QTest::newRow("no data source") << false << "IDS_BOTH"
+                                        << "own both"
+                                        << "own both";
+        QTest::newRow("no key") << true << ""
+                                << ""
+                                << " ";
+    }
+    void textLookupChain() {
+        QFETCH(bool, withDataSource);
+        QFETCH(QString, key);
+        QFETCH(QString, text);
+        QFETCH(QString, noEmpty);
+        QString ds = dir.path() + "/Strings/DS.bundle", own = dir.path() + "/Strings/Own.bundle";
+        writeFile(ds + "/Contents/Resources/en.lproj/Localizable.strings",
+                  strings({{"IDS_BOTH", "ds both"}, {"IDS_BLANK", ""}}));
+        writeFile(own + "/Contents/Resources/en.lproj/Localizable.strings",
+                  strings({{"IDS_BOTH", "own both"}, {"IDS_OWN", "own text"}, {"IDS_BLANK", "own blank"}}));
+        qputenv("LANGUAGE", "en");
+        TwBundle::setModuleBundlePath(own.toStdString());
+        auto bundle = withDataSource ? TwBundle::bundleWithPath(ds.toStdString()) : nullptr;
+        const std::string k = key.toStdString();
+        QCOMPARE(QString::fromStdString(TwLocalizedString(bundle.get(), k)), text);
+        QCOMPARE(QString::fromStdString(TwLocalizedStringNoEmpty(bundle.get(), k)), noEmpty);
+        bool known = key != "IDS_NONE" && !key.isEmpty();
+        QCOMPARE(TwLookupString(bundle.get(), k).has_value(), known);
+        QCOMPARE(QString::fromStdString(TwLocalizedString(bundle.get(), k, "fallback")),
+                 known || key.isEmpty() ? text : QString("fallback"));
+        TwBundle::setModuleBundlePath("");
+        qputenv("LANGUAGE", "de");
+    }
+
+    void formatFillsPlaceholders_data() {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("objects in order")
+            << "Delete %@ and %@?" << QStringList{"a", "b"} << "Delete a and b?";
+        QTest::newRow("numbered") << "%2$@ before %1$@" << QStringList{"one", "two"} << "two before one";
+        QTest::newRow("printf number")
+            << "At most %d characters" << QStringList{"32"} << "At most 32 characters";
+        QTest::newRow("length modifier") << "%ld of %lu" << QStringList{"1", "2"} << "1 of 2";
+        QTest::newRow("percent sign") << "100%% done: %@" << QStringList{"x"} << "100% done: x";
+        QTest::newRow("missing argument") << "%@ and %@" << QStringList{"a"} << "a and ";
+        QTest::newRow("no conversion") << "50% off %" << QStringList{"a"} << "50% off %";
+    }
+    void formatFillsPlaceholders() {
+        QFETCH(QString, format);
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, text);
+        std::vector<std::string> args;
+        for (auto& a : arguments)
+            args.push_back(a.toStdString());
+        QCOMPARE(QString::fromStdString(TwFormatString(format.toStdString(), args)), text);
     }
 
     void moduleBundleCanBePointedAt() {
