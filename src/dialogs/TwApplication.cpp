@@ -6,7 +6,6 @@
 #include <QApplication>
 #include <QPointer>
 #include <QThread>
-#include <QTimer>
 #include <QWidget>
 
 #include <mutex>
@@ -115,18 +114,16 @@ void stopModal() {
     g_modalWindow = nullptr;
     if (!window)
         return;
-    window->setWindowModality(Qt::NonModal);
-    if (!window->isVisible())
+    if (!window->isVisible()) {
+        window->setWindowModality(Qt::NonModal);
         return;
-    // Usually the window is closed right after the run ends; if it is still up at the next turn
-    // of the loop, show it again so that Qt lifts the block on the other windows.
-    QTimer::singleShot(0, window, [window] {
-        if (window && window->isVisible() && window->windowModality() == Qt::NonModal &&
-            window != g_modalWindow) {
-            window->hide();
-            window->show();
-        }
-    });
+    }
+    // Qt takes a window off its process-wide list of modal windows only when the window is hidden
+    // while it is still modal; a window made non-modal while shown would stay on the list after it
+    // is deleted. So hide it modal, and show it again without modality.
+    window->hide();
+    window->setWindowModality(Qt::NonModal);
+    window->show();
 }
 
 QWidget* modalWindow() {

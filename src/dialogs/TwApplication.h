@@ -29,8 +29,8 @@ void runOnGuiThread(const std::function<void()>& f);
 
 // Shows the window application-modal and brings it to the front; the earlier run, if any, ends.
 void runModalForWindow(QWidget* window);
-// Ends the run: the window becomes non-modal (re-shown at the next turn of the event loop if it is
-// still visible then, which is what Qt needs to drop its input block).
+// Ends the run: the window becomes non-modal. A window still shown is hidden and shown again, as
+// Qt leaves its modal bookkeeping only for a window hidden while modal.
 void stopModal();
 // The window in the run, or null.
 QWidget* modalWindow();

@@ -6,6 +6,7 @@
 #include "VmxUIControllerImpl.h"
 
 #include <QApplication>
+#include <QGuiApplication>
 #include <QTest>
 
 #include <thread>
@@ -14,6 +15,29 @@ namespace {
 TwValue capabilities() {
     return TwValue::dictionary({{"Data", TwValue::dictionary({{"Resolution", 300}})},
                                 {"Default", TwValue::dictionary({{"Resolution", 300}})}});
+}
+
+// Runs a comma-separated list of facade calls as a data source makes them.
+void drive(VmxUIControllerImpl& ui, const QString& calls) {
+    for (const QString& call : calls.split(',')) {
+        if (call == "modal")
+            ui.showUi(true, true, false);
+        else if (call == "modeless")
+            ui.showUi(true, false, false);
+        else if (call == "ok" || call == "cancel")
+            ui.performDialogAction(call == "ok" ? "onOK" : "onCancel");
+        else if (call == "stop")
+            ui.stopModal();
+        else if (call == "start")
+            ui.startModal();
+        else if (call == "hide")
+            ui.hideUi();
+        else if (call == "closeDS")
+            ui.closeDS();
+        else
+            QFAIL(qPrintable("unknown call " + call));
+        ui.processEvents(1);
+    }
 }
 
 std::unique_ptr<VmxUIControllerImpl> facade() {
@@ -56,6 +80,41 @@ private slots:
         second->processEvents(10);
         second.reset();
         QCOMPARE(QCoreApplication::instance(), nullptr);
+    }
+
+    // Qt keeps a process-wide list of modal windows; a run must leave it as it found it in every
+    // order of calls, or a later facade's window trips over a deleted one.
+    void modalRunsLeaveNoWindowBehind_data() {
+        QTest::addColumn<QString>("calls");
+        QTest::newRow("OK then hide, twice") << "modal,ok,hide,modal,ok,hide,closeDS";
+        QTest::newRow("Cancel then hide") << "modal,cancel,hide,closeDS";
+        QTest::newRow("stopModal then hide") << "modal,stop,hide";
+        QTest::newRow("hide alone") << "modal,hide,modal,hide";
+        QTest::newRow("no hide before the end") << "modal,ok";
+        QTest::newRow("start and stop repeated") << "modal,stop,start,stop,start,ok,hide";
+        QTest::newRow("modal then modeless") << "modal,ok,hide,modeless,cancel,hide";
+        QTest::newRow("closeDS while shown") << "modal,closeDS,cancel,hide";
+    }
+    void modalRunsLeaveNoWindowBehind() {
+        QFETCH(QString, calls);
+        // The module's own application, made again for each facade.
+        for (int round = 0; round < 2; ++round) {
+            auto ui = facade();
+            drive(*ui, calls);
+        }
+        QCOMPARE(QCoreApplication::instance(), nullptr);
+        // A host's application that outlives several facades.
+        int argc = 1;
+        char name[] = "host";
+        char* argv[] = {name, nullptr};
+        QApplication host(argc, argv);
+        for (int round = 0; round < 3; ++round) {
+            {
+                auto ui = facade();
+                drive(*ui, calls);
+            }
+            QVERIFY(QGuiApplication::modalWindow() == nullptr);
+        }
     }
 
     void theHostsApplicationIsNeverDeleted() {
