@@ -2,7 +2,7 @@
 
 #include "TwBindingAdapters.h"
 #include "TwFormatter.h"
-#include "TwainDialogData.h"
+#include "TwObservation.h"
 
 #include <QMetaProperty>
 #include <QValidator>
@@ -15,20 +15,19 @@ constexpr const char* kSetObjectName = "qt_twbindings";
 
 class TwBoundControl::Binding : public TwKeyValueObserver {
 public:
-    Binding(TwBoundControl* owner, std::string name, TwBindingKind kind, TwainDialogData* model,
+    Binding(TwBoundControl* owner, std::string name, TwBindingKind kind, TwObservable* model,
             std::string keyPath, const TwBindingOptions& options)
         : owner(owner), name(std::move(name)), kind(kind), model(model), keyPath(std::move(keyPath)),
           options(options) {}
 
-    void observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange&,
-                                void*) override {
+    void observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange&, void*) override {
         owner->modelChanged(this);
     }
 
     TwBoundControl* owner;
     std::string name;
     TwBindingKind kind;
-    TwainDialogData* model;
+    TwObservable* model;
     std::string keyPath;
     TwBindingOptions options;
     TwValue value;        // the model's value as last seen
@@ -72,7 +71,7 @@ TwBoundControl::Binding* TwBoundControl::findKind(TwBindingKind kind) const {
     return nullptr;
 }
 
-bool TwBoundControl::bind(QObject* control, std::string_view name, TwainDialogData* model,
+bool TwBoundControl::bind(QObject* control, std::string_view name, TwObservable* model,
                           std::string_view keyPath, const TwBindingOptions& options, std::string* reason) {
     auto fail = [&](std::string why) {
         if (reason)

@@ -19,11 +19,11 @@
 #include <string_view>
 #include <vector>
 
-class TwainDialogData;
+class TwObservable;
 class TwControlAdapter;
 
 struct TwBindingInfo {
-    TwainDialogData* model = nullptr;
+    TwObservable* model = nullptr;
     std::string keyPath;
     TwBindingKind kind = TwBindingKind::Value;
     TwBindingOptions options;
@@ -36,9 +36,8 @@ public:
 
     // Binds the control's binding `name` to the model at the key path; an existing binding of the
     // same name is replaced. False, with the reason, when the control has no such binding.
-    static bool bind(QObject* control, std::string_view name, TwainDialogData* model,
-                     std::string_view keyPath, const TwBindingOptions& options,
-                     std::string* reason = nullptr);
+    static bool bind(QObject* control, std::string_view name, TwObservable* model, std::string_view keyPath,
+                     const TwBindingOptions& options, std::string* reason = nullptr);
     // What the control is bound to under the name, or nothing.
     static std::optional<TwBindingInfo> infoForBinding(const QObject* control, std::string_view name);
     // Removes the binding of that name; false if there is none.

@@ -4,7 +4,7 @@
 #include "TwBindingAdapters.h"
 #include "TwBindingWidgets.h"
 #include "TwBoundControl.h"
-#include "TwainDialogData.h"
+#include "TwObservation.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -18,7 +18,6 @@
 #include <typeinfo>
 
 namespace {
-constexpr const char* kModelClassName = "TwainDialogData";
 constexpr const char* kUIControlPrefix = "ModelDef.UIControl.";
 constexpr int kMaxNumberedBindings = 1000;
 
@@ -27,6 +26,11 @@ std::string demangled(const char* name) {
     std::unique_ptr<char, void (*)(void*)> text(abi::__cxa_demangle(name, nullptr, nullptr, &status),
                                                 std::free);
     return status == 0 && text ? std::string(text.get()) : std::string(name);
+}
+
+// The class of the object bound to or observed, for the log ("TwainDialogData").
+std::string className(const TwObservable* object) {
+    return object ? demangled(typeid(*object).name()) : std::string("(null)");
 }
 
 const char* className(const QObject* object) {
@@ -71,7 +75,7 @@ std::string TwResponderBinding::responderClassName() const {
 
 // ---- Observation -----------------------------------------------------------------------------------
 
-void TwResponderBinding::addResponderObserver(TwainDialogData* object, const std::string& keyPath,
+void TwResponderBinding::addResponderObserver(TwObservable* object, const std::string& keyPath,
                                               unsigned options) {
     if (!object || !_responder)
         return;
@@ -83,16 +87,16 @@ void TwResponderBinding::addResponderObserver(TwainDialogData* object, const std
         object->addObserver(_responder, keyPath, options, nullptr);
     } catch (const std::exception&) {
         OrvaLog(kOrvaLogError, "ERROR: %s(%s): addObserver:%s forKeyPath:%s\n",
-                "TwResponderBinding::addResponderObserver", responderClassName().c_str(), kModelClassName,
-                keyPath.c_str());
+                "TwResponderBinding::addResponderObserver", responderClassName().c_str(),
+                className(object).c_str(), keyPath.c_str());
     }
 }
 
-void TwResponderBinding::addResponderObserver(TwainDialogData* object, const std::string& keyPath) {
+void TwResponderBinding::addResponderObserver(TwObservable* object, const std::string& keyPath) {
     addResponderObserver(object, keyPath, kTwObserveNew);
 }
 
-void TwResponderBinding::addResponderObserverForKeyPathArray(TwainDialogData* object, const TwValue& keyPaths,
+void TwResponderBinding::addResponderObserverForKeyPathArray(TwObservable* object, const TwValue& keyPaths,
                                                              unsigned options) {
     const TwArray* list = keyPaths.list();
     if (!list)
@@ -102,12 +106,11 @@ void TwResponderBinding::addResponderObserverForKeyPathArray(TwainDialogData* ob
             addResponderObserver(object, *path, options);
 }
 
-void TwResponderBinding::addResponderObserverForKeyPathArray(TwainDialogData* object,
-                                                             const TwValue& keyPaths) {
+void TwResponderBinding::addResponderObserverForKeyPathArray(TwObservable* object, const TwValue& keyPaths) {
     addResponderObserverForKeyPathArray(object, keyPaths, kTwObserveNew | kTwObserveOld);
 }
 
-void TwResponderBinding::removeResponderObserver(TwainDialogData* object, const std::string& keyPath) {
+void TwResponderBinding::removeResponderObserver(TwObservable* object, const std::string& keyPath) {
     if (!_responder || !object)
         return;
     auto it = _dictObserver.find(keyPath);
@@ -131,13 +134,13 @@ void TwResponderBinding::removeObserverAll() {
     OrvaLog(kOrvaLogDebug, "\t%s(%s): %zu key paths\n", "TwResponderBinding::removeObserverAll",
             responderClassName().c_str(), all.size());
     for (auto& [keyPath, objects] : all) {
-        for (TwainDialogData* object : objects) {
+        for (TwObservable* object : objects) {
             try {
                 object->removeObserver(_responder, keyPath);
             } catch (const std::exception&) {
                 OrvaLog(kOrvaLogError, "ERROR: %s(%s): removeObserver:%s forKeyPath:%s\n",
                         "TwResponderBinding::removeObserverAll", responderClassName().c_str(),
-                        kModelClassName, keyPath.c_str());
+                        className(object).c_str(), keyPath.c_str());
             }
         }
     }
@@ -145,14 +148,14 @@ void TwResponderBinding::removeObserverAll() {
 
 // ---- Binding ---------------------------------------------------------------------------------------
 
-void TwResponderBinding::bind(std::string_view binding, QObject* control, TwainDialogData* model,
+void TwResponderBinding::bind(std::string_view binding, QObject* control, TwObservable* model,
                               const std::string& keyPath, const TwBindingOptions& options) {
     const char* method = "TwResponderBinding::bind";
     std::string name(binding);
     try {
         if (!model || model->valueForKeyPath(keyPath).isNull()) {
             OrvaLog(kOrvaLogError, "ERROR: %s(%s): %s is not found KeyPath:%s\n", method,
-                    responderClassName().c_str(), model ? kModelClassName : "(null)", keyPath.c_str());
+                    responderClassName().c_str(), className(model).c_str(), keyPath.c_str());
             return;
         }
         if (!control) {
@@ -179,19 +182,19 @@ void TwResponderBinding::bind(std::string_view binding, QObject* control, TwainD
     }
 }
 
-void TwResponderBinding::bind(std::string_view binding, QObject* control, TwainDialogData* model,
+void TwResponderBinding::bind(std::string_view binding, QObject* control, TwObservable* model,
                               const std::string& keyPath) {
     bind(binding, control, model, keyPath, TwSharedDefaultBindOptions());
 }
 
 void TwResponderBinding::bind(std::string_view binding, const std::vector<QObject*>& controls,
-                              TwainDialogData* model, const std::string& keyPath) {
+                              TwObservable* model, const std::string& keyPath) {
     for (QObject* control : controls)
         if (control && control->isWidgetType())
             bind(binding, control, model, keyPath);
 }
 
-void TwResponderBinding::bindContent(QObject* control, TwainDialogData* model, const std::string& keyPath) {
+void TwResponderBinding::bindContent(QObject* control, TwObservable* model, const std::string& keyPath) {
     bind(kTwContentBinding, control, model, keyPath);
     if (isEditableComboBox(control)) {
         bind(kTwContentValuesBinding, control, model, keyPath + ".value");
@@ -201,13 +204,13 @@ void TwResponderBinding::bindContent(QObject* control, TwainDialogData* model, c
     }
 }
 
-void TwResponderBinding::bindContentValues(QObject* control, TwainDialogData* model,
+void TwResponderBinding::bindContentValues(QObject* control, TwObservable* model,
                                            const std::string& keyPath) {
     bind(kTwContentBinding, control, model, keyPath);
     bind(kTwContentValuesBinding, control, model, keyPath);
 }
 
-void TwResponderBinding::bindValue(QObject* control, TwainDialogData* model, const std::string& keyPath) {
+void TwResponderBinding::bindValue(QObject* control, TwObservable* model, const std::string& keyPath) {
     const char* name = kTwValueBinding;
     if (isPopUp(control))
         name = kTwSelectedObjectBinding;
@@ -220,39 +223,38 @@ void TwResponderBinding::bindValue(QObject* control, TwainDialogData* model, con
     bind(name, control, model, keyPath);
 }
 
-void TwResponderBinding::bindSelectedIndex(QObject* control, TwainDialogData* model,
+void TwResponderBinding::bindSelectedIndex(QObject* control, TwObservable* model,
                                            const std::string& keyPath) {
     bind(kTwSelectedIndexBinding, control, model, keyPath);
 }
 
-void TwResponderBinding::bindEnabled(QObject* control, TwainDialogData* model, const std::string& keyPath) {
+void TwResponderBinding::bindEnabled(QObject* control, TwObservable* model, const std::string& keyPath) {
     bind(kTwEnabledBinding, control, model, keyPath);
 }
 
-void TwResponderBinding::bindControlDef(QObject* control, TwainDialogData* model,
-                                        const std::string& keyPath) {
+void TwResponderBinding::bindControlDef(QObject* control, TwObservable* model, const std::string& keyPath) {
     if (!qobject_cast<QGroupBox*>(control))
         bind(kTwEnabledBinding, control, model, keyPath + ".enabled");
     bind(kTwHiddenBinding, control, model, keyPath + ".hidden");
 }
 
-void TwResponderBinding::bindContents(const TwBindList& pairs, TwainDialogData* model) {
+void TwResponderBinding::bindContents(const TwBindList& pairs, TwObservable* model) {
     forEachWidgetPair(pairs,
                       [&](const std::string& key, QObject* control) { bindContent(control, model, key); });
 }
 
-void TwResponderBinding::bindEnableds(const TwBindList& pairs, TwainDialogData* model) {
+void TwResponderBinding::bindEnableds(const TwBindList& pairs, TwObservable* model) {
     forEachWidgetPair(pairs, [&](const std::string& key, QObject* control) {
         bind(kTwEnabledBinding, control, model, key);
     });
 }
 
-void TwResponderBinding::bindValues(const TwBindList& pairs, TwainDialogData* model) {
+void TwResponderBinding::bindValues(const TwBindList& pairs, TwObservable* model) {
     forEachWidgetPair(pairs,
                       [&](const std::string& key, QObject* control) { bindValue(control, model, key); });
 }
 
-void TwResponderBinding::bindControlDefs(const TwBindList& pairs, TwainDialogData* model,
+void TwResponderBinding::bindControlDefs(const TwBindList& pairs, TwObservable* model,
                                          const std::string& dialogName) {
     if (dialogName.empty() || !model)
         return;
@@ -264,8 +266,7 @@ void TwResponderBinding::bindControlDefs(const TwBindList& pairs, TwainDialogDat
     });
 }
 
-void TwResponderBinding::bindSubviewsEnabled(QWidget* view, TwainDialogData* model,
-                                             const std::string& keyPath) {
+void TwResponderBinding::bindSubviewsEnabled(QWidget* view, TwObservable* model, const std::string& keyPath) {
     if (!view)
         return;
     const QObjectList children = view->children(); // a copy: binding adds child objects

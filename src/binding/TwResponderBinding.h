@@ -24,7 +24,7 @@
 class QObject;
 class QWidget;
 class TwKeyValueObserver;
-class TwainDialogData;
+class TwObservable;
 
 // One element of a pair list: a key (a key path or a control name) or a control. A null control
 // stands for an absent outlet.
@@ -65,16 +65,15 @@ public:
     // ---- Observation ----
 
     // Registers the responder with the object at the key path, once per object and key path.
-    void addResponderObserver(TwainDialogData* object, const std::string& keyPath, unsigned options);
+    void addResponderObserver(TwObservable* object, const std::string& keyPath, unsigned options);
     // The same with options 1 (new value).
-    void addResponderObserver(TwainDialogData* object, const std::string& keyPath);
+    void addResponderObserver(TwObservable* object, const std::string& keyPath);
     // Each string of the array; other elements are skipped.
-    void addResponderObserverForKeyPathArray(TwainDialogData* object, const TwValue& keyPaths,
-                                             unsigned options);
+    void addResponderObserverForKeyPathArray(TwObservable* object, const TwValue& keyPaths, unsigned options);
     // The same with options 3 (new and old value).
-    void addResponderObserverForKeyPathArray(TwainDialogData* object, const TwValue& keyPaths);
+    void addResponderObserverForKeyPathArray(TwObservable* object, const TwValue& keyPaths);
     // Undoes one registration made here; anything else is left alone.
-    void removeResponderObserver(TwainDialogData* object, const std::string& keyPath);
+    void removeResponderObserver(TwObservable* object, const std::string& keyPath);
     void removeObserverAll();
 
     // ---- Binding ----
@@ -82,38 +81,38 @@ public:
     // The core operation. A key path the model has no value at binds nothing (logged). Enabled,
     // hidden and editable take the first free name of "enabled", "enabled2", "enabled3", ...;
     // any other name replaces an earlier binding of that name.
-    void bind(std::string_view binding, QObject* control, TwainDialogData* model, const std::string& keyPath,
+    void bind(std::string_view binding, QObject* control, TwObservable* model, const std::string& keyPath,
               const TwBindingOptions& options);
     // The same with the shared default options (continuous updates).
-    void bind(std::string_view binding, QObject* control, TwainDialogData* model, const std::string& keyPath);
+    void bind(std::string_view binding, QObject* control, TwObservable* model, const std::string& keyPath);
     // The binding on each control that is a widget, all to the same key path.
-    void bind(std::string_view binding, const std::vector<QObject*>& controls, TwainDialogData* model,
+    void bind(std::string_view binding, const std::vector<QObject*>& controls, TwObservable* model,
               const std::string& keyPath);
 
     // Content to K; an editable combo box also gets content values to K.value, any other control
     // content objects to K.value and content values to K.display.
-    void bindContent(QObject* control, TwainDialogData* model, const std::string& keyPath);
+    void bindContent(QObject* control, TwObservable* model, const std::string& keyPath);
     // Content and content values, both to K.
-    void bindContentValues(QObject* control, TwainDialogData* model, const std::string& keyPath);
+    void bindContentValues(QObject* control, TwObservable* model, const std::string& keyPath);
     // The binding that is the value of the control's class: a pop-up's selected object, a radio
     // group's selected index, a group box's title, an image view's picture path, else the value.
-    void bindValue(QObject* control, TwainDialogData* model, const std::string& keyPath);
-    void bindSelectedIndex(QObject* control, TwainDialogData* model, const std::string& keyPath);
-    void bindEnabled(QObject* control, TwainDialogData* model, const std::string& keyPath);
+    void bindValue(QObject* control, TwObservable* model, const std::string& keyPath);
+    void bindSelectedIndex(QObject* control, TwObservable* model, const std::string& keyPath);
+    void bindEnabled(QObject* control, TwObservable* model, const std::string& keyPath);
     // A group box: hidden to K.hidden; any other control: enabled to K.enabled, hidden to K.hidden.
-    void bindControlDef(QObject* control, TwainDialogData* model, const std::string& keyPath);
+    void bindControlDef(QObject* control, TwObservable* model, const std::string& keyPath);
 
     // Pair lists (key first). A pair whose control is absent or of the wrong kind is skipped; an
     // odd last element is ignored.
-    void bindContents(const TwBindList& pairs, TwainDialogData* model);
-    void bindEnableds(const TwBindList& pairs, TwainDialogData* model);
-    void bindValues(const TwBindList& pairs, TwainDialogData* model);
+    void bindContents(const TwBindList& pairs, TwObservable* model);
+    void bindEnableds(const TwBindList& pairs, TwObservable* model);
+    void bindValues(const TwBindList& pairs, TwObservable* model);
     // Pairs of control name and control: each control follows "ModelDef.UIControl." + dialog +
     // "." + name. Nothing when the dialog name is empty or the model defines nothing for it.
-    void bindControlDefs(const TwBindList& pairs, TwainDialogData* model, const std::string& dialogName);
+    void bindControlDefs(const TwBindList& pairs, TwObservable* model, const std::string& dialogName);
     // Every control below the view follows the enable key path, depth first. Containers are
     // walked into; a control's own inner widgets are not.
-    void bindSubviewsEnabled(QWidget* view, TwainDialogData* model, const std::string& keyPath);
+    void bindSubviewsEnabled(QWidget* view, TwObservable* model, const std::string& keyPath);
 
     // Removes every binding made here, the latest first.
     void unbindAll();
@@ -121,12 +120,12 @@ public:
     // ---- Records ----
 
     const std::vector<TwNamedKeyObject>& bindings() const { return _arrayBinding; }
-    const std::map<std::string, std::vector<TwainDialogData*>>& observations() const { return _dictObserver; }
+    const std::map<std::string, std::vector<TwObservable*>>& observations() const { return _dictObserver; }
 
 private:
     std::string responderClassName() const;
 
     TwKeyValueObserver* _responder = nullptr;
-    std::map<std::string, std::vector<TwainDialogData*>> _dictObserver;
+    std::map<std::string, std::vector<TwObservable*>> _dictObserver;
     std::vector<TwNamedKeyObject> _arrayBinding;
 };

@@ -129,4 +129,4 @@ void TwPanel::center() {
     }
 }
 
-void TwPanel::observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange&, void*) {}
+void TwPanel::observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange&, void*) {}

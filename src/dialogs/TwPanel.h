@@ -50,7 +50,7 @@ public:
     // Centres the panel over the controller's main window.
     void center();
 
-    void observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,
+    void observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
                                 const TwKeyValueChange& change, void* context) override;
 
 public slots:

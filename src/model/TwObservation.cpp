@@ -11,7 +11,7 @@ bool isAtOrBelow(std::string_view keyPath, std::string_view path) {
 }
 } // namespace
 
-TwObservationCenter::TwObservationCenter(TwainDialogData* owner, Reader reader)
+TwObservationCenter::TwObservationCenter(TwObservable* owner, Reader reader)
     : m_owner(owner), m_read(std::move(reader)) {}
 
 void TwObservationCenter::addObserver(TwKeyValueObserver* observer, std::string_view keyPath,

@@ -16,7 +16,7 @@
 #include <string_view>
 #include <vector>
 
-class TwainDialogData;
+class TwObservable;
 
 enum TwObservingOptions : unsigned {
     kTwObserveNew = 1,
@@ -34,15 +34,30 @@ struct TwKeyValueChange {
 class TwKeyValueObserver {
 public:
     virtual ~TwKeyValueObserver() = default;
-    virtual void observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,
+    virtual void observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
                                         const TwKeyValueChange& change, void* context) = 0;
+};
+
+// Anything controls can be bound to and observed at by key path: the settings model, and the
+// small value stores of the dialogs that edit values of their own.
+class TwObservable {
+public:
+    virtual ~TwObservable() = default;
+    virtual TwValue valueForKeyPath(std::string_view keyPath) = 0;
+    // The notifying write: the observers of the path and of every path below it are told.
+    virtual void setValueForKeyPath(const TwValue& value, std::string_view keyPath) = 0;
+    virtual void addObserver(TwKeyValueObserver* observer, std::string_view keyPath, unsigned options,
+                             void* context = nullptr) = 0;
+    virtual void removeObserver(TwKeyValueObserver* observer, std::string_view keyPath) = 0;
+    virtual void willChangeValueForKey(std::string_view keyPath) = 0;
+    virtual void didChangeValueForKey(std::string_view keyPath) = 0;
 };
 
 class TwObservationCenter {
 public:
     using Reader = std::function<TwValue(std::string_view keyPath)>;
 
-    TwObservationCenter(TwainDialogData* owner, Reader reader);
+    TwObservationCenter(TwObservable* owner, Reader reader);
     TwObservationCenter(const TwObservationCenter&) = delete;
     TwObservationCenter& operator=(const TwObservationCenter&) = delete;
 
@@ -87,7 +102,7 @@ private:
     bool coveredByBracket(std::string_view keyPath) const;
     void notify(const Snapshot& snapshot, const TwKeyValueObserver* except = nullptr);
 
-    TwainDialogData* m_owner;
+    TwObservable* m_owner;
     Reader m_read;
     std::map<std::string, RegistrationList, std::less<>> m_registrations;
     std::vector<Bracket> m_brackets;

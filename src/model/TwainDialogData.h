@@ -47,11 +47,11 @@ struct TwAreaValidInfo {
     std::int64_t subArea;
 };
 
-class TwainDialogData : public TwainDialogDataInterface, public TwKeyValueObserver {
+class TwainDialogData : public TwainDialogDataInterface, public TwObservable, public TwKeyValueObserver {
 public:
-    static constexpr const char* kSections[] = {"ScanInfo", "const",   "content", "contentValues",
-                                                "range",    "enable",  "Data",    "Default",
-                                                "profiles", "temp",    "image"};
+    static constexpr const char* kSections[] = {"ScanInfo", "const",  "content", "contentValues",
+                                                "range",    "enable", "Data",    "Default",
+                                                "profiles", "temp",   "image"};
     static const TwCapabilityMapEntry kCapabilityMap[2];
 
     // init: the eleven sections, rules from this module's "EnableLink" resource if it has one.
@@ -80,7 +80,7 @@ public:
     // The notifying write: missing intermediate dictionaries are created, then the value is set
     // and the observers of the path and of every path below it are told, even when the value is
     // equal to the old one. A one-component path merges into the section. Failures are dropped.
-    void setValueForKeyPath(const TwValue& value, std::string_view keyPath);
+    void setValueForKeyPath(const TwValue& value, std::string_view keyPath) override;
     // The same write without telling any observer.
     void setValueForKeyPathWithoutNotification(const TwValue& value, std::string_view keyPath);
     void setValueDictionaryforKeyPath(std::string_view keyPath);
@@ -93,14 +93,16 @@ public:
     // ---- Observing ----
 
     void addObserver(TwKeyValueObserver* observer, std::string_view keyPath, unsigned options,
-                     void* context = nullptr);
-    void removeObserver(TwKeyValueObserver* observer, std::string_view keyPath);
-    void willChangeValueForKey(std::string_view keyPath);
-    void didChangeValueForKey(std::string_view keyPath);
+                     void* context = nullptr) override;
+    void removeObserver(TwKeyValueObserver* observer, std::string_view keyPath) override;
+    void willChangeValueForKey(std::string_view keyPath) override;
+    void didChangeValueForKey(std::string_view keyPath) override;
     std::size_t observationCount() const { return m_observation.observationCount(); }
-    std::size_t observationCount(const TwKeyValueObserver* o) const { return m_observation.observationCount(o); }
-    void observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object, const TwKeyValueChange& change,
-                                void* context) override;
+    std::size_t observationCount(const TwKeyValueObserver* o) const {
+        return m_observation.observationCount(o);
+    }
+    void observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
+                                const TwKeyValueChange& change, void* context) override;
 
     // ---- Plain dictionaries ----
 
@@ -152,8 +154,8 @@ public:
     // The value reactions run after the enable rules for every observed change.
     void updateValueWhenChangeKeyPath(const std::string& keyPath, const TwKeyValueChange& change);
     // Mirrors one change of a "temp." working value into the setting.
-    void tmepValueChangedKeyPath(const std::string& keyPath, TwainDialogData* object, const TwKeyValueChange& change,
-                                 void* context);
+    void tmepValueChangedKeyPath(const std::string& keyPath, TwainDialogData* object,
+                                 const TwKeyValueChange& change, void* context);
     void setSideTextFor(const std::string& family);
     // The working-copy key of a setting key ("Data.GrayImage.Back.Gamma" -> "temp.GrayImage.Gamma"
     // when the back side is shown), or nothing. dict is a store root holding "Data".
@@ -237,20 +239,20 @@ public:
 
     // ---- Fields ----
 
-    TwValue m_dictData;              // section name -> section dictionary
-    TwValue m_dictObserver;          // key path -> observers the model registered (itself)
-    TwValue m_CustomPapers;          // array of custom paper dictionaries
-    TwValue m_CustomProfiles;        // array of profile dictionaries with "ProfileName"
-    TwValue m_CustomGammas;          // name -> custom gamma
-    TwValue m_CustomPaperTemp;       // working copy while custom papers are edited
+    TwValue m_dictData;        // section name -> section dictionary
+    TwValue m_dictObserver;    // key path -> observers the model registered (itself)
+    TwValue m_CustomPapers;    // array of custom paper dictionaries
+    TwValue m_CustomProfiles;  // array of profile dictionaries with "ProfileName"
+    TwValue m_CustomGammas;    // name -> custom gamma
+    TwValue m_CustomPaperTemp; // working copy while custom papers are edited
     TwModelDefFile* ModelDef = nullptr;
     VmxUICallback pfCallback = nullptr;
     bool bInProfileProcess = false;
     bool bInLoadProfile = false;
     bool m_bInInit = false;
     bool m_bForbitChange = false;
-    TwValue m_dictEnableChange;      // target enable key -> rule
-    TwValue m_dictObserverChange;    // source key path -> target enable keys
+    TwValue m_dictEnableChange;   // target enable key -> rule
+    TwValue m_dictObserverChange; // source key path -> target enable keys
 
 private:
     void writeValue(const TwValue& value, std::string_view keyPath, bool notify);

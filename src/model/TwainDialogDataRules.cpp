@@ -287,7 +287,7 @@ void TwainDialogData::updateEnabledFromKeyPath(const std::string& keyPath, const
 
 // ---- The change handler --------------------------------------------------------------------------
 
-void TwainDialogData::observeValueForKeyPath(const std::string& keyPath, TwainDialogData*,
+void TwainDialogData::observeValueForKeyPath(const std::string& keyPath, TwObservable*,
                                              const TwKeyValueChange& change, void*) {
     try {
         std::string_view p = keyPath;

@@ -195,8 +195,7 @@ void TwainView::applyTextKeys() {
     }
 }
 
-void TwainView::observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange&, void*) {
-}
+void TwainView::observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange&, void*) {}
 
 bool TwainView::event(QEvent* event) {
     // Qt tells a widget that was never shown only after the change.

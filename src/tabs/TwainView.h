@@ -51,7 +51,7 @@ public:
     static constexpr double kOptionLineHeight = 26.0;
 
     // Changes of what the tab observes; the base does nothing.
-    void observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,
+    void observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
                                 const TwKeyValueChange& change, void* context) override;
 
 protected:

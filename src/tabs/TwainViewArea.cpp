@@ -246,13 +246,14 @@ void TwainViewArea::unbindControls() {
     TwainView::unbindControls();
 }
 
-void TwainViewArea::observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,
+void TwainViewArea::observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
                                            const TwKeyValueChange& change, void*) {
-    if (!object || object != bindObject())
+    TwainDialogData* model = bindObject();
+    if (!object || object != model)
         return;
     OrvaLog(kOrvaLogDebug, "%s: %s\n", "TwainViewArea::observeValueForKeyPath", keyPath.c_str());
     if (keyPath == "temp.Area.Side") {
-        onChangeSideOfObject(object);
+        onChangeSideOfObject(model);
     } else if (keyPath == "enable.Duplex") {
         // Without a back side there is only the front to show.
         if (!object->valueForKeyPath("enable.Duplex").boolValue())
@@ -268,7 +269,7 @@ void TwainViewArea::observeValueForKeyPath(const std::string& keyPath, TwainDial
         setFormatterForUnitAll(currentUnit());
     } else if (keyPath == "temp.TextEditRefresh" || keyPath == "temp.TextEditDatakey") {
         // The model corrected a value and asks the field that shows it to reload.
-        refreshTextField(object);
+        refreshTextField(model);
     } else if (keyPath.starts_with("temp.Area")) {
         auto effected = _dictEffectedMap.find(keyPath);
         if (effected == _dictEffectedMap.end())

@@ -35,7 +35,7 @@ public:
 
     void bindControlsToObject(TwainDialogData* model) override;
     void unbindControls() override;
-    void observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,
+    void observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
                                 const TwKeyValueChange& change, void* context) override;
 
     // Shows the side in "temp.Area.Side": hides the front sub-area controls for the back (1) and

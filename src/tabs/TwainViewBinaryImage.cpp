@@ -1,4 +1,5 @@
 #include "TwainViewBinaryImage.h"
+#include "TwainDialogData.h"
 
 #include "TwRangeHelpers.h"
 

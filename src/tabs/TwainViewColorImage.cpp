@@ -1,4 +1,5 @@
 #include "TwainViewColorImage.h"
+#include "TwainDialogData.h"
 
 #include "TwRangeHelpers.h"
 

@@ -1,4 +1,5 @@
 #include "TwainViewCommon.h"
+#include "TwainDialogData.h"
 
 #include "TwRangeHelpers.h"
 #include "TwainNumberFormatter.h"

@@ -1,4 +1,5 @@
 #include "TwainViewFeed.h"
+#include "TwainDialogData.h"
 
 #include "TwRangeHelpers.h"
 

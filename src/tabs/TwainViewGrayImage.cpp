@@ -1,4 +1,5 @@
 #include "TwainViewGrayImage.h"
+#include "TwainDialogData.h"
 
 #include "TwRangeHelpers.h"
 

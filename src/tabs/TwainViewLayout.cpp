@@ -138,7 +138,7 @@ void TwainViewLayout::bindControlsToObject(TwainDialogData* model) {
     addObserverForKeyPath(kPageSeparationOrder, kTwObserveNew | kTwObserveInitial);
 }
 
-void TwainViewLayout::observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,
+void TwainViewLayout::observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
                                              const TwKeyValueChange&, void*) {
     if (!object)
         return;
@@ -148,7 +148,7 @@ void TwainViewLayout::observeValueForKeyPath(const std::string& keyPath, TwainDi
         updatePageOrderImage(object, true);
 }
 
-void TwainViewLayout::updatePageOrderImage(TwainDialogData* model, bool pageSeparation) {
+void TwainViewLayout::updatePageOrderImage(TwObservable* model, bool pageSeparation) {
     const std::int64_t order =
         model->valueForKeyPath(pageSeparation ? kPageSeparationOrder : kDoubleExposureOrder).intValue();
     const std::string path = pageOrderIconPath(order, pageSeparation);

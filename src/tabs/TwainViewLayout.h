@@ -12,7 +12,7 @@ public:
 
     void bindControlsToObject(TwainDialogData* model) override;
     // A page order chosen in the double-exposure or page-separation dialog changes the picture.
-    void observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,
+    void observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
                                 const TwKeyValueChange& change, void* context) override;
 
     // The icon of a page order: "LeftRightMk2", "RightLeftMk2", "TopBottomMk2", "BottomTopMk2"
@@ -22,7 +22,7 @@ public:
     static std::string pageOrderIconPath(std::int64_t order, bool pageSeparation);
 
 private:
-    void updatePageOrderImage(TwainDialogData* model, bool pageSeparation);
+    void updatePageOrderImage(TwObservable* model, bool pageSeparation);
 
     Ui::TwainViewLayout ui;
 };

@@ -36,12 +36,11 @@ private:
 // Counts the notifications of one key path (the model's own writes and the controls' writes).
 class WriteCounter : public TwKeyValueObserver {
 public:
-    WriteCounter(TwainDialogData& model, std::string keyPath)
-        : m_model(model), m_keyPath(std::move(keyPath)) {
+    WriteCounter(TwObservable& model, std::string keyPath) : m_model(model), m_keyPath(std::move(keyPath)) {
         m_model.addObserver(this, m_keyPath, kTwObserveNew);
     }
     ~WriteCounter() override { m_model.removeObserver(this, m_keyPath); }
-    void observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange& change,
+    void observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange& change,
                                 void*) override {
         ++count;
         last = change.newValue;
@@ -50,7 +49,7 @@ public:
     TwValue last;
 
 private:
-    TwainDialogData& m_model;
+    TwObservable& m_model;
     std::string m_keyPath;
 };
 
@@ -61,7 +60,7 @@ public:
         std::string keyPath;
         TwKeyValueChange change;
     };
-    void observeValueForKeyPath(const std::string& keyPath, TwainDialogData*, const TwKeyValueChange& change,
+    void observeValueForKeyPath(const std::string& keyPath, TwObservable*, const TwKeyValueChange& change,
                                 void*) override {
         calls.push_back({keyPath, change});
     }

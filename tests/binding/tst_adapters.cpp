@@ -191,7 +191,7 @@ private slots:
         // A rule of the model that corrects what is written.
         struct Upper : TwKeyValueObserver {
             TwainDialogData* model = nullptr;
-            void observeValueForKeyPath(const std::string& keyPath, TwainDialogData*,
+            void observeValueForKeyPath(const std::string& keyPath, TwObservable*,
                                         const TwKeyValueChange& change, void*) override {
                 QString text = QString::fromStdString(change.newValue.stringValue());
                 if (text != text.toUpper())

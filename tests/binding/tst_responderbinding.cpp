@@ -4,6 +4,7 @@
 #include "BindingTestSupport.h"
 #include "TwBindingWidgets.h"
 #include "TwBoundControl.h"
+#include "TwObservableValues.h"
 #include "TwResponderBinding.h"
 
 #include <QCheckBox>
@@ -341,6 +342,37 @@ private slots:
         }
     }
 
+    // A dialog's own values (a name and the names to pick from) bind as the model's do.
+    void ownValuesBindLikeTheModel() {
+        TwObservableValues values{{"name", ""}, {"nameList", TwValue::array({"Office", "Photos"})}};
+        QComboBox names;
+        names.setEditable(true);
+        TwResponderBinding rb;
+        rb.bindContentValues(&names, &values, "nameList");
+        rb.bindValue(&names, &values, "name");
+        QCOMPARE(names.count(), 2);
+        QCOMPARE(names.itemText(1), QString("Photos"));
+
+        values.setValueForKeyPath("Office", "name");
+        QCOMPARE(names.currentText(), QString("Office"));
+        names.lineEdit()->selectAll();
+        QTest::keyClicks(names.lineEdit(), "Receipts");
+        QTest::keyClick(names.lineEdit(), Qt::Key_Return);
+        QCOMPARE(values.valueForKeyPath("name").stringValue(), std::string("Receipts"));
+        values.setValueForKeyPath(TwValue::array({"A", "B", "C"}), "nameList");
+        QCOMPARE(names.count(), 3);
+
+        WriteCounter counter(values, "name");
+        values.changeValue("Receipts", "name"); // equal: nobody is told
+        QCOMPARE(counter.count, 0);
+        values.changeValue("Other", "name");
+        QCOMPARE(counter.count, 1);
+        values.setValueForKeyPath(1, "name.below"); // a string is in the way: dropped
+        QCOMPARE(values.valueForKeyPath("name").stringValue(), std::string("Other"));
+        rb.unbindAll();
+        QCOMPARE(values.observationCount(), std::size_t(1)); // the counter's own
+    }
+
     void controlDefs() {
         LogCapture log;
         TwainDialogData model;
@@ -607,7 +639,7 @@ private slots:
         // binding is being told of the same change.
         struct Teardown : TwKeyValueObserver {
             TwResponderBinding* rb = nullptr;
-            void observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange&,
+            void observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange&,
                                         void*) override {
                 rb->unbindAll();
             }

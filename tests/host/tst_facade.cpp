@@ -35,7 +35,7 @@ std::vector<int> values(const TwValue& list) {
 class Observer : public TwKeyValueObserver {
 public:
     int count = 0;
-    void observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange&,
+    void observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange&,
                                 void*) override {
         ++count;
     }

@@ -20,7 +20,7 @@ const std::string kDomain = "com.orvanic.vmx.sampleds";
 class NameWatcher : public TwKeyValueObserver {
 public:
     std::vector<std::string> names;
-    void observeValueForKeyPath(const std::string&, TwainDialogData*, const TwKeyValueChange& change,
+    void observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange& change,
                                 void*) override {
         names.push_back(change.newValue.stringValue());
     }

@@ -187,7 +187,7 @@ public:
         model.addObserver(this, path, options);
         m_watched.emplace_back(&model, path);
     }
-    void observeValueForKeyPath(const std::string& keyPath, TwainDialogData*, const TwKeyValueChange& change,
+    void observeValueForKeyPath(const std::string& keyPath, TwObservable*, const TwKeyValueChange& change,
                                 void*) override {
         seen.push_back({keyPath, change.newValue, change.oldValue, change.isInitial});
         if (onChange)
