@@ -265,7 +265,7 @@ std::uint16_t SampleDataSource::prescan(TwPreviewRecord* record) {
     }
     TwBitmapInfoHeader header;
     std::memcpy(&header, record->front.pDIB, sizeof header);
-    std::printf("prescan: %.1f x %.1f mm at %d dpi, %d bits, %d x %d pixels, %s; front colour %.1f %%, "
+    std::printf("prescan: %.1f x %.1f mm at %d dpi, %d-bit, %d x %d pixels, %s; front colour %.1f %%, "
                 "black %.1f %%, white %.1f %%\n",
                 settings.widthMm, settings.lengthMm, settings.dpi, int(header.biBitCount), header.biWidth,
                 header.biHeight, settings.duplex ? "front and back" : "front only", record->front.colorRatio,

@@ -51,14 +51,13 @@ public:
     // The Data section, one "key path = value" line per setting.
     void printData(const char* when);
 
+private:
+    TwValue capabilityValues() const;
     // What a prescan scans with: the current paper in its orientation, the image type's depth,
     // both sides when the paper source is a duplex one, at the prescan resolution.
     SampleScanSettings prescanSettings();
     // Fills the zeroed preview record with the rendered sides; 0 when it did.
     std::uint16_t prescan(TwPreviewRecord* record);
-
-private:
-    TwValue capabilityValues() const;
     // Width and length of the selected paper in millimetres, upright.
     std::pair<double, double> currentPaperMillimetres();
     void applySettings();
