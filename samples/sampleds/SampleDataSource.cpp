@@ -1,11 +1,14 @@
 #include "SampleDataSource.h"
 
+#include "ImageShared.h"
 #include "TwPlist.h"
 
 #include <dlfcn.h>
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
 namespace {
@@ -26,6 +29,48 @@ bool g_scanned = false;
 
 const char* const kTabs[] = {"Basic",      "Common", "Layout", "BinaryImage", "GrayImage",
                              "ColorImage", "Feed",   "Area",   "ControlSheet"};
+
+// Prescans are quick and small.
+constexpr int kPrescanDpi = 100;
+
+// The paper sources of the sample's list that scan both sides: "ADF (Duplex)" and "Automatic (ADF
+// Duplex / Flatbed)".
+bool isDuplexSource(const TwValue& source) {
+    return source.isNumber() && (source.intValue() == 1 || source.intValue() == 4);
+}
+
+// The sample's image types: 0 black and white, 1 grayscale, 2 colour; the automatic ones decide per
+// page at scan time, so their prescan shows the richer of the two.
+SampleImageType imageTypeFor(const TwValue& imageType) {
+    switch (imageType.intValue()) {
+    case 0:
+        return SampleImageType::Binary;
+    case 1:
+    case 22:
+        return SampleImageType::Gray;
+    case 2:
+    case 23:
+        return SampleImageType::Color;
+    default:
+        std::fprintf(stderr, "sampleds: image type %s is not the sample's; grayscale is used\n",
+                     imageType.description().c_str());
+        return SampleImageType::Gray;
+    }
+}
+
+// "true", "false", a whole number, a real number, or else the text itself.
+TwValue parseValue(const std::string& text) {
+    if (text == "true" || text == "false")
+        return TwValue(text == "true");
+    char* end = nullptr;
+    long long whole = std::strtoll(text.c_str(), &end, 10);
+    if (!text.empty() && end && !*end)
+        return TwValue(whole);
+    double real = std::strtod(text.c_str(), &end);
+    if (!text.empty() && end && !*end)
+        return TwValue(real);
+    return TwValue(text);
+}
 
 void printLeaves(const TwValue& value, const std::string& path) {
     if (auto d = value.dict()) {
@@ -82,7 +127,17 @@ bool SampleDataSource::load() {
     m_ui->setModelName(name.isString() ? *name.str() : "Simulated scanner");
     m_ui->setDataWithDictionary(capabilityValues(), 0);
     m_ui->setCallback(&SampleDataSource::callback);
+    applySettings();
     return true;
+}
+
+void SampleDataSource::applySettings() {
+    if (m_options.settings.empty())
+        return;
+    auto values = TwValue::dictionary();
+    for (auto& [keyPath, text] : m_options.settings)
+        values.dict()->set(keyPath, parseValue(text));
+    m_ui->setDataWithKeyPathValue(values);
 }
 
 TwValue SampleDataSource::capabilityValues() const {
@@ -125,7 +180,7 @@ std::string SampleDataSource::describeEvent(std::uint16_t event, const void* dat
     case kVmxEventStart:
         return "event 2: start (Scan pressed)";
     case kVmxEventPrescan:
-        return "event 3: prescan (no images from the sample)";
+        return "event 3: prescan";
     case kVmxEventScanCancel:
         return "event 4: cancel the scan";
     case kVmxEventPreviewRescan:
@@ -148,9 +203,102 @@ std::uint16_t SampleDataSource::callback(std::uint16_t event, void* data) {
             g_source->printData("to scan with");
     } else if (event == kVmxEventClosed) {
         g_closed = true;
+    } else if (event == kVmxEventPrescan || event == kVmxEventPreviewRescan) {
+        return g_source ? g_source->prescan(static_cast<TwPreviewRecord*>(data)) : 1;
     }
-    // Event 3: a sample scanner delivers no prescan images.
-    return event == kVmxEventPrescan ? 1 : 0;
+    return 0;
+}
+
+std::pair<double, double> SampleDataSource::currentPaperMillimetres() {
+    auto positive = [](const TwValue& v) {
+        return v.isNumber() && v.doubleValue() > 0;
+    };
+    TwValue size = m_ui->dataForKeyPath("Data.PaperSize");
+    if (size.isString()) {
+        if (auto papers = m_ui->customPaperSize().list()) {
+            for (auto& paper : *papers) {
+                auto d = paper.dict();
+                if (d && d->value("Name").isEqual(size) && positive(d->value("Width")) &&
+                    positive(d->value("Length")))
+                    return {d->value("Width").doubleValue(), d->value("Length").doubleValue()};
+            }
+        }
+    } else if (size.isNumber()) {
+        // Standard papers carry their size in tenths of a millimetre.
+        if (auto papers = m_ui->dataForKeyPath("content.PaperSizeAll").list()) {
+            for (auto& paper : *papers) {
+                auto d = paper.dict();
+                if (!d || !d->value("value").isNumber() || d->value("value").intValue() != size.intValue())
+                    continue;
+                TwValue width = d->value("mmWidth"), length = d->value("mmLength");
+                if (positive(width) && positive(length))
+                    return {width.doubleValue() / 10.0, length.doubleValue() / 10.0};
+            }
+        }
+    }
+    std::fprintf(stderr, "sampleds: paper %s has no size; A4 is used\n", size.description().c_str());
+    return {210.0, 297.0};
+}
+
+SampleScanSettings SampleDataSource::prescanSettings() {
+    SampleScanSettings settings;
+    auto [width, length] = currentPaperMillimetres();
+    if (m_ui->dataForKeyPath("enable.Landscape").boolValue() &&
+        m_ui->dataForKeyPath("Data.Landscape").boolValue())
+        std::swap(width, length);
+    settings.widthMm = width;
+    settings.lengthMm = length;
+    settings.dpi = kPrescanDpi;
+    settings.type = imageTypeFor(m_ui->dataForKeyPath("Data.ImageType"));
+    settings.duplex = isDuplexSource(m_ui->dataForKeyPath("Data.PaperSource"));
+    return settings;
+}
+
+std::uint16_t SampleDataSource::prescan(TwPreviewRecord* record) {
+    if (!record || !m_ui)
+        return 1;
+    const SampleScanSettings settings = prescanSettings();
+    if (!RenderSamplePrescan(settings, record)) {
+        std::fprintf(stderr, "sampleds: no prescan image of %.1f x %.1f mm at %d dpi\n", settings.widthMm,
+                     settings.lengthMm, settings.dpi);
+        return 1;
+    }
+    TwBitmapInfoHeader header;
+    std::memcpy(&header, record->front.pDIB, sizeof header);
+    std::printf("prescan: %.1f x %.1f mm at %d dpi, %d-bit, %d x %d pixels, %s; front colour %.1f %%, "
+                "black %.1f %%, white %.1f %%\n",
+                settings.widthMm, settings.lengthMm, settings.dpi, int(header.biBitCount), header.biWidth,
+                header.biHeight, settings.duplex ? "front and back" : "front only", record->front.colorRatio,
+                record->front.blackRatio, record->front.whiteRatio);
+    std::fflush(stdout);
+    return 0;
+}
+
+int SampleDataSource::savePrescan() {
+    TwPreviewRecord record{};
+    if (callback(kVmxEventPrescan, &record) != 0) {
+        std::fprintf(stderr, "sampleds: the prescan delivered no image\n");
+        return 1;
+    }
+    std::filesystem::path front = m_options.prescanFile;
+    std::filesystem::path back = front;
+    back.replace_filename(front.stem().string() + "-back" + front.extension().string());
+    int result = 0;
+    for (auto [side, path] : {std::make_pair(&record.front, front), std::make_pair(&record.back, back)}) {
+        if (!side->pDIB)
+            continue;
+        std::error_code ec;
+        std::filesystem::remove(path, ec);
+        SaveBMP(side->pDIB, side->imageLength, path.c_str(), 0);
+        if (std::filesystem::exists(path)) {
+            std::printf("prescan image: %s\n", std::filesystem::absolute(path).c_str());
+        } else {
+            std::fprintf(stderr, "sampleds: cannot write %s\n", path.c_str());
+            result = 1;
+        }
+        std::free(side->pDIB);
+    }
+    return result;
 }
 
 void SampleDataSource::printData(const char* when) {
@@ -216,6 +364,7 @@ int SampleDataSource::runDialog() {
 int SampleDataSource::runHeadless() {
     if (!load())
         return 1;
+    g_source = this;
     for (const char* keyPath : {"ScanInfo.ProductName", "Data.PaperSource", "Data.PaperSize",
                                 "Data.Resolution", "Data.ImageType", "Data.Area.Unit"})
         std::printf("%s = %s\n", keyPath, m_ui->dataForKeyPath(keyPath).description().c_str());
@@ -229,6 +378,9 @@ int SampleDataSource::runHeadless() {
     std::printf("Data.Resolution = %s after the write\n", resolution.description().c_str());
     if (auto model = m_ui->DialogData())
         model->UpdateCapData("Data.Resolution", resolution);
+    // The prescan the module would ask for, through the same callback.
+    const int result = m_options.prescanFile.empty() ? 0 : savePrescan();
     m_ui->closeDS();
-    return 0;
+    g_source = nullptr;
+    return result;
 }

@@ -2,10 +2,13 @@
 #pragma once
 
 #include "SampleModelDef.h"
+#include "SamplePage.h"
 #include "VmxUI.h"
 
 #include <cstdint>
 #include <string>
+#include <utility>
+#include <vector>
 
 struct SampleOptions {
     std::string modulePath;
@@ -21,6 +24,10 @@ struct SampleOptions {
     // Pictures taken just before the dialog closes by itself.
     std::string screenshot;
     std::string screenshotTabs;
+    // Settings written through the facade right after loading: key path and value text.
+    std::vector<std::pair<std::string, std::string>> settings;
+    // Headless: prescan through the callback and save the front (and back) image here.
+    std::string prescanFile;
 };
 
 class SampleDataSource {
@@ -38,7 +45,7 @@ public:
     // section the data source would scan with after OK or Scan. Exit code.
     int runDialog();
 
-    // The callback: prints every event; event 1 decoded.
+    // The callback: prints every event; event 1 decoded; events 3 and 5 answered with a prescan.
     static std::uint16_t callback(std::uint16_t event, void* data);
     static std::string describeEvent(std::uint16_t event, const void* data);
     // The Data section, one "key path = value" line per setting.
@@ -46,6 +53,15 @@ public:
 
 private:
     TwValue capabilityValues() const;
+    // What a prescan scans with: the current paper in its orientation, the image type's depth,
+    // both sides when the paper source is a duplex one, at the prescan resolution.
+    SampleScanSettings prescanSettings();
+    // Fills the zeroed preview record with the rendered sides; 0 when it did.
+    std::uint16_t prescan(TwPreviewRecord* record);
+    // Width and length of the selected paper in millimetres, upright.
+    std::pair<double, double> currentPaperMillimetres();
+    void applySettings();
+    int savePrescan();
 
     SampleOptions m_options;
     void* m_module = nullptr;

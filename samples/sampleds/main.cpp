@@ -11,8 +11,12 @@ void usage() {
     std::printf(
         "usage: sampleds [--headless] [--modeless] [--settings-only] [--close-after SECONDS [--ok]]\n"
         "                [--screenshot FILE.png] [--screenshot-tabs DIR] [--no-flatbed] [--no-passport]\n"
-        "                [--module PATH] [--bundle PATH]\n"
+        "                [--set KEYPATH=VALUE]... [--prescan FILE.bmp] [--module PATH] [--bundle PATH]\n"
         "  --headless         no window: read values, change the resolution, send it as event 1\n"
+        "  --prescan F        with --headless: prescan through the callback (event 3) and save the\n"
+        "                     front image as F, the back one as F with \"-back\" added\n"
+        "  --set K=V          write a setting through the facade after loading (true, false, a\n"
+        "                     number or text), e.g. --set Data.ImageType=2 --set Data.PaperSource=1\n"
         "  --modeless         show the dialog modeless (default: modal)\n"
         "  --settings-only    settings-only mode: OK enabled, Scan disabled\n"
         "  --close-after S    press Cancel (or OK with --ok) by itself after S seconds\n"
@@ -52,7 +56,17 @@ int main(int argc, char** argv) {
             options.screenshot = argv[++i];
         else if (arg == "--screenshot-tabs" && i + 1 < argc)
             options.screenshotTabs = argv[++i];
-        else if (arg == "--module" && i + 1 < argc)
+        else if (arg == "--prescan" && i + 1 < argc)
+            options.prescanFile = argv[++i];
+        else if (arg == "--set" && i + 1 < argc) {
+            std::string setting = argv[++i];
+            const auto equals = setting.find('=');
+            if (equals == 0 || equals == std::string::npos) {
+                std::fprintf(stderr, "sampleds: --set wants KEYPATH=VALUE\n");
+                return 2;
+            }
+            options.settings.emplace_back(setting.substr(0, equals), setting.substr(equals + 1));
+        } else if (arg == "--module" && i + 1 < argc)
             options.modulePath = argv[++i];
         else if (arg == "--bundle" && i + 1 < argc)
             options.bundlePath = argv[++i];
@@ -64,6 +78,11 @@ int main(int argc, char** argv) {
     if ((!options.screenshot.empty() || !options.screenshotTabs.empty()) && options.closeAfter <= 0) {
         std::fprintf(stderr,
                      "sampleds: pictures are taken when the dialog closes by itself (--close-after)\n");
+        return 2;
+    }
+    if (!options.prescanFile.empty() && !options.headless) {
+        std::fprintf(stderr, "sampleds: --prescan saves the images of a headless run (--headless); in the "
+                             "dialog, press Prescan\n");
         return 2;
     }
     SampleDataSource source(options);

@@ -1,5 +1,6 @@
 #include "TwainDialogController.h"
 
+#include "ImageShared.h"
 #include "OrvaDebug.h"
 #include "TwApplication.h"
 #include "TwBundle.h"
@@ -42,19 +43,11 @@ QString formatWith(const QString& format, const QString& argument) {
     return qs(TwFormatString(format.toStdString(), {argument.toStdString()}));
 }
 
-std::int32_t readInt32(const unsigned char* p) {
-    std::int32_t v;
-    std::memcpy(&v, p, sizeof v);
-    return v;
-}
-
 std::uint32_t readUInt32(const void* p, std::size_t offset) {
     std::uint32_t v;
     std::memcpy(&v, static_cast<const unsigned char*>(p) + offset, sizeof v);
     return v;
 }
-
-constexpr std::uint32_t kBitmapHeaderSize = 40;
 } // namespace
 
 TwainDialogController::TwainDialogController() {
@@ -468,51 +461,13 @@ void TwainDialogController::previewRescan() {
 }
 
 QByteArray TwainDialogController::CreateImage(const void* bitmap, std::uint32_t length) {
-    if (!bitmap)
-        return {};
-    if (length < kBitmapHeaderSize || readUInt32(bitmap, 0) < kBitmapHeaderSize ||
-        readUInt32(bitmap, 0) > length) {
-        OrvaLog(kOrvaLogError, "ERROR: %s: a bitmap of %u bytes with header size %u is refused\n",
-                "TwainDialogController::CreateImage", length, length >= 4 ? readUInt32(bitmap, 0) : 0u);
-        return {};
-    }
-    std::uint16_t bitCount;
-    std::memcpy(&bitCount, static_cast<const unsigned char*>(bitmap) + 14, sizeof bitCount);
-    std::uint32_t offset = 54;
-    // Deliberately by bit count alone, not by the palette size the header gives.
-    if (bitCount == 1)
-        offset = 62;
-    else if (bitCount == 8)
-        offset = 1078;
-    QByteArray data(qsizetype(length) + 14, '\0');
-    auto* out = reinterpret_cast<unsigned char*>(data.data());
-    std::uint16_t magic = 19778; // "BM"
-    std::uint32_t fileSize = length + 14;
-    std::memcpy(out, &magic, 2);
-    std::memcpy(out + 2, &fileSize, 4);
-    std::memcpy(out + 10, &offset, 4);
-    std::memcpy(out + 14, bitmap, length);
-    return data;
+    std::vector<unsigned char> file = CreateBMPFileBytes(bitmap, length);
+    return QByteArray(reinterpret_cast<const char*>(file.data()), qsizetype(file.size()));
 }
 
 std::optional<std::pair<double, double>> TwainDialogController::bitmapSizeMillimetres(const void* bitmap,
                                                                                       std::uint32_t length) {
-    if (!bitmap || length < kBitmapHeaderSize)
-        return std::nullopt;
-    auto* p = static_cast<const unsigned char*>(bitmap);
-    std::int32_t width = readInt32(p + 4), height = readInt32(p + 8);
-    std::int32_t xPels = readInt32(p + 24), yPels = readInt32(p + 28);
-    if (xPels <= 0 || yPels <= 0) {
-        OrvaLog(kOrvaLogError, "ERROR: %s: bitmap without resolution (%d x %d pixels per metre)\n",
-                "TwainDialogController::bitmapSizeMillimetres", xPels, yPels);
-        return std::nullopt;
-    }
-    auto mm = [](std::int64_t pixels, std::int32_t perMetre) {
-        // Tenths of a millimetre rounded, then millimetres.
-        return double(std::int64_t(double(pixels) * 10000.0 / perMetre + 0.5)) * 0.1;
-    };
-    return std::make_pair(mm(std::abs(std::int64_t(width)), xPels),
-                          mm(std::abs(std::int64_t(height)), yPels));
+    return GetDIBSizeMillimetres(bitmap, length);
 }
 
 // ---- Progress ----------------------------------------------------------------------------------

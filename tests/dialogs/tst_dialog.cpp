@@ -472,42 +472,6 @@ private slots:
 
     // ---- Prescan images ----
 
-    // A bitmap file's pixels start after the colour table of its depth; broken ones give nothing.
-    void bitmapFilesGetThePixelOffsetOfTheirDepth_data() {
-        QTest::addColumn<int>("bits");
-        QTest::addColumn<int>("length"); // 0: the bitmap's own
-        QTest::addColumn<int>("headerSize");
-        QTest::addColumn<uint>("offset"); // 0: refused
-        QTest::newRow("8 bits") << 8 << 0 << 40 << 1078u;
-        QTest::newRow("1 bit") << 1 << 0 << 40 << 62u;
-        QTest::newRow("24 bits") << 24 << 0 << 40 << 54u;
-        QTest::newRow("shorter than a header") << 8 << 20 << 40 << 0u;
-        QTest::newRow("header beyond the data") << 8 << 0 << 4000 << 0u;
-    }
-    void bitmapFilesGetThePixelOffsetOfTheirDepth() {
-        QFETCH(int, bits);
-        QFETCH(int, length);
-        QFETCH(int, headerSize);
-        QFETCH(uint, offset);
-        std::uint32_t made = 0;
-        void* dib = makeBitmap(std::uint16_t(bits), 11811, &made);
-        std::memcpy(dib, &headerSize, 4);
-        const std::uint32_t given = length ? std::uint32_t(length) : made;
-        QByteArray file = TwainDialogController::CreateImage(dib, given);
-        std::uint32_t pixels = 0;
-        if (file.size() >= 14)
-            std::memcpy(&pixels, file.constData() + 10, 4);
-        QCOMPARE(pixels, offset);
-        if (offset) {
-            QCOMPARE(file.left(2), QByteArray("BM"));
-            QCOMPARE(file.mid(14), QByteArray(static_cast<const char*>(dib), given));
-            // 2 px at 300 dpi = 0.17 mm, in tenths: 2
-            QCOMPARE(TwainDialogController::bitmapSizeMillimetres(dib, given)->first, 0.2);
-        }
-        std::free(dib);
-        QVERIFY(TwainDialogController::CreateImage(nullptr, 100).isEmpty());
-    }
-
     // The module frees the delivered images (the sanitizer build would report a leak otherwise),
     // also ones it refuses; a rescan without a callback sends nothing.
     void prescanAndRescanTakeOverTheImages() {

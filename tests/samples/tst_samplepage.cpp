@@ -1,0 +1,81 @@
+// The sample scanner's prescan page as the module receives it: a bitmap of the asked depth, size
+// and resolution, the right way up, with ratios that fit the page; and the preview record filled
+// for one or both sides, or left empty.
+#include "ImageShared.h"
+#include "SamplePage.h"
+
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cmath>
+#include <cstdlib>
+
+class TestSamplePage : public QObject {
+    Q_OBJECT
+private slots:
+    void aPageIsABitmapOfTheAskedKind_data() {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<bool>("back");
+        QTest::addColumn<int>("bits");
+        QTest::newRow("black and white front") << int(SampleImageType::Binary) << false << 1;
+        QTest::newRow("grayscale front") << int(SampleImageType::Gray) << false << 8;
+        QTest::newRow("colour front") << int(SampleImageType::Color) << false << 24;
+        QTest::newRow("colour back") << int(SampleImageType::Color) << true << 24;
+    }
+    void aPageIsABitmapOfTheAskedKind() {
+        QFETCH(int, type);
+        QFETCH(bool, back);
+        QFETCH(int, bits);
+        const SampleScanSettings settings{148.0, 210.0, 100, SampleImageType(type), false};
+        const SamplePage page = RenderSamplePage(settings, back ? SampleSide::Back : SampleSide::Front);
+        auto layout = TwDibLayoutOf(page.dib, page.length, "test");
+        QVERIFY(layout);
+        QCOMPARE(int(layout->bitCount), bits);
+        QCOMPARE(layout->totalSize(), std::uint64_t(page.length));
+        auto size = GetDIBSizeMillimetres(page.dib, page.length);
+        QVERIFY(size && std::abs(size->first - 148.0) < 0.2 && std::abs(size->second - 210.0) < 0.2);
+
+        // Mostly paper, some ink; colour only where the page has some.
+        QVERIFY(page.whiteRatio > 50 && page.blackRatio > 1 && page.whiteRatio + page.blackRatio <= 100);
+        QCOMPARE(page.colorRatio > 10, bits == 24 && !back);
+        QCOMPARE(page.colorRatio == 0, bits != 24 || back);
+
+        // The top rows are the top of the page: the margin is paper, the first text line ink.
+        QTemporaryDir dir;
+        const QString path = dir.filePath("page.bmp");
+        SaveBMP(page.dib, page.length, QFile::encodeName(path).constData(), 0);
+        std::free(page.dib);
+        const QImage image(path, "BMP");
+        QCOMPARE(image.size(), QSize(layout->width, layout->height));
+        QCOMPARE(image.pixel(2, 2), qRgb(255, 255, 255));
+        const int textX = int(std::lround(layout->width * 0.08)) + 1;
+        const int textY = int(std::lround(layout->height * 0.06)) + 1;
+        QVERIFY(qGray(image.pixel(textX, textY)) < 64);
+        QCOMPARE(qGray(image.pixel(textX, layout->height - 1 - textY)), 255);
+    }
+
+    // Both sides for duplex, the front alone otherwise; nothing half-filled when a side cannot be made.
+    void thePreviewRecordHoldsTheScannedSides() {
+        TwPreviewRecord record{};
+        SampleScanSettings settings{54.0, 86.0, 100, SampleImageType::Gray, true};
+        QVERIFY(RenderSamplePrescan(settings, &record));
+        QVERIFY(record.front.pDIB && record.back.pDIB);
+        QCOMPARE(GetDIBSize(record.back.pDIB, record.back.imageLength), record.back.imageLength);
+        std::free(record.front.pDIB);
+        std::free(record.back.pDIB);
+
+        settings.duplex = false;
+        QVERIFY(RenderSamplePrescan(settings, &record));
+        QVERIFY(record.front.pDIB && !record.back.pDIB && record.back.imageLength == 0);
+        std::free(record.front.pDIB);
+
+        settings.lengthMm = 20000; // beyond 65535 pixels
+        QVERIFY(!RenderSamplePrescan(settings, &record));
+        QVERIFY(!record.front.pDIB && !record.back.pDIB && record.front.imageLength == 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSamplePage)
+#include "tst_samplepage.moc"
