@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -251,8 +252,10 @@ public:
     bool bInLoadProfile = false;
     bool m_bInInit = false;
     bool m_bForbitChange = false;
-    TwValue m_dictEnableChange;   // target enable key -> rule
-    TwValue m_dictObserverChange; // source key path -> target enable keys
+    TwValue m_dictEnableChange;              // target enable key -> rule
+    TwValue m_dictObserverChange;            // source key path -> target enable keys
+    std::set<std::string> m_rulesInProgress; // targets being evaluated, outermost first
+    std::set<std::string> m_cyclicRules;     // targets whose rule was found to read itself
 
 private:
     void writeValue(const TwValue& value, std::string_view keyPath, bool notify);

@@ -4,6 +4,7 @@
 #include "TwainDialogData.h"
 
 #include "OrvaDebug.h"
+#include "TwScoped.h"
 
 #include <cstdint>
 #include <exception>
@@ -60,6 +61,44 @@ void appendUnique(TwDictionary& index, const std::string& key, const std::string
 
 std::intptr_t addressOf(const void* p) {
     return reinterpret_cast<std::intptr_t>(p);
+}
+
+// Real rules are a few levels deep; one nested deeper is a broken definition, and walking it
+// would use up the stack.
+constexpr int kMaxRuleDepth = 64;
+
+// Whether the value holds dictionaries or arrays more than limit levels deep. Looks no deeper
+// than that itself.
+bool nestedDeeperThan(const TwValue& node, int limit) {
+    if (auto d = node.dict()) {
+        if (limit == 0)
+            return true;
+        for (auto& [key, value] : *d)
+            if (nestedDeeperThan(value, limit - 1))
+                return true;
+    } else if (auto a = node.list()) {
+        if (limit == 0)
+            return true;
+        for (auto& value : *a)
+            if (nestedDeeperThan(value, limit - 1))
+                return true;
+    }
+    return false;
+}
+
+// The rules of the model definition that can be used: a new table, so that refusing a rule never
+// changes the data source's own dictionary.
+TwValue acceptedRules(const TwValue& rules) {
+    auto accepted = TwValue::dictionary();
+    for (auto& [target, rule] : *rules.dict()) {
+        if (nestedDeeperThan(rule, kMaxRuleDepth)) {
+            OrvaLog(kOrvaLogError, "ERROR: %s: the rule of %s is nested more than %d levels deep; refused\n",
+                    "TwainDialogData::createObserver", target.c_str(), kMaxRuleDepth);
+            continue;
+        }
+        accepted.dict()->set(target, rule);
+    }
+    return accepted;
 }
 
 } // namespace
@@ -145,6 +184,8 @@ void TwainDialogData::createObserver() {
                     "TwainDialogData::createObserver", m_dictEnableChange.description().c_str());
             m_dictEnableChange = TwValue();
         }
+        if (m_dictEnableChange.isDictionary())
+            m_dictEnableChange = acceptedRules(m_dictEnableChange);
         m_dictObserverChange = TwValue::dictionary();
         if (auto rules = m_dictEnableChange.dict()) {
             for (auto& [target, rule] : *rules) {
@@ -274,6 +315,15 @@ void TwainDialogData::updateEnabledFromKeyPath(const std::string& keyPath, const
     TwDictionary* rules = m_dictEnableChange.dict();
     for (std::size_t i = 0; i < list->size(); ++i) {
         std::string target = (*list)[i].stringValue();
+        // Evaluating a target whose own evaluation led here again would never end: its rule reads
+        // its own result, directly or through other rules.
+        if (m_rulesInProgress.contains(target)) {
+            if (m_cyclicRules.insert(target).second)
+                OrvaLog(kOrvaLogError, "ERROR: %s: the rule of %s reads its own result; refused\n",
+                        "TwainDialogData::updateEnabledFromKeyPath", target.c_str());
+            continue;
+        }
+        TwScopedInsert inProgress(m_rulesInProgress, target);
         try {
             TwValue rule = rules ? rules->value(target) : TwValue();
             bool enabled = getEnableFromInfo(rule, nullptr, target);

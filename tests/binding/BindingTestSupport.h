@@ -2,6 +2,7 @@
 // it, a responder, and a model definition with control definitions.
 #pragma once
 
+#include "LogCapture.h"
 #include "OrvaDebug.h"
 #include "TwObservation.h"
 #include "TwainDialogData.h"
@@ -12,26 +13,6 @@
 
 #include <string>
 #include <vector>
-
-// Points the diagnostic log at a fresh file for the lifetime of the object.
-class LogCapture {
-public:
-    LogCapture() : m_path(m_dir.path() + "/orva.log") {
-        QFile f(m_path);
-        f.open(QIODevice::WriteOnly);
-        OrvaSetLogPaths(m_path.toUtf8().constData(), nullptr);
-    }
-    ~LogCapture() { OrvaSetLogPaths(nullptr, nullptr); }
-    QString text() const {
-        QFile f(m_path);
-        return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
-    }
-    int count(const QString& needle) const { return int(text().count(needle)); }
-
-private:
-    QTemporaryDir m_dir;
-    QString m_path;
-};
 
 // Counts the notifications of one key path (the model's own writes and the controls' writes).
 class WriteCounter : public TwKeyValueObserver {

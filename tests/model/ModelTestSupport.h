@@ -1,6 +1,7 @@
 // A model definition the model tests can shape, and small helpers to fill a store.
 #pragma once
 
+#include "LogCapture.h"
 #include "TwainDialogData.h"
 
 #include <QMetaType>

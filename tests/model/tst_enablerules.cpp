@@ -171,6 +171,39 @@ private slots:
         model.removeSelfObserver();
     }
 
+    // A data source's typo must not take the host down: a rule that reads its own target, two
+    // that read each other, or one nested deeper than any real rule is refused, and the other
+    // rules go on working.
+    void cyclicAndDeepRulesAreRefused_data() {
+        QTest::addColumn<TwValue>("rules");
+        TwValue deep = dict({{"Data.Num", 1}});
+        for (int i = 0; i < 24000; ++i)
+            deep = dict({{"AND", deep}});
+        TwValue notA = dict({{"NOT", dict({{"enable.A", true}})}});
+        TwValue notB = dict({{"NOT", dict({{"enable.B", true}})}});
+        QTest::newRow("reads itself under NOT") << dict({{"enable.A", notA}});
+        QTest::newRow("two read each other")
+            << dict({{"enable.A", notB}, {"enable.B", dict({{"enable.A", true}})}});
+        QTest::newRow("nested 24000 deep") << dict({{"enable.A", deep}});
+    }
+    void cyclicAndDeepRulesAreRefused() {
+        QFETCH(TwValue, rules);
+        TestModelDef def;
+        def.rules = rules.deepCopy();
+        def.rules.dict()->set("enable.H", dict({{"Data.Num", 2}}));
+        TwainDialogData model;
+        model.setModelDef(&def);
+        fillConditions(model);
+        LogCapture log;
+        model.addSelfObserver();
+        QVERIFY(log.text().contains("refused"));
+        model.setValueForKeyPath(TwValue(2), "Data.Num");
+        QVERIFY(model.valueForKeyPath("enable.H").boolValue());
+        model.setValueForKeyPath(TwValue(3), "Data.Num");
+        QVERIFY(!model.valueForKeyPath("enable.H").boolValue());
+        model.removeSelfObserver();
+    }
+
     void aRuleTableThatIsNotADictionaryIsEmpty() {
         TestModelDef def;
         def.rules = TwValue::array({dict({{"enable.A", dict({{"YES", empty()}})}})});
