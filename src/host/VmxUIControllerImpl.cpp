@@ -3,6 +3,7 @@
 #include "OrvaDebug.h"
 #include "TwApplication.h"
 #include "TwBundle.h"
+#include "TwDlgPreview.h"
 #include "TwMessageBox.h"
 #include "TwainDialogController.h"
 #include "TwainDialogData.h"
@@ -236,6 +237,7 @@ TwainDialogController* VmxUIControllerImpl::controller() {
     std::lock_guard lock(m_controllerLock);
     if (!_dlgController) {
         _dlgController = std::make_unique<TwainDialogController>();
+        _dlgController->setPreviewMaker([](QWidget* parent) { return new TwDlgPreview(parent); });
         // The controller lives on the GUI thread whoever asked for it first.
         if (auto* app = QCoreApplication::instance())
             if (_dlgController->thread() != app->thread())
