@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QMouseEvent>
+#include <QScrollArea>
 #include <QTemporaryDir>
 
 #include <algorithm>
