@@ -7,6 +7,7 @@
 #include "SampleModelDef.h"
 #include "TwApplication.h"
 #include "TwBindingWidgets.h"
+#include "TwBundle.h"
 #include "TwDlgMain.h"
 #include "TwDlgPreview.h"
 #include "TwPlist.h"
@@ -21,6 +22,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -48,6 +50,8 @@ constexpr int kPageWidth = 248, kPageHeight = 351, kPelsPerMetre = 1181;
 std::uint16_t prescanCallback(std::uint16_t event, void* data) {
     g_codes.push_back(event);
     if ((event == kVmxEventPrescan || event == kVmxEventPreviewRescan) && data) {
+        if (g_pages.result != 0)
+            return g_pages.result; // a prescan that failed delivers nothing
         auto* record = static_cast<TwPreviewRecord*>(data);
         if (g_pages.front && g_pages.broken) {
             record->front.pDIB = std::calloc(1, 60); // a header claiming more than it has
@@ -68,7 +72,7 @@ std::uint16_t prescanCallback(std::uint16_t event, void* data) {
         record->front.blackRatio = 1.5;
         record->back.colorRatio = 67.891;
         record->back.blackRatio = 2.25;
-        return g_pages.result;
+        return 0;
     }
     return 0;
 }
@@ -123,6 +127,12 @@ class TestPreview : public QObject {
             QTest::mouseMove(v, at(v, p));
         QTest::mouseRelease(v, Qt::LeftButton, {}, at(v, through.isEmpty() ? from : through.last()));
     }
+    // The pointer moved over the view with no button down.
+    static void hover(TwPreviewView* v, QPointF mm) {
+        const QPointF p = v->viewFromPage(mm);
+        QMouseEvent move(QEvent::MouseMove, p, v->mapToGlobal(p), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(v, &move);
+    }
     static void clickThroughWindow(QWidget* w) {
         QWidget* top = w->window();
         QTest::mouseClick(top->windowHandle(), Qt::LeftButton, {}, w->mapTo(top, w->rect().center()));
@@ -138,6 +148,7 @@ private slots:
         qputenv("HOME", home.path().toLocal8Bit());
         qputenv("XDG_CONFIG_HOME", home.filePath("config").toLocal8Bit());
         OrvaSetLogPaths(nullptr, nullptr);
+        TwBundle::setModuleBundlePath(VMX_BUNDLE_DIR); // the module's code is linked in, not loaded
         std::string error;
         def = SampleModelDef(TwPlistReadFile(kBundle + "/Contents/Resources/ModelDef.plist", &error));
         capabilities = TwPlistReadFile(kBundle + "/Contents/Resources/Capabilities.plist", &error);
@@ -313,6 +324,12 @@ private slots:
         const TwAreaEdges e = v->areaEdges();
         QVERIFY(near(v->cursorAreaList()[kZoneLeft - 1].left(), e.left - 2, 1e-9));
         QVERIFY(near(v->cursorAreaList()[kZoneLeft - 1].width(), 4, 1e-9));
+        // The pointer over a zone shows its cursor: the left edge, the inside, outside the area.
+        hover(v, QPointF(e.left + 0.5, (e.top + e.bottom) / 2));
+        QCOMPARE(v->cursor().shape(), Qt::SizeHorCursor);
+        hover(v, QPointF(e.left + 20, (e.top + e.bottom) / 2));
+        QCOMPARE(v->cursor().shape(), Qt::BitmapCursor);
+        QCOMPARE(v->cursor().hotSpot(), QPoint(15, 15));
         v->doZoominit(QSizeF(0, 200), QSizeF(800, 800)); // no page: the scale stays
         QCOMPARE(v->width(), 400);
         ui->hideUi();
