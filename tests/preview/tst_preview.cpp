@@ -180,6 +180,7 @@ private slots:
         QVERIFY(p);
         p->setSelectedArea(0);
         p->setCmbArea();
+        QTest::qWait(100); // the layout settles
         QVERIFY(p->grab().save(path));
         ui->hideUi();
     }
