@@ -17,7 +17,7 @@
 #include <QScrollArea>
 #include <QSignalBlocker>
 
-#include <future>
+#include <utility>
 
 const std::array<TwAreaInfo, 8> Comb_AreaInfo = {{
     {kTwMainAreaId, "IDS_AREA_MAIN", "enable.Area.Front", "temp.Area.Front.X", "temp.Area.Y",
@@ -410,7 +410,7 @@ void TwDlgPreview::setEnableSide() {
     bool back = false;
     if (TwainDialogData* m = model(); m && !displayOnly()) {
         const std::int64_t source = m->valueForKeyPath("Data.PaperSource").intValue();
-        back = (source == 1 || source == 4 || source == 5) && !m_imageBack.isNull();
+        back = (source == 1 || source == 4 || source == 5) && hasBackPage();
     }
     sides[1]->setEnabled(back);
 }
@@ -423,7 +423,7 @@ void TwDlgPreview::setSelectedSide(std::uint16_t side) {
 void TwDlgPreview::ChangeSide() {
     const int side = ui->segSide->selectedIndex();
     if (side == 1) {
-        ui->viewPreview->setScanImage(m_imageBack);
+        ui->viewPreview->setScanImage(imageBack());
         m_bFront = false;
     } else {
         ui->viewPreview->setScanImage(m_imageFront);
@@ -486,18 +486,30 @@ void TwDlgPreview::onZoomFit() {
 
 void TwDlgPreview::setPrescanImage(const QByteArray& frontFile, const QByteArray& backFile) {
     ui->viewPreview->setScanImage(QImage());
-    // The two pages are read at the same time.
-    std::future<QImage> back;
-    if (!backFile.isEmpty())
-        back = std::async(std::launch::async, [backFile] { return TwPrescanPageFromBitmapFile(backFile); });
     if (!frontFile.isEmpty())
         m_imageFront = TwPrescanPageFromBitmapFile(frontFile);
-    if (back.valid())
-        m_imageBack = back.get();
-    const int side = ui->segSide->selectedIndex();
-    ui->viewPreview->setScanImage(side == 0 ? m_imageFront : side == 1 ? m_imageBack : QImage());
+    if (!backFile.isEmpty()) {
+        m_imageBack = QImage();
+        m_backFile = backFile;
+    }
+    // A hidden window shows the front when it opens: its back page need not be read yet.
+    const int side = isVisible() ? ui->segSide->selectedIndex() : 0;
+    ui->viewPreview->setScanImage(side == 0 ? m_imageFront : side == 1 ? imageBack() : QImage());
     setEnableSide();
     SetSideBottomLable(m_selectedSide);
+}
+
+const QImage& TwDlgPreview::imageBack() {
+    if (!m_backFile.isEmpty())
+        m_imageBack = TwPrescanPageFromBitmapFile(std::exchange(m_backFile, QByteArray()));
+    return m_imageBack;
+}
+
+void TwDlgPreview::dropPages() {
+    ui->viewPreview->setScanImage(QImage());
+    m_imageFront = QImage();
+    m_imageBack = QImage();
+    m_backFile = QByteArray();
 }
 
 void TwDlgPreview::makeCursors() {
@@ -623,9 +635,7 @@ void TwDlgPreview::stopThread() {
 }
 
 void TwDlgPreview::refreshStatus() {
-    ui->viewPreview->setScanImage(QImage());
-    m_imageFront = QImage();
-    m_imageBack = QImage();
+    dropPages();
     TwainDialogController* controller = windowController();
     if (isVisible() && controller) {
         controller->previewRescan();
@@ -641,8 +651,6 @@ void TwDlgPreview::windowWillClose() {
         setIsModal(false);
     }
     stopThread();
-    ui->viewPreview->setScanImage(QImage());
-    m_imageFront = QImage();
-    m_imageBack = QImage();
+    dropPages();
     TwPreviewPanel::windowWillClose();
 }

@@ -139,7 +139,9 @@ public:
     TwPreviewView* viewPreview() const;
     QScrollArea* sclPreview() const;
     const QImage& imageFront() const { return m_imageFront; }
-    const QImage& imageBack() const { return m_imageBack; }
+    // The back page, read from its bitmap file when it is first wanted: the front shows first, and
+    // a back page nobody looks at is never decoded.
+    const QImage& imageBack();
     bool needRescan() const { return m_NeedRescan; }
     bool isStatusTimerRunning() const { return m_rescanTimer.isActive(); }
     // The colour swatch of an area in the area list.
@@ -163,12 +165,15 @@ private:
     void createThread();
     void stopThread();
     void refreshStatus();
+    bool hasBackPage() const { return !m_imageBack.isNull() || !m_backFile.isEmpty(); }
+    void dropPages();
 
     std::unique_ptr<Ui::TwDlgPreview> ui;
     std::int16_t m_selectedArea = kTwMainAreaId;
     std::uint16_t m_selectedSide = 0;
     QImage m_imageFront;
     QImage m_imageBack;
+    QByteArray m_backFile; // the back page's bitmap file until the page is read
     QCursor cursorMove;
     QCursor cursorSelect;
     QCursor cursorZoomIn;

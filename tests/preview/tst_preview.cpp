@@ -195,7 +195,7 @@ private slots:
         QCOMPARE(g_codes, (Codes{kVmxEventPrescan}));
         QCOMPARE(p->sizeFromScanImage(), QSizeF(210.0, 297.2));
         QCOMPARE(p->imageFront().size(), QSize(kPageWidth, kPageHeight));
-        QCOMPARE(p->imageBack().size(), QSize(kPageWidth, kPageHeight));
+        QTRY_COMPARE(p->imageBack().size(), QSize(kPageWidth, kPageHeight)); // read meanwhile
         QCOMPARE(p->viewPreview()->scanImage(), p->imageFront());
         // Rows come top down: the label is in the top third of the front page.
         QImage page = p->imageFront();
@@ -440,6 +440,7 @@ private slots:
         if (enabled) {
             QTest::mouseClick(back, Qt::LeftButton);
             QCOMPARE(p->selectedSide(), std::uint16_t(1));
+            QTRY_VERIFY(!p->imageBack().isNull());
             QCOMPARE(p->viewPreview()->scanImage(), p->imageBack());
             QCOMPARE(p->labValue1()->text(), ui->dataForKeyPath("enable.AutoDistinction").boolValue()
                                                  ? QStringLiteral("67.89(%)")
