@@ -18,12 +18,15 @@
 #include <QFileInfo>
 #include <QInputDialog>
 #include <QPushButton>
+#include <QTimer>
 
 #include <cstdlib>
 #include <cstring>
 
 namespace {
 constexpr int kMaxProfiles = 50;
+constexpr int kPrescanSessionPoll = 200; // ms
+constexpr int kPreviewGap = 10;          // points between the dialog and the preview
 
 TwainDialogController::UrlOpener& urlOpener() {
     static TwainDialogController::UrlOpener opener;
@@ -50,16 +53,22 @@ std::uint32_t readUInt32(const void* p, std::size_t offset) {
 }
 } // namespace
 
-TwainDialogController::TwainDialogController() {
+TwainDialogController::TwainDialogController() : m_prescanSessionTimer(new QTimer(this)) {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::init");
+    m_prescanSessionTimer->setInterval(kPrescanSessionPoll);
+    connect(m_prescanSessionTimer, &QTimer::timeout, this, [this] { doModelPreviewThread(); });
 }
 
 TwainDialogController::~TwainDialogController() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::dealloc");
+    // The preview is a window of the main panel's and goes with it.
+    if (m_dlgPreview)
+        m_dlgPreview->unbindControlAll();
     if (m_window) {
         m_window->unbindControlAll();
         delete m_window;
     }
+    sessionPrescan = false;
     delete m_dlgScanning;
     DSHelpBookName.clear();
     pfCallback = nullptr;
@@ -116,6 +125,7 @@ void TwainDialogController::windowWillClose() {
 
 void TwainDialogController::close() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::close");
+    closePreview();
     if (m_window)
         m_window->closePanel();
     _dialogData.reset();
@@ -244,12 +254,26 @@ void TwainDialogController::onPrescan() {
         return;
     }
     auto size = bitmapSizeMillimetres(record.front.pDIB, record.front.imageLength);
-    if (size)
-        OrvaLog(kOrvaLogDebug, "\t%s: front image %.1f x %.1f mm\n", "TwainDialogController::onPrescan",
-                size->first, size->second);
+    if (!size)
+        OrvaLog(kOrvaLogError, "ERROR: %s: the front image has no size; the paper size stands for it\n",
+                "TwainDialogController::onPrescan");
     setPreviewImages(&record);
-    OrvaLog(kOrvaLogInfo, "%s: the prescan preview is not part of this build; images freed\n",
-            "TwainDialogController::onPrescan");
+    TwPreviewPanel* preview = dlgPreview();
+    if (!preview)
+        return;
+    placePreview(preview);
+    preview->setSizeFromScanImage(size ? QSizeF(size->first, size->second) : QSizeF());
+    preview->setIsModal(m_isModal);
+    preview->setDisplayOnly(false);
+    preview->showWindow();
+    placePreview(preview); // again, now that the window system has given it a frame
+    if (m_isModal) {
+        // The dialog is application-modal; the preview, a window of the dialog's, is not blocked
+        // by it, so both take input until the preview closes.
+        sessionPrescan = true;
+        OrvaLog(kOrvaLogDebug, "\t%s: prescan session begun\n", "TwainDialogController::onPrescan");
+        m_prescanSessionTimer->start();
+    }
 }
 
 void TwainDialogController::onScanCancel() {
@@ -426,8 +450,44 @@ void TwainDialogController::setHelpRoot(const QString& folder) {
 
 // ---- Preview -----------------------------------------------------------------------------------
 
+TwPreviewPanel* TwainDialogController::previewPanel() {
+    if (!m_dlgPreview && m_previewMaker && window()) {
+        m_dlgPreview = m_previewMaker(m_window);
+        if (m_dlgPreview)
+            m_dlgPreview->setWindowController(this);
+    }
+    return m_dlgPreview;
+}
+
+void TwainDialogController::placePreview(TwPreviewPanel* preview) {
+    if (!m_window)
+        return;
+    // Beside the dialog's right edge, bottoms level.
+    const QRect main = m_window->frameGeometry();
+    QRect frame = preview->frameGeometry();
+    frame.moveBottomLeft(QPoint(main.right() + 1 + kPreviewGap, main.bottom()));
+    preview->move(frame.topLeft());
+}
+
 void TwainDialogController::closePreview() {
-    // The prescan preview is not part of this build: there is nothing to close.
+    if (!m_dlgPreview || !m_dlgPreview->isVisible())
+        return;
+    OrvaLog(kOrvaLogDebug, "%s: [dlgPreview close]\n", "TwainDialogController::closePreview");
+    m_dlgPreview->closePanel();
+    if (sessionPrescan)
+        doModelPreviewThread();
+}
+
+void TwainDialogController::doModelPreviewThread() {
+    if (!sessionPrescan) {
+        m_prescanSessionTimer->stop();
+        return;
+    }
+    if (m_dlgPreview && m_dlgPreview->isVisible())
+        return; // the session goes on
+    sessionPrescan = false;
+    m_prescanSessionTimer->stop();
+    OrvaLog(kOrvaLogDebug, "\t%s: prescan session ended\n", "TwainDialogController::doModelPreviewThread");
 }
 
 void TwainDialogController::setPreviewImages(TwPreviewRecord* record) {
@@ -437,12 +497,13 @@ void TwainDialogController::setPreviewImages(TwPreviewRecord* record) {
 void TwainDialogController::setPreviewImages(TwPreviewRecord* record, bool freeImage) {
     if (!record)
         return;
-    for (TwPreviewSide* side : {&record->front, &record->back}) {
+    QByteArray files[2];
+    TwPreviewSide* sides[2] = {&record->front, &record->back};
+    for (int i = 0; i < 2; ++i) {
+        TwPreviewSide* side = sides[i];
         if (!side->pDIB)
             continue;
-        QByteArray image = CreateImage(side->pDIB, side->imageLength);
-        OrvaLog(kOrvaLogDebug, "\t%s: %s image of %d bytes\n", "TwainDialogController::setPreviewImages",
-                side == &record->front ? "front" : "back", int(image.size()));
+        files[i] = CreateImage(side->pDIB, side->imageLength);
         if (freeImage) {
             std::free(side->pDIB);
             side->pDIB = nullptr;
@@ -452,6 +513,16 @@ void TwainDialogController::setPreviewImages(TwPreviewRecord* record, bool freeI
             "TwainDialogController::setPreviewImages", record->front.colorRatio, record->front.whiteRatio,
             record->front.blackRatio, record->back.colorRatio, record->back.whiteRatio,
             record->back.blackRatio);
+    TwPreviewPanel* preview = previewPanel();
+    if (!preview)
+        return;
+    preview->setColorRatioFront(record->front.colorRatio);
+    preview->setWhiteRatioFront(record->front.whiteRatio);
+    preview->setBlackRatioFront(record->front.blackRatio);
+    preview->setColorRatioBack(record->back.colorRatio);
+    preview->setWhiteRatioBack(record->back.whiteRatio);
+    preview->setBlackRatioBack(record->back.blackRatio);
+    preview->setPrescanImage(files[0], files[1]);
 }
 
 void TwainDialogController::previewRescan() {

@@ -5,6 +5,7 @@
 
 #include "TwDlgMain.h"
 #include "TwDlgScanning.h"
+#include "TwPreviewPanel.h"
 #include "VmxUI.h"
 
 #include <QObject>
@@ -22,6 +23,7 @@
 class TwBundle;
 class TwPanel;
 class TwainDialogData;
+class QTimer;
 class QWidget;
 
 class TwainDialogController : public QObject {
@@ -79,7 +81,17 @@ public:
 
     // ---- Preview ----
 
-    TwPanel* dlgPreview() const { return nullptr; }
+    // The preview window, once a prescan has made it.
+    TwPreviewPanel* dlgPreview() const { return m_dlgPreview; }
+    // How the preview window is made; the facade gives TwDlgPreview's. Without one a prescan
+    // frees the images and shows nothing.
+    using PreviewMaker = std::function<TwPreviewPanel*(QWidget* parent)>;
+    void setPreviewMaker(PreviewMaker maker) { m_previewMaker = std::move(maker); }
+    // The preview of a modal dialog's prescan is up: both windows take input while it lasts.
+    bool hasPrescanSession() const { return sessionPrescan; }
+    // Looks whether the prescan session's window is still up (every 0.2 s while a session runs)
+    // and ends the session once it has closed.
+    void doModelPreviewThread();
     void closePreview();
     void setPreviewImages(TwPreviewRecord* record);
     void setPreviewImages(TwPreviewRecord* record, bool freeImage);
@@ -130,7 +142,14 @@ private:
     void logBundleVersion();
     std::optional<QString> promptForName(const QStringList& names);
 
+    TwPreviewPanel* previewPanel();
+    void placePreview(TwPreviewPanel* preview);
+
     QPointer<TwDlgMain> m_window;
+    QPointer<TwPreviewPanel> m_dlgPreview;
+    PreviewMaker m_previewMaker;
+    bool sessionPrescan = false;
+    QTimer* m_prescanSessionTimer;
     QPointer<TwDlgScanning> m_dlgScanning;
     QString DSHelpBookName;
     VmxUICallback pfCallback = nullptr;

@@ -3,6 +3,7 @@
 #include "OrvaDebug.h"
 #include "TwApplication.h"
 #include "TwBundle.h"
+#include "TwDlgPreview.h"
 #include "TwMessageBox.h"
 #include "TwStrings.h"
 #include "TwainDialogController.h"
@@ -237,6 +238,7 @@ TwainDialogController* VmxUIControllerImpl::controller() {
     std::lock_guard lock(m_controllerLock);
     if (!_dlgController) {
         _dlgController = std::make_unique<TwainDialogController>();
+        _dlgController->setPreviewMaker([](QWidget* parent) { return new TwDlgPreview(parent); });
         // The controller lives on the GUI thread whoever asked for it first.
         if (auto* app = QCoreApplication::instance())
             if (_dlgController->thread() != app->thread())

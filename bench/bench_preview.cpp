@@ -1,0 +1,247 @@
+// The prescan preview with a 300-dpi A4 colour page on both sides (2480 x 3508 pixels, 24 bits):
+// from event 3's return to the preview's first paint, from a click on Back to the back page's first
+// paint (it is read when first shown), the peak memory that prescan (both pages shown) adds, one drag
+// step of an area (mouse move, model write, validation, repaint) at the fit zoom and at the largest
+// zoom, and one zoom step; and, to compare machines, what the first touch of 35 MB of memory costs
+// (a decoded page is that large). Prints one line per figure: "name: value unit".
+#include "../tests/preview/PreviewPages.h"
+#include "OrvaDebug.h"
+#include "SampleModelDef.h"
+#include "TwBindingWidgets.h"
+#include "TwDlgMain.h"
+#include "TwDlgPreview.h"
+#include "TwPlist.h"
+#include "TwPreviewView.h"
+#include "TwainDialogController.h"
+#include "VmxUIControllerImpl.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMouseEvent>
+#include <QScrollArea>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int kWidth = 2480, kHeight = 3508, kPelsPerMetre = 11811; // 300 dpi A4
+
+struct Pages {
+    void* front = nullptr;
+    void* back = nullptr;
+    std::uint32_t length = 0;
+} g_pages;
+QElapsedTimer g_sinceReturn;
+
+// Hands out copies of the rendered pages, as a data source hands out what it scanned; the clock
+// starts as the callback returns.
+std::uint16_t callback(std::uint16_t event, void* data) {
+    if ((event == kVmxEventPrescan || event == kVmxEventPreviewRescan) && data) {
+        auto* record = static_cast<TwPreviewRecord*>(data);
+        for (auto [side, page] :
+             {std::pair{&record->front, g_pages.front}, std::pair{&record->back, g_pages.back}}) {
+            side->pDIB = std::malloc(g_pages.length);
+            std::memcpy(side->pDIB, page, g_pages.length);
+            side->imageLength = g_pages.length;
+        }
+        g_sinceReturn.start();
+    }
+    return 0;
+}
+
+class PaintWatch : public QObject {
+public:
+    bool painted = false;
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint)
+            painted = true;
+        return false;
+    }
+};
+
+double median(std::vector<double> values) {
+    std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
+    return values[values.size() / 2];
+}
+
+long statusKilobytes(const char* field) {
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    while (std::getline(status, line))
+        if (line.rfind(field, 0) == 0)
+            return std::stol(line.substr(std::string(field).size()));
+    return -1;
+}
+
+// Processes events until the view has painted; milliseconds since the clock started.
+double untilPainted(QWidget* view, const QElapsedTimer& clock) {
+    PaintWatch watch;
+    view->installEventFilter(&watch);
+    while (!watch.painted && clock.elapsed() < 5000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+    view->removeEventFilter(&watch);
+    return watch.painted ? double(clock.nsecsElapsed()) / 1e6 : -1;
+}
+
+void mouse(QWidget* view, QEvent::Type type, QPointF at) {
+    const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(type, at, view->mapToGlobal(at), Qt::LeftButton, held, Qt::NoModifier);
+    QCoreApplication::sendEvent(view, &event);
+}
+
+// One drag of the main area's inside back and forth; the median of its steps.
+double dragStep(TwPreviewView* view, QPointF centreMm) {
+    std::vector<double> steps;
+    QPointF at = view->viewFromPage(centreMm);
+    mouse(view, QEvent::MouseButtonPress, at);
+    for (int i = 0; i < 60; ++i) {
+        at += QPointF(i % 20 < 10 ? 3 : -3, i % 20 < 10 ? 2 : -2);
+        QElapsedTimer clock;
+        clock.start();
+        mouse(view, QEvent::MouseMove, at);
+        double ms = untilPainted(view, clock);
+        if (ms >= 0)
+            steps.push_back(ms);
+    }
+    mouse(view, QEvent::MouseButtonRelease, at);
+    QCoreApplication::processEvents();
+    return steps.empty() ? -1 : median(steps);
+}
+
+// Writing 35 MB the process has not touched before (one decoded page): the price of fresh memory on
+// this machine, which the prescan pays for every page it reads.
+double freshMemoryMs() {
+    constexpr std::size_t size = std::size_t(kWidth) * kHeight * 4;
+    QElapsedTimer clock;
+    clock.start();
+    auto* block = static_cast<unsigned char*>(std::malloc(size));
+    std::memset(block, 1, size);
+    asm volatile("" : : "r"(block) : "memory"); // the writes must happen
+    const double ms = double(clock.nsecsElapsed()) / 1e6;
+    std::free(block);
+    return ms;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsSet("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QTemporaryDir home; // the benchmark's settings never reach the user's
+    qputenv("HOME", home.path().toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", home.filePath("config").toLocal8Bit());
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+        if (type != QtDebugMsg && type != QtWarningMsg && type != QtInfoMsg)
+            std::fprintf(stderr, "%s\n", qPrintable(text));
+    });
+    QApplication app(argc, argv);
+    OrvaSetLogPaths(nullptr, nullptr);
+    const double freshMemory = freshMemoryMs();
+
+    const std::string bundle = SAMPLE_BUNDLE_DIR;
+    std::string error;
+    SampleModelDef def = SampleModelDef::fromFile(bundle + "/Contents/Resources/ModelDef.plist", &error);
+    TwValue capabilities = TwPlistReadFile(bundle + "/Contents/Resources/Capabilities.plist", &error);
+    if (!capabilities.isDictionary()) {
+        std::fprintf(stderr, "bench_preview: cannot read the sample bundle: %s\n", error.c_str());
+        return 1;
+    }
+    g_pages.front =
+        makePageBitmap(kWidth, kHeight, kPelsPerMetre, QColor(70, 110, 200), "FRONT", &g_pages.length);
+    g_pages.back =
+        makePageBitmap(kWidth, kHeight, kPelsPerMetre, QColor(200, 120, 60), "BACK", &g_pages.length);
+
+    VmxUIControllerImpl ui;
+    ui.initWithDSBundle(bundle);
+    ui.setModelDef(&def);
+    ui.setModelName("Sample VMX-S");
+    ui.setDataWithDictionary(capabilities.deepCopy(), 0);
+    ui.setCallback(&callback);
+    ui.setDataWithKeyPathValue(TwValue::dictionary({{"Data.PaperSource", 1}}));
+    ui.showUi(true, false, false);
+    TwainDialogController* controller = ui.controllerIfMade();
+    for (int i = 0; i < 5; ++i)
+        QCoreApplication::processEvents();
+
+    // Prescan to first paint; the first run also gives the memory it adds at its peak.
+    std::vector<double> toPaint, toBackPage;
+    long addedPeak = -1;
+    for (int i = 0; i < 8; ++i) {
+        const long before = statusKilobytes("VmRSS:");
+        std::ofstream("/proc/self/clear_refs") << "5"; // restart the peak from here
+        controller->onPrescan();
+        auto* preview = dynamic_cast<TwDlgPreview*>(controller->dlgPreview());
+        if (!preview) {
+            std::fprintf(stderr, "bench_preview: no preview\n");
+            return 1;
+        }
+        double ms = untilPainted(preview->viewPreview(), g_sinceReturn);
+        if (ms < 0) {
+            std::fprintf(stderr, "bench_preview: the preview was never painted\n");
+            return 1;
+        }
+        toPaint.push_back(ms);
+        // The back page is read when it is first shown.
+        QElapsedTimer clock;
+        clock.start();
+        preview->segSide()->buttons()[1]->click();
+        toBackPage.push_back(untilPainted(preview->viewPreview(), clock));
+        if (i == 0)
+            addedPeak = statusKilobytes("VmHWM:") - before;
+        if (i < 7)
+            controller->closePreview();
+    }
+
+    auto* preview = dynamic_cast<TwDlgPreview*>(controller->dlgPreview());
+    TwPreviewView* view = preview->viewPreview();
+    const QSizeF page = preview->GetCurrentPaperSize();
+    ui.setDataWithKeyPathValue(
+        TwValue::dictionary({{"temp.Area.Width", 100.0}, {"temp.Area.Length", 120.0}}));
+    const QPointF areaCentre(50, 60);
+    const double fitDrag = dragStep(view, areaCentre);
+    view->doZoom(kZoomIndexMax);
+    auto* area = preview->sclPreview();
+    // Bring the area into sight at the largest zoom.
+    view->doZoomFit();
+    view->doZoom(kZoomIndexMax);
+    QPointF centre = view->viewFromPage(areaCentre);
+    area->ensureVisible(int(centre.x()), int(centre.y()), area->viewport()->width() / 2,
+                        area->viewport()->height() / 2);
+    QCoreApplication::processEvents();
+    const double largestDrag = dragStep(view, areaCentre);
+
+    std::vector<double> zoom;
+    view->doZoomFit();
+    QCoreApplication::processEvents();
+    for (int round = 0; round < 3; ++round) {
+        for (int step : {1, 2, 3, 4, 5, 4, 3, 2, 1, 0}) {
+            QElapsedTimer clock;
+            clock.start();
+            view->doZoom(step);
+            zoom.push_back(untilPainted(view, clock));
+        }
+    }
+    controller->closePreview();
+    ui.hideUi();
+    std::free(g_pages.front);
+    std::free(g_pages.back);
+
+    std::printf("preview_page: %d x %d pixels, 24 bits, duplex, page %.1f x %.1f mm\n", kWidth, kHeight,
+                page.width(), page.height());
+    std::printf("preview_prescan_to_first_paint: %.1f ms\n", median(toPaint));
+    std::printf("preview_back_page_first_shown: %.1f ms\n", median(toBackPage));
+    std::printf("preview_fresh_memory_35MB_first_touch: %.1f ms\n", freshMemory);
+    std::printf("preview_prescan_to_first_paint_first_time: %.1f ms\n", toPaint.front());
+    std::printf("preview_prescan_peak_memory_added: %ld kB\n", addedPeak);
+    std::printf("preview_drag_step_fit_zoom: %.2f ms\n", fitDrag);
+    std::printf("preview_drag_step_largest_zoom: %.2f ms\n", largestDrag);
+    std::printf("preview_zoom_step: %.1f ms\n", median(zoom));
+    std::printf("preview_zoom_step_slowest: %.1f ms\n", *std::max_element(zoom.begin(), zoom.end()));
+    return 0;
+}

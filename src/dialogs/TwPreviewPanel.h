@@ -1,0 +1,57 @@
+// What the window controller needs of the prescan preview window. The preview itself lives in the
+// preview library, which builds on the dialogs; the controller makes it through a maker it is
+// given (the facade gives TwDlgPreview's) and talks to it only through this class, so the
+// dependency runs one way.
+#pragma once
+
+#include "TwPanel.h"
+
+#include <QByteArray>
+#include <QSizeF>
+
+class TwPreviewPanel : public TwPanel {
+public:
+    using TwPanel::TwPanel;
+
+    // Bitmap files of the two sides (TwainDialogController::CreateImage); an empty one leaves that
+    // side's page as it was.
+    virtual void setPrescanImage(const QByteArray& frontBitmapFile, const QByteArray& backBitmapFile) = 0;
+    // Shows the window with the front page fitted, its tools and, unless display-only, its areas.
+    virtual void showWindow() = 0;
+
+    // Ratios in percent, measured by the data source; the white ratios are kept, not shown.
+    void setColorRatioFront(double v) { m_colorRatioFront = v; }
+    void setBlackRatioFront(double v) { m_blackRatioFront = v; }
+    void setWhiteRatioFront(double v) { m_whiteRatioFront = v; }
+    void setColorRatioBack(double v) { m_colorRatioBack = v; }
+    void setBlackRatioBack(double v) { m_blackRatioBack = v; }
+    void setWhiteRatioBack(double v) { m_whiteRatioBack = v; }
+    double colorRatioFront() const { return m_colorRatioFront; }
+    double blackRatioFront() const { return m_blackRatioFront; }
+    double whiteRatioFront() const { return m_whiteRatioFront; }
+    double colorRatioBack() const { return m_colorRatioBack; }
+    double blackRatioBack() const { return m_blackRatioBack; }
+    double whiteRatioBack() const { return m_whiteRatioBack; }
+
+    // The page size in millimetres from the prescan bitmap; the page shown while the area is off
+    // or the window is display-only.
+    void setSizeFromScanImage(QSizeF size) { m_sizeFromScanImage = size; }
+    QSizeF sizeFromScanImage() const { return m_sizeFromScanImage; }
+    // The window belongs to a prescan of a modal dialog; it ends that session when it closes.
+    void setIsModal(bool modal) { m_isModal = modal; }
+    bool isModal() const { return m_isModal; }
+    // Pages only: no areas, no back side, no rescans.
+    void setDisplayOnly(bool displayOnly) { m_displayOnly = displayOnly; }
+    bool displayOnly() const { return m_displayOnly; }
+
+private:
+    double m_colorRatioFront = 0;
+    double m_blackRatioFront = 0;
+    double m_whiteRatioFront = 0;
+    double m_colorRatioBack = 0;
+    double m_blackRatioBack = 0;
+    double m_whiteRatioBack = 0;
+    QSizeF m_sizeFromScanImage;
+    bool m_isModal = false;
+    bool m_displayOnly = false;
+};

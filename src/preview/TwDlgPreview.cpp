@@ -1,0 +1,656 @@
+#include "TwDlgPreview.h"
+
+#include "OrvaDebug.h"
+#include "TwBindingWidgets.h"
+#include "TwBundle.h"
+#include "TwPreviewImage.h"
+#include "TwPreviewView.h"
+#include "TwResponderBinding.h"
+#include "TwainDialogController.h"
+#include "TwainDialogData.h"
+#include "ui_TwDlgPreview.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QPainter>
+#include <QScrollArea>
+#include <QSignalBlocker>
+
+#include <utility>
+
+const std::array<TwAreaInfo, 8> Comb_AreaInfo = {{
+    {kTwMainAreaId, "IDS_AREA_MAIN", "enable.Area.Front", "temp.Area.Front.X", "temp.Area.Y",
+     "temp.Area.Width", "temp.Area.Length", "", Qt::red, true},
+    {0, "IDS_AREA_SUB1", "Data.Area.Front.L1.Enable", "temp.Area.Front.L1.X", "temp.Area.Front.L1.Y",
+     "temp.Area.Front.L1.Width", "temp.Area.Front.L1.Length", "Data.Area.Front.L1.Brightness", Qt::cyan,
+     true},
+    {1, "IDS_AREA_SUB2", "Data.Area.Front.L2.Enable", "temp.Area.Front.L2.X", "temp.Area.Front.L2.Y",
+     "temp.Area.Front.L2.Width", "temp.Area.Front.L2.Length", "Data.Area.Front.L2.Brightness", Qt::blue,
+     true},
+    {2, "IDS_AREA_SUB3", "Data.Area.Front.L3.Enable", "temp.Area.Front.L3.X", "temp.Area.Front.L3.Y",
+     "temp.Area.Front.L3.Width", "temp.Area.Front.L3.Length", "Data.Area.Front.L3.Brightness", Qt::magenta,
+     true},
+    {kTwMainAreaId, "IDS_AREA_MAIN", "enable.Area.Back", "temp.Area.Back.X", "temp.Area.Y", "temp.Area.Width",
+     "temp.Area.Length", "", Qt::red, false},
+    {0, "IDS_AREA_SUB1", "Data.Area.Back.L1.Enable", "temp.Area.Back.L1.X", "temp.Area.Back.L1.Y",
+     "temp.Area.Back.L1.Width", "temp.Area.Back.L1.Length", "Data.Area.Back.L1.Brightness", Qt::cyan, false},
+    {1, "IDS_AREA_SUB2", "Data.Area.Back.L2.Enable", "temp.Area.Back.L2.X", "temp.Area.Back.L2.Y",
+     "temp.Area.Back.L2.Width", "temp.Area.Back.L2.Length", "Data.Area.Back.L2.Brightness", Qt::blue, false},
+    {2, "IDS_AREA_SUB3", "Data.Area.Back.L3.Enable", "temp.Area.Back.L3.X", "temp.Area.Back.L3.Y",
+     "temp.Area.Back.L3.Width", "temp.Area.Back.L3.Length", "Data.Area.Back.L3.Brightness", Qt::magenta,
+     false},
+}};
+
+namespace {
+constexpr int kStatusInterval = 100; // ms between two looks at the rescan flag
+constexpr const char* kInMouseDrag = "temp.InMouseDragChangeArea";
+
+QString swatchKey(bool front, std::int16_t id) {
+    return QString::asprintf("side%dArea%d", front ? 1 : 0, int(id));
+}
+
+bool startsWith(const std::string& s, std::string_view prefix) {
+    return std::string_view(s).starts_with(prefix);
+}
+
+bool endsWith(const std::string& s, std::string_view suffix) {
+    return std::string_view(s).ends_with(suffix);
+}
+
+bool contains(const std::vector<std::string>& list, const std::string& key) {
+    return std::find(list.begin(), list.end(), key) != list.end();
+}
+
+QCursor bundleCursor(const char* name, int hot, Qt::CursorShape fallback) {
+    auto bundle = TwBundle::moduleBundle();
+    std::string path = bundle ? bundle->pathForResource(name, "ico") : std::string();
+    QPixmap picture;
+    if (path.empty() || !picture.load(QString::fromStdString(path))) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: no cursor picture %s.ico\n", "TwDlgPreview::showWindow", name);
+        return QCursor(fallback);
+    }
+    return QCursor(picture, hot, hot);
+}
+} // namespace
+
+const std::vector<std::string>& TwDlgPreview::dataNeedCloseWindow() {
+    static const std::vector<std::string> keys = {
+        "Data.Resolution",       "Data.AutoCrop.Enable", "Data.Deskew.Enable", "Data.Landscape",
+        "Data.PaperSize",        "Data.PaperSource",     "profiles.name",      "Data.AutoCrop.MaxSize",
+        "Data.Deskew.Smoothing", "Data.Margin",          "Data.LengthControl",
+    };
+    return keys;
+}
+
+const std::vector<std::string>& TwDlgPreview::dataRescan() {
+    static const std::vector<std::string> keys = {
+        "Data.Image.BorderRemoval",
+        "Data.Image.RemoveShadow",
+        "Data.Image.HoleRemoval",
+        "Data.Image.Mirror",
+        "Data.Layout.DuplexType",
+        "Data.BinaryImage.Front.Halftone",
+        "Data.BinaryImage.Front.Brightness",
+        "Data.BinaryImage.Front.Contrast",
+        "Data.BinaryImage.Front.Empasis",
+        "Data.BinaryImage.Front.Gamma",
+        "Data.BinaryImage.Front.Drop",
+        "Data.BinaryImage.Back.Halftone",
+        "Data.BinaryImage.Back.Brightness",
+        "Data.BinaryImage.Back.Contrast",
+        "Data.BinaryImage.Back.Empasis",
+        "Data.BinaryImage.Back.Gamma",
+        "Data.BinaryImage.Back.Drop",
+        "Data.BinaryImage.DynamicThresholdEnable",
+        "Data.BinaryImage.DynamicThresholdMode",
+        "Data.BinaryImage.NoiseReductionSize",
+        "Data.BinaryImage.NoiseReductionType",
+        "Data.Image.Invert",
+        "Data.Image.AutoSeparation",
+        "Data.GrayImage.Front.Brightness",
+        "Data.GrayImage.Front.Contrast",
+        "Data.GrayImage.Front.Empasis",
+        "Data.GrayImage.Front.Gamma",
+        "Data.GrayImage.Front.Drop",
+        "Data.GrayImage.Back.Brightness",
+        "Data.GrayImage.Back.Contrast",
+        "Data.GrayImage.Back.Empasis",
+        "Data.GrayImage.Back.Gamma",
+        "Data.GrayImage.Back.Drop",
+        "Data.Image.WhiteLevel",
+        "Data.ColorImage.Front.Brightness",
+        "Data.ColorImage.Front.Contrast",
+        "Data.ColorImage.Front.Chroma",
+        "Data.ColorImage.Front.Empasis",
+        "Data.ColorImage.Front.Gamma",
+        "Data.ColorImage.Back.Brightness",
+        "Data.ColorImage.Back.Contrast",
+        "Data.ColorImage.Back.Chroma",
+        "Data.ColorImage.Back.Empasis",
+        "Data.ColorImage.Back.Gamma",
+        "Data.Image.SmoothBackground",
+        "Data.Image.BackgroundRemoval",
+        "Data.Area.Front.Halftone",
+        "Data.Area.Back.Halftone",
+        "Data.Layout.BlankPageRemoval.Eanble",
+        "Data.Layout.BlankPageRemoval.Ratio",
+        "Customize.BorderRemoval.left",
+        "Customize.BorderRemoval.top",
+        "Customize.BorderRemoval.right",
+        "Customize.BorderRemoval.bottom",
+        "Customize.RemoveShadow.left",
+        "Customize.RemoveShadow.top",
+        "Customize.RemoveShadow.right",
+        "Customize.RemoveShadow.bottom",
+        "Data.AutoDistinction.RateBinaryImage",
+        "Data.AutoDistinction.IgnorePaperColor",
+        "Data.AutoDistinction.ColorPixelRation",
+        "Data.ImageType",
+    };
+    return keys;
+}
+
+TwDlgPreview::TwDlgPreview(QWidget* parent)
+    : TwPreviewPanel(parent), ui(std::make_unique<Ui::TwDlgPreview>()) {
+    ui->setupUi(this);
+    setWindowFlag(Qt::Window);
+    m_rescanTimer.setInterval(kStatusInterval);
+    connect(&m_rescanTimer, &QTimer::timeout, this, [this] {
+        if (!m_NeedRescan)
+            return;
+        // A request made while the rescan runs is kept for the next look.
+        m_NeedRescan = false;
+        refreshStatus();
+    });
+    connect(ui->segSide, &TwSegmentedControl::segmentClicked, this, [this](int index) {
+        setSelectedSide(std::uint16_t(index));
+        onSide();
+    });
+    connect(ui->cmbArea, &QComboBox::activated, this, [this](int index) {
+        m_selectedArea = std::int16_t(ui->cmbArea->itemData(index).toInt());
+        onAreaChange();
+    });
+    connect(ui->segControl, &TwSegmentedControl::segmentClicked, this, [this] { onControl(); });
+    connect(ui->btnZoomFit, &QPushButton::clicked, this, [this] { onZoomFit(); });
+    ui->viewPreview->setDlgParent(this);
+    createAreaImageIcon();
+}
+
+TwDlgPreview::~TwDlgPreview() {
+    stopThread();
+    unbindControlAll();
+}
+
+// ---- Outlets -------------------------------------------------------------------------------------
+
+TwSegmentedControl* TwDlgPreview::segSide() const {
+    return ui->segSide;
+}
+QComboBox* TwDlgPreview::cmbArea() const {
+    return ui->cmbArea;
+}
+TwSegmentedControl* TwDlgPreview::segControl() const {
+    return ui->segControl;
+}
+QPushButton* TwDlgPreview::btnZoomFit() const {
+    return ui->btnZoomFit;
+}
+QLabel* TwDlgPreview::labValue1() const {
+    return ui->labValue1;
+}
+QLabel* TwDlgPreview::labValue2() const {
+    return ui->labValue2;
+}
+TwPreviewView* TwDlgPreview::viewPreview() const {
+    return ui->viewPreview;
+}
+QScrollArea* TwDlgPreview::sclPreview() const {
+    return ui->sclPreview;
+}
+
+QIcon TwDlgPreview::areaImage(bool front, std::int16_t id) const {
+    return m_areaImages.value(swatchKey(front, id));
+}
+
+TwainDialogData* TwDlgPreview::model() const {
+    TwainDialogController* controller = windowController();
+    return controller ? controller->dialogData() : nullptr;
+}
+
+// ---- Units and coordinates -----------------------------------------------------------------------
+
+double TwDlgPreview::millimetres(const char* keyPath) const {
+    TwainDialogData* m = model();
+    if (!m)
+        return 0;
+    double value = m->valueForKeyPath(keyPath).floatValue();
+    return m->AreaUnitIsInch() ? value * kTwMillimetresPerInch : value;
+}
+
+TwValue TwDlgPreview::modelValue(double mm) const {
+    TwainDialogData* m = model();
+    double value = m && m->AreaUnitIsInch() ? mm / kTwMillimetresPerInch : mm;
+    return TwValue(double(float(value)));
+}
+
+bool TwDlgPreview::IsEnableArea() {
+    TwainDialogData* m = model();
+    return m && m->valueForKeyPath("enable.Area.Front").boolValue();
+}
+
+QSizeF TwDlgPreview::GetCurrentPaperSize() {
+    TwainDialogData* m = model();
+    if (displayOnly() || !m || !IsEnableArea())
+        return sizeFromScanImage();
+    TwSize paper = m->GetCurrentPaperSizeInCurrentOrientation();
+    return QSizeF(paper.width / 10.0, paper.length / 10.0);
+}
+
+TwPageMapping TwDlgPreview::mapping() {
+    TwPageMapping m;
+    m.front = m_bFront;
+    if (TwainDialogData* data = model()) {
+        m.duplexType = int(data->valueForKeyPath("Data.Layout.DuplexType").intValue());
+        m.mirror = data->valueForKeyPath("Data.Image.Mirror").boolValue();
+    }
+    const bool changes = m.mirror || (m.duplexType == 1 && !m.front);
+    if (changes)
+        m.page = GetCurrentPaperSize();
+    return m;
+}
+
+QPointF TwDlgPreview::Data2ScreenPoint(QPointF point) {
+    return ::Data2ScreenPoint(mapping(), point);
+}
+
+QRectF TwDlgPreview::Data2ScreenRect(const QRectF& rect) {
+    return ::Data2ScreenRect(mapping(), rect);
+}
+
+QRectF TwDlgPreview::Screen2DataRect(const QRectF& rect) {
+    return ::Data2ScreenRect(mapping(), rect);
+}
+
+// ---- Areas ---------------------------------------------------------------------------------------
+
+bool TwDlgPreview::GetAreas(std::vector<TwAreaOverlay>& areas) {
+    TwainDialogData* m = model();
+    if (displayOnly() || !m)
+        return true;
+    const TwPageMapping map = mapping();
+    const bool subAreas = m->valueForKeyPath("enable.Area.SubArea").boolValue();
+    for (const TwAreaInfo& row : Comb_AreaInfo) {
+        if (row.front != m_bFront)
+            continue;
+        if (*row.enableKey && !m->valueForKeyPath(row.enableKey).boolValue())
+            continue;
+        if (row.id != kTwMainAreaId && !subAreas)
+            continue;
+        if (!(m->valueForKeyPath(row.widthKey).floatValue() > 0) ||
+            !(m->valueForKeyPath(row.lengthKey).floatValue() > 0))
+            continue;
+        QRectF rect(millimetres(row.xKey), millimetres(row.yKey), millimetres(row.widthKey),
+                    millimetres(row.lengthKey));
+        TwAreaOverlay overlay{::Data2ScreenRect(map, rect), QColor(row.color), TwValue()};
+        if (*row.brightnessKey)
+            overlay.brightness = m->valueForKeyPath(row.brightnessKey);
+        areas.push_back(overlay);
+    }
+    return true;
+}
+
+const TwAreaInfo* TwDlgPreview::selectedRecord() const {
+    for (const TwAreaInfo& row : Comb_AreaInfo)
+        if (row.front == (m_selectedSide == 0) && row.id == m_selectedArea)
+            return &row;
+    return nullptr;
+}
+
+void TwDlgPreview::setSelectedArea(std::int16_t area) {
+    m_selectedArea = area;
+    setSelectedArea();
+}
+
+void TwDlgPreview::setSelectedArea() {
+    const TwAreaInfo* row = selectedRecord();
+    if (row && model()) {
+        QRectF rect = Data2ScreenRect(QRectF(millimetres(row->xKey), millimetres(row->yKey),
+                                             millimetres(row->widthKey), millimetres(row->lengthKey)));
+        // Single precision, as the view keeps its edges.
+        ui->viewPreview->setAreaEdges({double(float(rect.left())), double(float(rect.top())),
+                                       double(float(rect.left() + rect.width())),
+                                       double(float(rect.top() + rect.height()))});
+    }
+    ui->viewPreview->resetCursorRects();
+}
+
+void TwDlgPreview::ModifyArea(const QRectF& rect) {
+    TwainDialogData* m = model();
+    const TwAreaInfo* row = selectedRecord();
+    if (!m || !row)
+        return;
+    QRectF data = Screen2DataRect(rect);
+    m->myChangeValue(modelValue(data.x()), row->xKey);
+    m->myChangeValue(modelValue(data.y()), row->yKey);
+    m->myChangeValue(modelValue(data.width()), row->widthKey);
+    m->myChangeValue(modelValue(data.height()), row->lengthKey);
+    setSelectedArea();
+}
+
+void TwDlgPreview::SetInMouseDrag(bool dragging) {
+    if (TwainDialogData* m = model())
+        m->myChangeValue(TwValue(dragging), kInMouseDrag);
+}
+
+bool TwDlgPreview::GetInMouseDrag() {
+    TwainDialogData* m = model();
+    return m && m->valueForKeyPath(kInMouseDrag).boolValue();
+}
+
+void TwDlgPreview::ValidateAreaRect() {
+    if (TwainDialogData* m = model())
+        m->ValidateAreaRectAll();
+}
+
+void TwDlgPreview::ResetAreaContent() {
+    m_areaList.clear();
+    TwainDialogData* m = model();
+    if (displayOnly() || !m)
+        return;
+    TwainDialogController* controller = windowController();
+    for (const TwAreaInfo& row : Comb_AreaInfo) {
+        if (row.front != m_bFront)
+            continue;
+        if (*row.enableKey && !m->valueForKeyPath(row.enableKey).boolValue())
+            continue;
+        m_areaList.push_back(
+            {row.id, controller->localizedString(QString::fromLatin1(row.nameKey)), row.front});
+    }
+    auto listed = [this](std::int16_t id) {
+        return std::any_of(m_areaList.begin(), m_areaList.end(),
+                           [id](auto& item) { return item.value == id; });
+    };
+    if (!listed(m_selectedArea))
+        m_selectedArea = kTwMainAreaId;
+    setSelectedArea();
+}
+
+void TwDlgPreview::setCmbArea() {
+    QSignalBlocker blocker(ui->cmbArea);
+    ui->cmbArea->clear();
+    for (const TwAreaListItem& item : m_areaList) {
+        ui->cmbArea->addItem(m_areaImages.value(swatchKey(item.side, item.value)), item.display,
+                             int(item.value));
+        if (item.value == m_selectedArea)
+            ui->cmbArea->setCurrentIndex(ui->cmbArea->count() - 1);
+    }
+}
+
+void TwDlgPreview::createAreaImageIcon() {
+    for (const TwAreaInfo& row : Comb_AreaInfo) {
+        QPixmap swatch(18, 18);
+        swatch.fill(Qt::transparent);
+        QPainter painter(&swatch);
+        painter.setPen(QPen(Qt::black, 2));
+        painter.setBrush(QColor(row.color));
+        painter.drawRect(QRectF(2, 2, 14, 14));
+        painter.end();
+        m_areaImages.insert(swatchKey(row.front, row.id), QIcon(swatch));
+    }
+}
+
+// ---- Sides and labels ----------------------------------------------------------------------------
+
+void TwDlgPreview::setEnableSide() {
+    QList<QAbstractButton*> sides = ui->segSide->buttons();
+    if (sides.size() < 2)
+        return;
+    sides[0]->setEnabled(true);
+    bool back = false;
+    if (TwainDialogData* m = model(); m && !displayOnly()) {
+        const std::int64_t source = m->valueForKeyPath("Data.PaperSource").intValue();
+        back = (source == 1 || source == 4 || source == 5) && hasBackPage();
+    }
+    sides[1]->setEnabled(back);
+}
+
+void TwDlgPreview::setSelectedSide(std::uint16_t side) {
+    m_selectedSide = side;
+    ui->segSide->setSelectedIndex(side);
+}
+
+void TwDlgPreview::ChangeSide() {
+    const int side = ui->segSide->selectedIndex();
+    if (side == 1) {
+        ui->viewPreview->setScanImage(imageBack());
+        m_bFront = false;
+    } else {
+        ui->viewPreview->setScanImage(m_imageFront);
+        m_bFront = true;
+    }
+    ResetAreaContent();
+    setCmbArea();
+    setSelectedArea();
+    SetSideBottomLable(side);
+    ui->viewPreview->update();
+}
+
+void TwDlgPreview::SetSideBottomLable(int side) {
+    TwainDialogData* m = model();
+    const bool back = side == 1;
+    auto percent = [](double value) {
+        return QString::asprintf("%.2f(%%)", value);
+    };
+    const QString none = QStringLiteral("-(%)");
+    bool colour = m && m->valueForKeyPath("enable.AutoDistinction").boolValue();
+    bool blank = m && m->valueForKeyPath("Data.Layout.BlankPageRemoval.Eanble").boolValue() &&
+                 m->valueForKeyPath("enable.BlankPageRemoval").boolValue();
+    ui->labValue1->setText(colour ? percent(back ? colorRatioBack() : colorRatioFront()) : none);
+    ui->labValue2->setText(blank ? percent(back ? blackRatioBack() : blackRatioFront()) : none);
+}
+
+// ---- Actions -------------------------------------------------------------------------------------
+
+void TwDlgPreview::onSide() {
+    ChangeSide();
+}
+
+void TwDlgPreview::onAreaChange() {
+    setSelectedArea();
+}
+
+void TwDlgPreview::setTool(int segment) {
+    static const int modes[] = {TwPreviewView::kOpSelect, TwPreviewView::kOpHand, TwPreviewView::kOpZoomIn,
+                                TwPreviewView::kOpZoomOut};
+    if (segment < 0 || segment > 3)
+        return;
+    const QCursor* cursors[] = {&cursorSelect, &cursorMove, &cursorZoomIn, &cursorZoomOut};
+    ui->segControl->setSelectedIndex(segment);
+    ui->viewPreview->setToolCursor(*cursors[segment]);
+    ui->viewPreview->setOpMode(modes[segment]);
+}
+
+void TwDlgPreview::onControl() {
+    setTool(ui->segControl->selectedIndex());
+    ui->viewPreview->resetCursorRects();
+}
+
+void TwDlgPreview::onZoomFit() {
+    ui->viewPreview->doZoominit(GetCurrentPaperSize(),
+                                ui->sclPreview ? QSizeF(ui->sclPreview->size()) : QSizeF());
+    ui->viewPreview->resetCursorRects();
+}
+
+// ---- Pages ---------------------------------------------------------------------------------------
+
+void TwDlgPreview::setPrescanImage(const QByteArray& frontFile, const QByteArray& backFile) {
+    ui->viewPreview->setScanImage(QImage());
+    if (!frontFile.isEmpty())
+        m_imageFront = TwPrescanPageFromBitmapFile(frontFile);
+    if (!backFile.isEmpty()) {
+        m_imageBack = QImage();
+        m_backFile = backFile;
+    }
+    // A hidden window shows the front when it opens: its back page need not be read yet.
+    const int side = isVisible() ? ui->segSide->selectedIndex() : 0;
+    ui->viewPreview->setScanImage(side == 0 ? m_imageFront : side == 1 ? imageBack() : QImage());
+    setEnableSide();
+    SetSideBottomLable(m_selectedSide);
+}
+
+const QImage& TwDlgPreview::imageBack() {
+    if (!m_backFile.isEmpty())
+        m_imageBack = TwPrescanPageFromBitmapFile(std::exchange(m_backFile, QByteArray()));
+    return m_imageBack;
+}
+
+void TwDlgPreview::dropPages() {
+    ui->viewPreview->setScanImage(QImage());
+    m_imageFront = QImage();
+    m_imageBack = QImage();
+    m_backFile = QByteArray();
+}
+
+void TwDlgPreview::makeCursors() {
+    if (m_cursorsMade)
+        return;
+    cursorMove = QCursor(Qt::OpenHandCursor);
+    cursorSelect = QCursor(Qt::CrossCursor);
+    cursorZoomIn = bundleCursor("ZoomIn", 7, Qt::PointingHandCursor);
+    cursorZoomOut = bundleCursor("ZoomOut", 7, Qt::PointingHandCursor);
+    cursorResizeMove = bundleCursor("Resize_Move", 15, Qt::SizeAllCursor);
+    cursorResizeRightDown = bundleCursor("Resize_RightDown", 15, Qt::SizeFDiagCursor);
+    cursorResizeRightUp = bundleCursor("Resize_RightUp", 15, Qt::SizeBDiagCursor);
+    m_cursorsMade = true;
+}
+
+void TwDlgPreview::showWindow() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwDlgPreview::showWindow");
+    m_NeedRescan = false;
+    if (!displayOnly())
+        createThread();
+    makeCursors();
+    TwPreviewView* view = ui->viewPreview;
+    view->setCursorResizeMove(cursorResizeMove);
+    view->setCursorResizeRightDown(cursorResizeRightDown);
+    view->setCursorResizeRightUp(cursorResizeRightUp);
+    view->setDlgParent(this);
+    setSelectedSide(0);
+    const bool select = !displayOnly() && IsEnableArea();
+    ui->segControl->buttons().value(0)->setEnabled(select);
+    setTool(select ? 0 : 1);
+    view->setScanImage(m_imageFront);
+    // The scroll area gets its size from the layout before the page is fitted into it.
+    if (layout())
+        layout()->activate();
+    view->doZoominit(GetCurrentPaperSize(), QSizeF(ui->sclPreview->size()));
+    TwPanel::showWindow();
+    // Shown, the window has the size its layout and the window system settled on.
+    view->doZoominit(GetCurrentPaperSize(), QSizeF(ui->sclPreview->size()));
+    ResetAreaContent();
+    setCmbArea();
+    setSelectedArea();
+}
+
+void TwDlgPreview::bindControlAll() {
+    TwPreviewPanel::bindControlAll();
+    ResetAreaContent();
+    setCmbArea();
+    setEnableSide();
+    setSelectedSide(0);
+    ChangeSide();
+    TwainDialogData* m = model();
+    if (displayOnly() || !m)
+        return;
+    TwResponderBinding* binding = responderBinding();
+    for (const TwAreaInfo& row : Comb_AreaInfo) {
+        for (const char* key :
+             {row.enableKey, row.xKey, row.yKey, row.widthKey, row.lengthKey, row.brightnessKey})
+            if (*key)
+                binding->addResponderObserver(m, key);
+    }
+    binding->addResponderObserver(m, "temp.Area.Side");
+    // The sub-area switch decides which outlines show.
+    binding->addResponderObserver(m, "enable.Area.SubArea");
+    for (const std::string& key : dataNeedCloseWindow())
+        binding->addResponderObserver(m, key);
+    for (const std::string& key : dataRescan())
+        binding->addResponderObserver(m, key);
+}
+
+void TwDlgPreview::observeValueForKeyPath(const std::string& k, TwainDialogData*, const TwKeyValueChange&,
+                                          void*) {
+    const bool enableKey =
+        k == "enable.Area.Front" || k == "enable.Area.Back" ||
+        ((startsWith(k, "Data.Area.Front.") || startsWith(k, "Data.Area.Back.")) && endsWith(k, ".Enable"));
+    if (enableKey) {
+        if (k == "enable.Area.Back")
+            setEnableSide();
+        ResetAreaContent();
+        setCmbArea();
+        ui->viewPreview->update();
+        if (!GetInMouseDrag())
+            m_NeedRescan = true;
+    } else if (startsWith(k, "temp.Area")) {
+        setSelectedArea();
+        ui->viewPreview->update();
+        if ((startsWith(k, "temp.Area.Front.L") || startsWith(k, "temp.Area.Back.L")) && !GetInMouseDrag())
+            m_NeedRescan = true;
+    } else if (k == "enable.Area.SubArea") {
+        ui->viewPreview->update();
+    } else if (startsWith(k, "Data.Area.") && endsWith(k, "Brightness")) {
+        ui->viewPreview->update();
+        if (!GetInMouseDrag())
+            m_NeedRescan = true;
+    }
+    if (contains(dataNeedCloseWindow(), k)) {
+        OrvaLog(kOrvaLogDebug, "\t%s: %s changed, closing\n", "TwDlgPreview::observeValueForKeyPath",
+                k.c_str());
+        closePanel();
+        return;
+    }
+    if (contains(dataRescan(), k)) {
+        m_NeedRescan = true;
+        ui->viewPreview->update(); // mirror and duplex type move the outlines
+    }
+}
+
+// ---- Status timer and closing --------------------------------------------------------------------
+
+void TwDlgPreview::createThread() {
+    if (m_rescanTimer.isActive())
+        return;
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwDlgPreview::connectRefreshStatusThreadMethod");
+    m_rescanTimer.start();
+}
+
+void TwDlgPreview::stopThread() {
+    if (!m_rescanTimer.isActive())
+        return;
+    OrvaLog(kOrvaLogDebug, "---Status Thread Cancel---\n");
+    m_rescanTimer.stop();
+    OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", "TwDlgPreview::connectRefreshStatusThreadMethod");
+    OrvaLog(kOrvaLogDebug, "---Status Thread Canceled---\n");
+}
+
+void TwDlgPreview::refreshStatus() {
+    dropPages();
+    TwainDialogController* controller = windowController();
+    if (isVisible() && controller) {
+        controller->previewRescan();
+        setSelectedArea();
+    }
+}
+
+void TwDlgPreview::windowWillClose() {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "TwDlgPreview::windowWillClose", metaObject()->className());
+    if (isModal()) {
+        // The prescan session of a modal dialog ends with the window; the dialog stays modal.
+        OrvaLog(kOrvaLogDebug, "\t[NSApp stopModal]\n");
+        setIsModal(false);
+    }
+    stopThread();
+    dropPages();
+    TwPreviewPanel::windowWillClose();
+}

@@ -1,0 +1,190 @@
+// The prescan preview window: the page of the front or the back side with the scan areas of that
+// side, an area list to pick the area the mouse edits, the mouse tools, zoom to fit, and the
+// colour and blank-page ratios of the side shown.
+//
+// Areas live in the settings model only. The window reads every area through the model's working
+// copies ("temp.Area.*", in the user's unit) and writes a drag back with myChangeValue; the model
+// validates, and the window follows from its observations. Changes of image settings ask for a new
+// prescan (one for every burst: a 100 ms timer looks at the request flag); changes that make the
+// page itself wrong (paper, resolution, profile, ...) close the window.
+#pragma once
+
+#include "TwPreviewGeometry.h"
+#include "TwPreviewPanel.h"
+#include "TwValue.h"
+
+#include <QColor>
+#include <QCursor>
+#include <QIcon>
+#include <QImage>
+#include <QMap>
+#include <QTimer>
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+class QComboBox;
+class QLabel;
+class QPushButton;
+class QScrollArea;
+class TwPreviewView;
+class TwSegmentedControl;
+class TwainDialogData;
+namespace Ui {
+class TwDlgPreview;
+}
+
+inline constexpr std::int16_t kTwMainAreaId = 1000;
+
+// One area the preview shows: its name key, its key paths and its colour. Main areas share Y,
+// width and length between the sides; only X is per side.
+struct TwAreaInfo {
+    std::int16_t id; // 1000 main area, 0..2 sub-areas L1..L3
+    const char* nameKey;
+    const char* enableKey;
+    const char* xKey;
+    const char* yKey;
+    const char* widthKey;
+    const char* lengthKey;
+    const char* brightnessKey; // empty for the main area
+    Qt::GlobalColor color;
+    bool front;
+};
+extern const std::array<TwAreaInfo, 8> Comb_AreaInfo;
+
+// An outline to draw: the area in page millimetres as shown, its colour and, for a sub-area, the
+// value of its brightness key.
+struct TwAreaOverlay {
+    QRectF rect;
+    QColor color;
+    TwValue brightness;
+};
+
+// An entry of the area list of the side shown.
+struct TwAreaListItem {
+    std::int16_t value;
+    QString display;
+    bool side;
+};
+
+class TwDlgPreview : public TwPreviewPanel {
+    Q_OBJECT
+public:
+    explicit TwDlgPreview(QWidget* parent = nullptr);
+    ~TwDlgPreview() override;
+
+    // ---- From the controller ----
+
+    void setPrescanImage(const QByteArray& frontBitmapFile, const QByteArray& backBitmapFile) override;
+    void showWindow() override;
+    void bindControlAll() override;
+    void windowWillClose() override;
+    // Asks for a new prescan at the next look of the status timer.
+    void SetRescanFlag(bool flag) { m_NeedRescan = flag; }
+
+    // ---- For the view ----
+
+    // The outlines of the side shown, main area first; none while display-only.
+    bool GetAreas(std::vector<TwAreaOverlay>& areas);
+    // A rectangle in page millimetres as shown, written to the selected area.
+    void ModifyArea(const QRectF& rect);
+    void SetInMouseDrag(bool dragging);
+    bool GetInMouseDrag();
+    void ValidateAreaRect();
+    // The page in millimetres: the current paper in its orientation, or the scanned page while the
+    // area is off or the window is display-only.
+    QSizeF GetCurrentPaperSize();
+    bool IsEnableArea();
+    std::int16_t selectedArea() const { return m_selectedArea; }
+    std::uint16_t selectedSide() const { return m_selectedSide; }
+    QPointF Data2ScreenPoint(QPointF point);
+    QRectF Data2ScreenRect(const QRectF& rect);
+    QRectF Screen2DataRect(const QRectF& rect);
+
+    // ---- Area list and sides ----
+
+    // Selects an area (the area list's choice) and shows its edges in the view.
+    void setSelectedArea(std::int16_t area);
+    // Shows the selected area's edges in the view, read from the model.
+    void setSelectedArea();
+    void setSelectedSide(std::uint16_t side);
+    void ResetAreaContent();
+    void setCmbArea();
+    void setEnableSide();
+    void ChangeSide();
+    void SetSideBottomLable(int side);
+    const std::vector<TwAreaListItem>& areaList() const { return m_areaList; }
+
+    // ---- Actions ----
+
+    void onSide();
+    void onAreaChange();
+    void onControl();
+    void onZoomFit();
+
+    void observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,
+                                const TwKeyValueChange& change, void* context) override;
+
+    // ---- Outlets and state ----
+
+    TwSegmentedControl* segSide() const;
+    QComboBox* cmbArea() const;
+    TwSegmentedControl* segControl() const;
+    QPushButton* btnZoomFit() const;
+    QLabel* labValue1() const;
+    QLabel* labValue2() const;
+    TwPreviewView* viewPreview() const;
+    QScrollArea* sclPreview() const;
+    const QImage& imageFront() const { return m_imageFront; }
+    // The back page, read from its bitmap file when it is first wanted: the front shows first, and
+    // a back page nobody looks at is never decoded.
+    const QImage& imageBack();
+    bool needRescan() const { return m_NeedRescan; }
+    bool isStatusTimerRunning() const { return m_rescanTimer.isActive(); }
+    // The colour swatch of an area in the area list.
+    QIcon areaImage(bool front, std::int16_t id) const;
+
+    // The key paths whose change closes the window, and those whose change asks for a rescan.
+    static const std::vector<std::string>& dataNeedCloseWindow();
+    static const std::vector<std::string>& dataRescan();
+
+private:
+    TwainDialogData* model() const;
+    const TwAreaInfo* selectedRecord() const;
+    // An area value in millimetres, and the model's value for millimetres.
+    double millimetres(const char* keyPath) const;
+    TwValue modelValue(double millimetres) const;
+    TwPageMapping mapping();
+    void createAreaImageIcon();
+    void makeCursors();
+    void setTool(int segment);
+    // The status timer: looks at the rescan flag every 100 ms while the window is up.
+    void createThread();
+    void stopThread();
+    void refreshStatus();
+    bool hasBackPage() const { return !m_imageBack.isNull() || !m_backFile.isEmpty(); }
+    void dropPages();
+
+    std::unique_ptr<Ui::TwDlgPreview> ui;
+    std::int16_t m_selectedArea = kTwMainAreaId;
+    std::uint16_t m_selectedSide = 0;
+    QImage m_imageFront;
+    QImage m_imageBack;
+    QByteArray m_backFile; // the back page's bitmap file until the page is read
+    QCursor cursorMove;
+    QCursor cursorSelect;
+    QCursor cursorZoomIn;
+    QCursor cursorZoomOut;
+    QCursor cursorResizeMove;
+    QCursor cursorResizeRightDown;
+    QCursor cursorResizeRightUp;
+    bool m_cursorsMade = false;
+    std::vector<TwAreaListItem> m_areaList;
+    bool m_bFront = true;
+    QMap<QString, QIcon> m_areaImages;
+    QTimer m_rescanTimer;
+    bool m_NeedRescan = false;
+};

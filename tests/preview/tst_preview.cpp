@@ -1,0 +1,645 @@
+// The prescan preview driven from the controller's Prescan with the sample scanner and synthetic
+// pages handed back by the callback: the window and its pages, overlays in either unit, drags with
+// the mouse (edges, crossing, the move at the border, a new area), zoom, the area list, the side
+// choice, the ratios, rescans and closing, modal and modeless, and display-only use.
+#include "OrvaDebug.h"
+#include "PreviewPages.h"
+#include "SampleModelDef.h"
+#include "TwApplication.h"
+#include "TwBindingWidgets.h"
+#include "TwBundle.h"
+#include "TwDlgMain.h"
+#include "TwDlgPreview.h"
+#include "TwPlist.h"
+#include "TwPreviewImage.h"
+#include "TwPreviewView.h"
+#include "TwainDialogController.h"
+#include "TwainDialogData.h"
+#include "VmxUIControllerImpl.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cmath>
+
+namespace {
+
+const std::string kBundle = SAMPLE_BUNDLE_DIR;
+using Codes = std::vector<std::uint16_t>;
+
+Codes g_codes;
+struct PageSource {
+    bool front = true;
+    bool back = true;
+    bool broken = false;
+    std::uint16_t result = 0;
+} g_pages;
+
+// 248 x 351 pixels at 30 dpi: 210.0 x 297.2 mm.
+constexpr int kPageWidth = 248, kPageHeight = 351, kPelsPerMetre = 1181;
+
+std::uint16_t prescanCallback(std::uint16_t event, void* data) {
+    g_codes.push_back(event);
+    if ((event == kVmxEventPrescan || event == kVmxEventPreviewRescan) && data) {
+        if (g_pages.result != 0)
+            return g_pages.result; // a prescan that failed delivers nothing
+        auto* record = static_cast<TwPreviewRecord*>(data);
+        if (g_pages.front && g_pages.broken) {
+            record->front.pDIB = std::calloc(1, 60); // a header claiming more than it has
+            const std::uint32_t headerSize = 40, width = 5000, bits = 24;
+            std::memcpy(record->front.pDIB, &headerSize, 4);
+            std::memcpy(static_cast<char*>(record->front.pDIB) + 4, &width, 4);
+            std::memcpy(static_cast<char*>(record->front.pDIB) + 8, &width, 4);
+            std::memcpy(static_cast<char*>(record->front.pDIB) + 14, &bits, 2);
+            record->front.imageLength = 60;
+        } else if (g_pages.front) {
+            record->front.pDIB = makePageBitmap(kPageWidth, kPageHeight, kPelsPerMetre, QColor(70, 110, 200),
+                                                "FRONT", &record->front.imageLength);
+        }
+        if (g_pages.back)
+            record->back.pDIB = makePageBitmap(kPageWidth, kPageHeight, kPelsPerMetre, QColor(200, 120, 60),
+                                               "BACK", &record->back.imageLength);
+        record->front.colorRatio = 12.345;
+        record->front.blackRatio = 1.5;
+        record->back.colorRatio = 67.891;
+        record->back.blackRatio = 2.25;
+        return 0;
+    }
+    return 0;
+}
+
+int count(std::uint16_t code) {
+    return int(std::count(g_codes.begin(), g_codes.end(), code));
+}
+
+} // namespace
+
+class TestPreview : public QObject {
+    Q_OBJECT
+    SampleModelDef def{TwValue()};
+    TwValue capabilities;
+    QTemporaryDir home; // the test's own settings, whoever runs it
+
+    std::unique_ptr<VmxUIControllerImpl> shown(bool modal = false) {
+        auto ui = std::make_unique<VmxUIControllerImpl>();
+        OrvaSetLogPaths(nullptr, nullptr);
+        ui->initWithDSBundle(kBundle);
+        ui->setModelDef(&def);
+        ui->setModelName("Sample VMX-S");
+        ui->setDataWithDictionary(capabilities.deepCopy(), 0);
+        ui->setCallback(&prescanCallback);
+        ui->showUi(true, modal, false);
+        return ui;
+    }
+    static void set(VmxUIControllerImpl& ui, const char* key, const TwValue& value) {
+        ui.setDataWithKeyPathValue(TwValue::dictionary({{key, value}}));
+    }
+    static TwDlgPreview* prescan(VmxUIControllerImpl& ui) {
+        QTest::mouseClick(ui.controllerIfMade()->windowIfLoaded()->btnPrescan(), Qt::LeftButton);
+        return dynamic_cast<TwDlgPreview*>(ui.controllerIfMade()->dlgPreview());
+    }
+    // The first sub-area of the front, enabled, at the given rectangle in millimetres.
+    static void placeSubArea(VmxUIControllerImpl& ui, QRectF mm) {
+        set(ui, "Data.Area.Front.L1.Enable", true);
+        set(ui, "temp.Area.Front.L1.X", mm.x());
+        set(ui, "temp.Area.Front.L1.Y", mm.y());
+        set(ui, "temp.Area.Front.L1.Width", mm.width());
+        set(ui, "temp.Area.Front.L1.Length", mm.height());
+    }
+    static QRectF edgesRect(const TwPreviewView* v) {
+        const TwAreaEdges& e = v->areaEdges();
+        return QRectF(QPointF(e.left, e.top), QPointF(e.right, e.bottom));
+    }
+    static QPoint at(const TwPreviewView* v, QPointF mm) { return v->viewFromPage(mm).toPoint(); }
+    // Press at one page point, move through the others, release at the last one.
+    static void drag(TwPreviewView* v, QPointF from, const QList<QPointF>& through) {
+        QTest::mousePress(v, Qt::LeftButton, {}, at(v, from));
+        for (QPointF p : through)
+            QTest::mouseMove(v, at(v, p));
+        QTest::mouseRelease(v, Qt::LeftButton, {}, at(v, through.isEmpty() ? from : through.last()));
+    }
+    // The pointer moved over the view with no button down.
+    static void hover(TwPreviewView* v, QPointF mm) {
+        const QPointF p = v->viewFromPage(mm);
+        QMouseEvent move(QEvent::MouseMove, p, v->mapToGlobal(p), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(v, &move);
+    }
+    static void clickThroughWindow(QWidget* w) {
+        QWidget* top = w->window();
+        QTest::mouseClick(top->windowHandle(), Qt::LeftButton, {}, w->mapTo(top, w->rect().center()));
+    }
+    static double value(VmxUIControllerImpl& ui, const char* key) {
+        return ui.dataForKeyPath(key).doubleValue();
+    }
+    static bool near(double a, double b, double tolerance) { return std::abs(a - b) <= tolerance; }
+
+private slots:
+    void initTestCase() {
+        QVERIFY(home.isValid());
+        qputenv("HOME", home.path().toLocal8Bit());
+        qputenv("XDG_CONFIG_HOME", home.filePath("config").toLocal8Bit());
+        OrvaSetLogPaths(nullptr, nullptr);
+        TwBundle::setModuleBundlePath(VMX_BUNDLE_DIR); // the module's code is linked in, not loaded
+        std::string error;
+        def = SampleModelDef(TwPlistReadFile(kBundle + "/Contents/Resources/ModelDef.plist", &error));
+        capabilities = TwPlistReadFile(kBundle + "/Contents/Resources/Capabilities.plist", &error);
+        QVERIFY2(capabilities.isDictionary(), error.c_str());
+    }
+
+    void init() {
+        QDir(home.filePath("config")).removeRecursively();
+        g_codes.clear();
+        g_pages = {};
+    }
+
+    // ---- The window from Prescan ----
+
+    // A picture of the window for a person to look at, when VMX_PREVIEW_PICTURE names a file.
+    void pictureOfTheWindow() {
+        const QString path = QString::fromLocal8Bit(qgetenv("VMX_PREVIEW_PICTURE"));
+        if (path.isEmpty())
+            QSKIP("VMX_PREVIEW_PICTURE is not set");
+        auto ui = shown();
+        set(*ui, "Data.PaperSource", 1);
+        placeSubArea(*ui, QRectF(20, 40, 80, 30));
+        set(*ui, "Data.Area.Front.L2.Enable", true);
+        set(*ui, "temp.Area.Front.L2.X", 110.0);
+        set(*ui, "temp.Area.Front.L2.Y", 150.0);
+        set(*ui, "temp.Area.Width", 190.0);
+        set(*ui, "temp.Area.Length", 260.0);
+        TwDlgPreview* p = prescan(*ui);
+        QVERIFY(p);
+        p->setSelectedArea(0);
+        p->setCmbArea();
+        QTest::qWait(100); // the layout settles
+        QVERIFY(p->grab().save(path));
+        ui->hideUi();
+    }
+
+    // Event 3 with a zeroed record; the window opens beside the dialog with the front page, its
+    // size from the bitmap's resolution, the areas of the front and the ratios below.
+    void prescanOpensTheWindowBesideTheDialog() {
+        auto ui = shown();
+        set(*ui, "Data.PaperSource", 1);
+        TwDlgPreview* p = prescan(*ui);
+        QVERIFY(p && p->isVisible());
+        QCOMPARE(g_codes, (Codes{kVmxEventPrescan}));
+        QCOMPARE(p->sizeFromScanImage(), QSizeF(210.0, 297.2));
+        QCOMPARE(p->imageFront().size(), QSize(kPageWidth, kPageHeight));
+        QTRY_COMPARE(p->imageBack().size(), QSize(kPageWidth, kPageHeight)); // read meanwhile
+        QCOMPARE(p->viewPreview()->scanImage(), p->imageFront());
+        // Rows come top down: the label is in the top third of the front page.
+        QImage page = p->imageFront();
+        QCOMPARE(page.pixelColor(kPageWidth / 2, 3), QColor(70, 110, 200));
+        QVERIFY(page.pixelColor(kPageWidth / 2, kPageHeight - 4) != QColor(70, 110, 200));
+        const QRect main = ui->controllerIfMade()->windowIfLoaded()->frameGeometry();
+        QCOMPARE(p->frameGeometry().left(), main.right() + 1 + 10);
+        QCOMPARE(p->frameGeometry().bottom(), main.bottom());
+        QVERIFY(!p->isModal() && !p->displayOnly());
+        QVERIFY(p->isStatusTimerRunning());
+        // The page fits the scroll area with a 30-point margin.
+        const QSize frame = p->sclPreview()->size();
+        QCOMPARE(p->viewPreview()->initedRate(), fitRate(p->GetCurrentPaperSize(), QSizeF(frame)));
+        std::vector<TwAreaOverlay> areas;
+        p->GetAreas(areas);
+        QVERIFY(!areas.empty());
+        QCOMPARE(areas[0].color, QColor(Qt::red));
+        QCOMPARE(p->cmbArea()->itemText(0), QStringLiteral("Main Area"));
+        ui->hideUi();
+        QVERIFY(!p->isVisible() && !p->isStatusTimerRunning());
+    }
+
+    // ---- Areas in either unit, dragged with the mouse ----
+
+    // Inches on the Area tab: an overlay edge at 1 inch is 25.4 mm on the page; dragging it to
+    // 50.8 mm writes 2 inches. The grabbed edge follows the previous pointer position.
+    void overlaysAndDragsInInches_data() {
+        QTest::addColumn<int>("unit");
+        QTest::addColumn<double>("x");       // in the unit
+        QTest::addColumn<double>("left");    // mm on the page
+        QTest::addColumn<double>("dragTo");  // mm
+        QTest::addColumn<double>("written"); // in the unit
+        QTest::newRow("inches") << 0 << 1.0 << 25.4 << 50.8 << 2.0;
+        QTest::newRow("millimetres") << 1 << 30.0 << 30.0 << 50.0 << 50.0;
+    }
+    void overlaysAndDragsInInches() {
+        QFETCH(int, unit);
+        QFETCH(double, x);
+        QFETCH(double, left);
+        QFETCH(double, dragTo);
+        QFETCH(double, written);
+        auto ui = shown();
+        placeSubArea(*ui, QRectF(left, 40, 80, 30)); // millimetres, the sample's unit
+        set(*ui, "Data.Area.Unit", unit);
+        set(*ui, "temp.Area.Front.L1.X", x);
+        TwDlgPreview* p = prescan(*ui);
+        QVERIFY(p);
+        std::vector<TwAreaOverlay> areas;
+        p->GetAreas(areas);
+        auto sub =
+            std::find_if(areas.begin(), areas.end(), [](auto& a) { return a.color == QColor(Qt::cyan); });
+        QVERIFY(sub != areas.end());
+        QVERIFY(near(sub->rect.left(), left, 1e-4));
+        QCOMPARE(sub->brightness, ui->dataForKeyPath("Data.Area.Front.L1.Brightness"));
+
+        p->setSelectedArea(0);
+        TwPreviewView* v = p->viewPreview();
+        const double tolerance = 1.0 / v->scale();
+        QVERIFY(near(v->areaEdges().left, left, 1e-4));
+        const QPointF edge(left, 55);
+        drag(v, edge, {QPointF(dragTo, 55), QPointF(dragTo, 55)});
+        QVERIFY2(near(value(*ui, "temp.Area.Front.L1.X"), written, tolerance),
+                 qPrintable(QString::number(value(*ui, "temp.Area.Front.L1.X"))));
+        QVERIFY(near(v->areaEdges().left, dragTo, tolerance));
+        QVERIFY(near(v->areaEdges().right, left + 80, tolerance)); // the right edge stayed
+        ui->hideUi();
+    }
+
+    // A left edge dragged past the right one goes on as the right edge; the model keeps the
+    // sub-area at least 2 mm wide on the way.
+    void anEdgeDraggedPastTheOppositeOne() {
+        auto ui = shown();
+        placeSubArea(*ui, QRectF(40, 40, 60, 30));
+        TwDlgPreview* p = prescan(*ui);
+        p->setSelectedArea(0);
+        TwPreviewView* v = p->viewPreview();
+        const double tolerance = 1.5 / v->scale();
+        drag(v, QPointF(40, 55), {QPointF(90, 55), QPointF(110, 55), QPointF(130, 55), QPointF(140, 55)});
+        QCOMPARE(v->subOpMode(), int(kZoneRight));
+        QVERIFY(near(value(*ui, "temp.Area.Front.L1.X"), 100, tolerance));
+        QVERIFY2(near(value(*ui, "temp.Area.Front.L1.Width"), 30, tolerance),
+                 qPrintable(QString::number(value(*ui, "temp.Area.Front.L1.Width"))));
+        QVERIFY(near(value(*ui, "Data.Area.Measure.Front.L1.X"), 100, tolerance)); // the setting follows
+        ui->hideUi();
+    }
+
+    // Moving the main area against the right border stops it with its right edge on the border.
+    void aMoveStopsAtThePageBorder() {
+        auto ui = shown();
+        set(*ui, "temp.Area.Width", 100.0);
+        set(*ui, "temp.Area.Length", 100.0);
+        TwDlgPreview* p = prescan(*ui);
+        TwPreviewView* v = p->viewPreview();
+        QCOMPARE(p->selectedArea(), kTwMainAreaId);
+        const double paper = p->GetCurrentPaperSize().width();
+        drag(v, QPointF(50, 50), {QPointF(100, 60), QPointF(180, 60), QPointF(400, 60)});
+        QVERIFY(near(value(*ui, "temp.Area.Front.X") + value(*ui, "temp.Area.Width"), paper, 1e-4));
+        QCOMPARE(value(*ui, "temp.Area.Width"), 100.0);
+        QVERIFY(near(v->areaEdges().right, paper, 1e-4));
+        ui->hideUi();
+    }
+
+    // Dragging outside the area draws a new one for the selected area, kept on the page.
+    void aNewAreaIsDrawnWithTheBand() {
+        auto ui = shown();
+        placeSubArea(*ui, QRectF(10, 10, 20, 20));
+        TwDlgPreview* p = prescan(*ui);
+        p->setSelectedArea(0);
+        TwPreviewView* v = p->viewPreview();
+        const double tolerance = 1.0 / v->scale();
+        drag(v, QPointF(150, 250), {QPointF(120, 200), QPointF(60, 150)});
+        QVERIFY(near(value(*ui, "temp.Area.Front.L1.X"), 60, tolerance));
+        QVERIFY(near(value(*ui, "temp.Area.Front.L1.Y"), 150, tolerance));
+        QVERIFY(near(value(*ui, "temp.Area.Front.L1.Width"), 90, tolerance));
+        QVERIFY(near(value(*ui, "temp.Area.Length"), value(*ui, "temp.Area.Length"), 0));
+        QVERIFY(near(value(*ui, "temp.Area.Front.L1.Length"), 100, tolerance));
+        ui->hideUi();
+    }
+
+    // Hit zones are four screen points, so at two points per millimetre d = 2.
+    void hitZonesAreFourPointsWide() {
+        auto ui = shown();
+        TwDlgPreview* p = prescan(*ui);
+        TwPreviewView* v = p->viewPreview();
+        v->doZoominit(QSizeF(200, 200), QSizeF(430, 430));
+        QCOMPARE(v->width(), 400);
+        const TwAreaEdges e = v->areaEdges();
+        QVERIFY(near(v->cursorAreaList()[kZoneLeft - 1].left(), e.left - 2, 1e-9));
+        QVERIFY(near(v->cursorAreaList()[kZoneLeft - 1].width(), 4, 1e-9));
+        // The pointer over a zone shows its cursor: the left edge, the inside, outside the area.
+        hover(v, QPointF(e.left + 0.5, (e.top + e.bottom) / 2));
+        QCOMPARE(v->cursor().shape(), Qt::SizeHorCursor);
+        hover(v, QPointF(e.left + 20, (e.top + e.bottom) / 2));
+        QCOMPARE(v->cursor().shape(), Qt::BitmapCursor);
+        QCOMPARE(v->cursor().hotSpot(), QPoint(15, 15));
+        v->doZoominit(QSizeF(0, 200), QSizeF(800, 800)); // no page: the scale stays
+        QCOMPARE(v->width(), 400);
+        ui->hideUi();
+    }
+
+    // ---- Zoom and the hand ----
+
+    // Zoom steps stop at both ends; the middle of the visible part stays in the middle.
+    void zoomStepsAndLimits() {
+        auto ui = shown();
+        TwDlgPreview* p = prescan(*ui);
+        TwPreviewView* v = p->viewPreview();
+        QScrollArea* area = p->sclPreview();
+        QTest::mouseClick(p->segControl()->buttons()[2], Qt::LeftButton);
+        QCOMPARE(v->opMode(), int(TwPreviewView::kOpZoomIn));
+        const double fit = v->scale();
+        for (int i = 0; i < 7; ++i)
+            QTest::mouseClick(v, Qt::LeftButton, {}, QPoint(v->width() / 2, v->height() / 2));
+        QCOMPARE(v->zoomIndex(), kZoomIndexMax);
+        QVERIFY(near(v->scale(), fit * 8, 1e-6));
+        const QPointF centre = v->pageFromView(
+            QPointF(area->horizontalScrollBar()->value(), area->verticalScrollBar()->value()) +
+            QPointF(area->viewport()->width(), area->viewport()->height()) / 2);
+        QVERIFY2(near(centre.x(), p->GetCurrentPaperSize().width() / 2, 2) &&
+                     near(centre.y(), p->GetCurrentPaperSize().height() / 2, 2),
+                 qPrintable(QStringLiteral("%1, %2").arg(centre.x()).arg(centre.y())));
+
+        // The hand scrolls the page with the pointer.
+        QTest::mouseClick(p->segControl()->buttons()[1], Qt::LeftButton);
+        const int before = area->horizontalScrollBar()->value();
+        const QPoint grab = v->mapFrom(area->viewport(), QPoint(100, 100));
+        QTest::mousePress(v, Qt::LeftButton, {}, grab);
+        QTest::mouseMove(v, grab + QPoint(40, 0));
+        QTest::mouseRelease(v, Qt::LeftButton, {}, grab + QPoint(40, 0));
+        QCOMPARE(area->horizontalScrollBar()->value(), before - 40);
+
+        QTest::mouseClick(p->segControl()->buttons()[3], Qt::LeftButton);
+        for (int i = 0; i < 7; ++i)
+            QTest::mouseClick(v, Qt::LeftButton, {}, v->mapFrom(area->viewport(), QPoint(50, 50)));
+        QCOMPARE(v->zoomIndex(), 0);
+        QTest::mouseClick(p->segControl()->buttons()[2], Qt::LeftButton);
+        QTest::mouseClick(v, Qt::LeftButton, {}, QPoint(10, 10));
+        QTest::mouseClick(p->btnZoomFit(), Qt::LeftButton);
+        QCOMPARE(v->zoomIndex(), 0);
+        QCOMPARE(v->scale(), double(fitRate(p->GetCurrentPaperSize(), QSizeF(area->size()))));
+        ui->hideUi();
+    }
+
+    // ---- Area list and sides ----
+
+    // A sub-area of no width draws nothing but is listed; with the sub-area switch off no sub-area
+    // is drawn, and a disabled selected sub-area gives the selection back to the main area.
+    void theAreaListAndTheOverlays() {
+        auto ui = shown();
+        placeSubArea(*ui, QRectF(10, 10, 40, 20));
+        set(*ui, "Data.Area.Front.L2.Enable", true);
+        ui->model()->setValueForKeyPathWithoutNotification(TwValue(0.0), "temp.Area.Front.L2.Width");
+        TwDlgPreview* p = prescan(*ui);
+        auto colours = [p] {
+            std::vector<TwAreaOverlay> areas;
+            p->GetAreas(areas);
+            QList<QColor> out;
+            for (auto& a : areas)
+                out << a.color;
+            return out;
+        };
+        QCOMPARE(p->cmbArea()->count(), 3);
+        QCOMPARE(p->cmbArea()->itemData(2).toInt(), 1);
+        QVERIFY(!p->cmbArea()->itemIcon(1).isNull());
+        QCOMPARE(colours(), (QList<QColor>{Qt::red, Qt::cyan}));
+
+        set(*ui, "enable.Area.SubArea", false);
+        QCOMPARE(colours(), (QList<QColor>{Qt::red}));
+        QCOMPARE(p->cmbArea()->count(), 3);
+
+        p->cmbArea()->setCurrentIndex(1);
+        emit p->cmbArea()->activated(1);
+        QCOMPARE(p->selectedArea(), std::int16_t(0));
+        set(*ui, "Data.Area.Front.L1.Enable", false);
+        QCOMPARE(p->selectedArea(), kTwMainAreaId);
+        QCOMPARE(p->cmbArea()->count(), 2);
+        QCOMPARE(p->cmbArea()->currentData().toInt(), int(kTwMainAreaId));
+        ui->hideUi();
+    }
+
+    // The back page can be chosen for paper sources 1, 4 and 5 when there is one.
+    void theBackSideByPaperSource_data() {
+        QTest::addColumn<int>("source");
+        QTest::addColumn<bool>("backImage");
+        QTest::addColumn<bool>("enabled");
+        QTest::newRow("source 1") << 1 << true << true;
+        QTest::newRow("source 1 without a back page") << 1 << false << false;
+        QTest::newRow("source 2") << 2 << true << false;
+        QTest::newRow("source 3") << 3 << true << false;
+        QTest::newRow("source 0") << 0 << true << false;
+    }
+    void theBackSideByPaperSource() {
+        QFETCH(int, source);
+        QFETCH(bool, backImage);
+        QFETCH(bool, enabled);
+        auto ui = shown();
+        ui->model()->setValueForKeyPathWithoutNotification(TwValue(source), "Data.PaperSource");
+        g_pages.back = backImage;
+        TwDlgPreview* p = prescan(*ui);
+        QAbstractButton* back = p->segSide()->buttons()[1];
+        QCOMPARE(back->isEnabled(), enabled);
+        if (enabled) {
+            QTest::mouseClick(back, Qt::LeftButton);
+            QCOMPARE(p->selectedSide(), std::uint16_t(1));
+            QTRY_VERIFY(!p->imageBack().isNull());
+            QCOMPARE(p->viewPreview()->scanImage(), p->imageBack());
+            QCOMPARE(p->labValue1()->text(), ui->dataForKeyPath("enable.AutoDistinction").boolValue()
+                                                 ? QStringLiteral("67.89(%)")
+                                                 : QStringLiteral("-(%)"));
+        }
+        ui->hideUi();
+    }
+
+    // The ratios show only where their features are on.
+    void theRatiosBelowThePage() {
+        auto ui = shown();
+        set(*ui, "enable.AutoDistinction", true);
+        set(*ui, "enable.BlankPageRemoval", true);
+        set(*ui, "Data.Layout.BlankPageRemoval.Eanble", false);
+        TwDlgPreview* p = prescan(*ui);
+        QCOMPARE(p->labValue1()->text(), QStringLiteral("12.35(%)"));
+        QCOMPARE(p->labValue2()->text(), QStringLiteral("-(%)"));
+        set(*ui, "enable.AutoDistinction", false);
+        ui->model()->setValueForKeyPathWithoutNotification(TwValue(true),
+                                                           "Data.Layout.BlankPageRemoval.Eanble");
+        p->SetSideBottomLable(0);
+        QCOMPARE(p->labValue1()->text(), QStringLiteral("-(%)"));
+        QCOMPARE(p->labValue2()->text(), QStringLiteral("1.50(%)"));
+        ui->hideUi();
+    }
+
+    // ---- The model both ways ----
+
+    // The Area tab's fields follow a drag, and the preview follows a value typed on the tab.
+    void theAreaTabAndThePreviewFollowEachOther() {
+        auto ui = shown();
+        placeSubArea(*ui, QRectF(40, 40, 60, 30));
+        TwDlgPreview* p = prescan(*ui);
+        p->setSelectedArea(0);
+        TwPreviewView* v = p->viewPreview();
+        auto* field = ui->controllerIfMade()->windowIfLoaded()->findChild<QLineEdit*>("txtFrontX1");
+        QVERIFY(field);
+        drag(v, QPointF(70, 55), {QPointF(80, 65), QPointF(90, 75)});
+        QVERIFY(near(field->text().toDouble(), 60, 1.0 / v->scale() + 0.05));
+        ui->model()->setValueForKeyPath(TwValue(12.0), "temp.Area.Front.L1.X");
+        QVERIFY(near(v->areaEdges().left, 12, 1e-4));
+        QVERIFY(near(v->areaEdges().right, 72, 1e-4));
+        ui->hideUi();
+    }
+
+    // ---- Rescans and closing ----
+
+    // A burst of image changes within the timer's period asks once; area changes during a drag ask
+    // for nothing until the button is released over a sub-area.
+    void oneRescanForABurst() {
+        auto ui = shown();
+        placeSubArea(*ui, QRectF(40, 40, 60, 30));
+        TwDlgPreview* p = prescan(*ui);
+        set(*ui, "Data.Image.Invert", true);
+        set(*ui, "Data.Image.Invert", false);
+        set(*ui, "Data.ColorImage.Front.Contrast", 100);
+        QTRY_COMPARE_WITH_TIMEOUT(count(kVmxEventPreviewRescan), 1, 1000);
+        QTest::qWait(300);
+        QCOMPARE(count(kVmxEventPreviewRescan), 1);
+        QVERIFY(!p->imageFront().isNull()); // the new pages came
+
+        p->setSelectedArea(0);
+        TwPreviewView* v = p->viewPreview();
+        QTest::mousePress(v, Qt::LeftButton, {}, at(v, QPointF(70, 55)));
+        QTest::mouseMove(v, at(v, QPointF(80, 60)));
+        QTest::mouseMove(v, at(v, QPointF(90, 65)));
+        QTest::qWait(250);
+        QCOMPARE(count(kVmxEventPreviewRescan), 1);
+        QVERIFY(ui->dataForKeyPath("temp.InMouseDragChangeArea").boolValue());
+        QTest::mouseRelease(v, Qt::LeftButton, {}, at(v, QPointF(90, 65)));
+        QVERIFY(!ui->dataForKeyPath("temp.InMouseDragChangeArea").boolValue());
+        QTRY_COMPARE_WITH_TIMEOUT(count(kVmxEventPreviewRescan), 2, 1000);
+        ui->hideUi();
+    }
+
+    // Changing the resolution (and the other page-wide settings) closes the window silently.
+    void pageWideChangesCloseTheWindow_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<int>("value");
+        QTest::newRow("resolution") << "Data.Resolution" << 200;
+        QTest::newRow("paper size") << "Data.PaperSize" << 2;
+    }
+    void pageWideChangesCloseTheWindow() {
+        QFETCH(QString, key);
+        QFETCH(int, value);
+        auto ui = shown();
+        TwDlgPreview* p = prescan(*ui);
+        QVERIFY(p->isVisible());
+        set(*ui, key.toUtf8().constData(), value);
+        QVERIFY(!p->isVisible());
+        QVERIFY(!p->isStatusTimerRunning());
+        QVERIFY(p->imageFront().isNull());
+        ui->hideUi();
+    }
+
+    // Every action that leaves the preview behind closes it.
+    void actionsCloseThePreview_data() {
+        QTest::addColumn<QString>("action");
+        for (const char* a : {"onOK", "onCancel", "onStart", "onDefault", "onPrescan"})
+            QTest::newRow(a) << a;
+    }
+    void actionsCloseThePreview() {
+        QFETCH(QString, action);
+        auto ui = shown();
+        TwDlgPreview* p = prescan(*ui);
+        QVERIFY(p->isVisible());
+        g_pages.result = 1; // a second prescan delivers nothing
+        ui->controllerIfMade()->performAction(action);
+        QVERIFY(!p->isVisible());
+        ui->hideUi();
+    }
+
+    // A modal dialog's prescan: the dialog stays application-modal, the preview takes input too,
+    // and the session ends with the window.
+    void aModalDialogsPreviewTakesInput() {
+        auto ui = shown(true);
+        TwDlgMain* main = ui->controllerIfMade()->windowIfLoaded();
+        QCOMPARE(TwApplication::modalWindow(), main);
+        TwDlgPreview* p = prescan(*ui);
+        QVERIFY(p->isModal());
+        QVERIFY(ui->controllerIfMade()->hasPrescanSession());
+        QCOMPARE(QApplication::activeModalWidget(), main);
+        // Clicks through the window system, which drops those of blocked windows.
+        clickThroughWindow(p->segControl()->buttons()[1]);
+        QCOMPARE(p->viewPreview()->opMode(), int(TwPreviewView::kOpHand));
+        // Another window of the application is blocked meanwhile: the check that clicks can fail.
+        QPushButton other("other");
+        other.show();
+        int clicks = 0;
+        connect(&other, &QPushButton::clicked, [&clicks] { ++clicks; });
+        clickThroughWindow(&other);
+        QCOMPARE(clicks, 0);
+        p->close();
+        QVERIFY(!p->isModal());
+        QTRY_VERIFY(!ui->controllerIfMade()->hasPrescanSession());
+        QCOMPARE(TwApplication::modalWindow(), main);
+
+        // The dialog takes input beside its preview: Default closes the preview and the session.
+        QVERIFY(prescan(*ui)->isVisible() && ui->controllerIfMade()->hasPrescanSession());
+        clickThroughWindow(main->btnDefault());
+        QVERIFY(!p->isVisible());
+        QVERIFY(!ui->controllerIfMade()->hasPrescanSession());
+        ui->hideUi();
+    }
+
+    // Pages only: no areas, no back side, no timer; the hand tool; the page's own size.
+    void displayOnly() {
+        auto ui = shown();
+        set(*ui, "Data.PaperSource", 1);
+        TwDlgPreview* p = prescan(*ui);
+        ui->controllerIfMade()->closePreview();
+        g_codes.clear();
+        p->setDisplayOnly(true);
+        p->setSizeFromScanImage(QSizeF(100, 150));
+        TwPreviewRecord record{};
+        prescanCallback(kVmxEventPrescan, &record);
+        ui->controllerIfMade()->setPreviewImages(&record, true);
+        QCOMPARE(record.front.pDIB, nullptr);
+        p->showWindow();
+        std::vector<TwAreaOverlay> areas;
+        p->GetAreas(areas);
+        QVERIFY(areas.empty());
+        QCOMPARE(p->cmbArea()->count(), 0);
+        QVERIFY(!p->segSide()->buttons()[1]->isEnabled());
+        QVERIFY(!p->segControl()->buttons()[0]->isEnabled());
+        QCOMPARE(p->viewPreview()->opMode(), int(TwPreviewView::kOpHand));
+        QCOMPARE(p->GetCurrentPaperSize(), QSizeF(100, 150));
+        QVERIFY(!p->isStatusTimerRunning());
+        set(*ui, "Data.Image.Invert", true);
+        QTest::qWait(250);
+        QCOMPARE(count(kVmxEventPreviewRescan), 0);
+        ui->hideUi();
+    }
+
+    // ---- Bad pages and resources ----
+
+    // A bitmap whose header claims more than it holds is refused and freed; nothing crashes.
+    void aBrokenBitmapShowsNoPage() {
+        auto ui = shown();
+        g_pages.broken = true;
+        g_pages.back = false;
+        TwDlgPreview* p = prescan(*ui);
+        QVERIFY(p && p->isVisible());
+        QVERIFY(p->imageFront().isNull());
+        QVERIFY(TwPrescanPageFromBitmapFile(QByteArray("BM not a bitmap")).isNull());
+        p->grab(); // paints a white page
+        ui->hideUi();
+    }
+
+    // The five cursor pictures come from the module's bundle with their hot spots.
+    void cursorsFromTheBundle() {
+        for (const char* name : {"ZoomIn", "ZoomOut", "Resize_Move", "Resize_RightDown", "Resize_RightUp"}) {
+            QPixmap picture(
+                QStringLiteral(VMX_BUNDLE_DIR "/Contents/Resources/%1.ico").arg(QLatin1String(name)));
+            QVERIFY2(picture.size() == QSize(32, 32), name);
+            QVERIFY(picture.toImage().hasAlphaChannel());
+        }
+    }
+};
+
+QTEST_MAIN(TestPreview)
+#include "tst_preview.moc"

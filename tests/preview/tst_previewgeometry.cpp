@@ -1,0 +1,122 @@
+// The preview's plane geometry: the mapping of mirrored and duplex back pages, the hit zones, the
+// edges a drag gives (crossing edges, the move kept on the page, the rectangle handed on) and the
+// fit rate.
+#include "TwPreviewGeometry.h"
+
+#include <QTest>
+
+class TestPreviewGeometry : public QObject {
+    Q_OBJECT
+    static constexpr QSizeF kA4{210, 297};
+
+private slots:
+    void pointsMapByMirrorAndDuplexBack_data() {
+        QTest::addColumn<int>("duplexType");
+        QTest::addColumn<bool>("mirror");
+        QTest::addColumn<bool>("front");
+        QTest::addColumn<QPointF>("expected");
+        QTest::newRow("plain front") << 0 << false << true << QPointF(10, 20);
+        QTest::newRow("plain back, duplex 0") << 0 << false << false << QPointF(10, 20);
+        QTest::newRow("duplex 1 front") << 1 << false << true << QPointF(10, 20);
+        QTest::newRow("duplex 1 back: half turn") << 1 << false << false << QPointF(200, 277);
+        QTest::newRow("duplex 1 back, mirrored: y only") << 1 << true << false << QPointF(10, 277);
+        QTest::newRow("mirrored front") << 0 << true << true << QPointF(200, 20);
+        QTest::newRow("duplex 2 back, mirrored") << 2 << true << false << QPointF(200, 20);
+    }
+    void pointsMapByMirrorAndDuplexBack() {
+        QFETCH(int, duplexType);
+        QFETCH(bool, mirror);
+        QFETCH(bool, front);
+        QFETCH(QPointF, expected);
+        const TwPageMapping m{kA4, duplexType, mirror, front};
+        QCOMPARE(Data2ScreenPoint(m, QPointF(10, 20)), expected);
+        QCOMPARE(Data2ScreenPoint(m, expected), QPointF(10, 20)); // its own inverse
+        // A rectangle keeps a positive size and comes back as it was.
+        const QRectF rect(10, 20, 50, 30);
+        const QRectF shown = Data2ScreenRect(m, rect);
+        QCOMPARE(shown.size(), rect.size());
+        QCOMPARE(Data2ScreenRect(m, shown), rect);
+    }
+
+    // Zones are d wide on each side of every edge; a mouse-down takes the first zone, the cursor
+    // the last, where corners and edges overlap.
+    void hitZonesAroundTheEdges() {
+        const TwAreaEdges e{20, 30, 120, 90};
+        const TwCursorAreaList zones = MakeCursorAreaList(e, 2);
+        QCOMPARE(zones[kZoneLeft - 1], QRectF(18, 32, 4, 56));
+        QCOMPARE(zones[kZoneBottomRight - 1], QRectF(118, 88, 4, 4));
+        QCOMPARE(grabbedZone(zones, QPointF(60, 60)), int(kZoneInside));
+        QCOMPARE(grabbedZone(zones, QPointF(18.5, 60)), int(kZoneLeft));
+        QCOMPARE(grabbedZone(zones, QPointF(121.9, 89)), int(kZoneBottomRight));
+        QCOMPARE(grabbedZone(zones, QPointF(60, 27.9)), int(kZoneNone));
+        QCOMPARE(grabbedZone(zones, QPointF(60, 28)), int(kZoneTop));
+        QCOMPARE(cursorZone(zones, QPointF(119, 31)), int(kZoneTopRight));
+        QCOMPARE(MakePointRect(QPointF(5, 6), 2), QRectF(3, 4, 4, 4));
+    }
+
+    // Edge zones set their edges to the previous pointer position; crossing edges swap, and the
+    // grabbed zone becomes the opposite one.
+    void edgeDragsCrossAndTurnIntoTheOppositeEdge_data() {
+        QTest::addColumn<int>("zone");
+        QTest::addColumn<QPointF>("ptDrag");
+        QTest::addColumn<int>("zoneAfter");
+        QTest::addColumn<QRectF>("edgesAfter"); // left, top, right, bottom as x, y, width, height
+        QTest::newRow("left edge inward")
+            << int(kZoneLeft) << QPointF(50, 0) << int(kZoneLeft) << QRectF(50, 30, 120, 90);
+        QTest::newRow("left past right")
+            << int(kZoneLeft) << QPointF(130, 0) << int(kZoneRight) << QRectF(120, 30, 130, 90);
+        QTest::newRow("top past bottom")
+            << int(kZoneTop) << QPointF(0, 95) << int(kZoneBottom) << QRectF(20, 90, 120, 95);
+        QTest::newRow("top left past both")
+            << int(kZoneTopLeft) << QPointF(125, 100) << int(kZoneBottomRight) << QRectF(120, 90, 125, 100);
+        QTest::newRow("top right past left")
+            << int(kZoneTopRight) << QPointF(10, 40) << int(kZoneTopLeft) << QRectF(10, 40, 20, 90);
+        QTest::newRow("bottom left past top")
+            << int(kZoneBottomLeft) << QPointF(25, 10) << int(kZoneTopLeft) << QRectF(25, 10, 120, 30);
+    }
+    void edgeDragsCrossAndTurnIntoTheOppositeEdge() {
+        QFETCH(int, zone);
+        QFETCH(QPointF, ptDrag);
+        QFETCH(int, zoneAfter);
+        QFETCH(QRectF, edgesAfter);
+        const TwAreaEdges e{20, 30, 120, 90};
+        TwDragStep step = dragAreaEdges(e, zone, ptDrag, QPointF(999, 999), kA4);
+        QCOMPARE(step.zone, zoneAfter);
+        QCOMPARE(QRectF(step.edges.left, step.edges.top, step.edges.right, step.edges.bottom), edgesAfter);
+    }
+
+    // A move keeps the whole area on the page: it stops with an edge exactly on the border.
+    void aMoveStopsAtThePageBorder_data() {
+        QTest::addColumn<QPointF>("delta");
+        QTest::addColumn<QRectF>("edgesAfter");
+        QTest::newRow("inside the page") << QPointF(5, -5) << QRectF(25, 25, 125, 85);
+        QTest::newRow("past the right") << QPointF(500, 0) << QRectF(110, 30, 210, 90);
+        QTest::newRow("past the top left") << QPointF(-50, -50) << QRectF(0, 0, 100, 60);
+        QTest::newRow("past the bottom") << QPointF(0, 400) << QRectF(20, 237, 120, 297);
+    }
+    void aMoveStopsAtThePageBorder() {
+        QFETCH(QPointF, delta);
+        QFETCH(QRectF, edgesAfter);
+        TwDragStep step = dragAreaEdges({20, 30, 120, 90}, kZoneInside, QPointF(), delta, kA4);
+        QCOMPARE(step.zone, int(kZoneInside));
+        QCOMPARE(QRectF(step.edges.left, step.edges.top, step.edges.right, step.edges.bottom), edgesAfter);
+    }
+
+    // Before the page's left or top, the size handed on is the far edge itself.
+    void theRectangleHandedOnKeepsTheFarEdge() {
+        QCOMPARE(areaRectForEdges({10, 20, 60, 80}), QRectF(10, 20, 50, 60));
+        QCOMPARE(areaRectForEdges({-5, 20, 60, 80}), QRectF(-5, 20, 60, 60));
+        QCOMPARE(areaRectForEdges({10, -3, 60, 80}), QRectF(10, -3, 50, 80));
+        // A new area is the spanned rectangle, kept on the page.
+        QCOMPARE(newAreaRect(QPointF(100, 50), QPointF(-10, 400), kA4), QRectF(0, 50, 100, 247));
+    }
+
+    void theFitRateLeavesAMargin() {
+        QCOMPARE(fitRate(kA4, QSizeF(450, 624)), 2.0f);              // (624 - 30) / 297
+        QCOMPARE(fitRate(QSizeF(100, 100), QSizeF(230, 500)), 2.0f); // the narrower way wins
+        QCOMPARE(fitRate(QSizeF(0, 297), QSizeF(450, 624)), 0.0f);
+    }
+};
+
+QTEST_APPLESS_MAIN(TestPreviewGeometry)
+#include "tst_previewgeometry.moc"
