@@ -579,7 +579,7 @@ void TwDlgPreview::bindControlAll() {
         binding->addResponderObserver(m, key);
 }
 
-void TwDlgPreview::observeValueForKeyPath(const std::string& k, TwainDialogData*, const TwKeyValueChange&,
+void TwDlgPreview::observeValueForKeyPath(const std::string& k, TwObservable*, const TwKeyValueChange&,
                                           void*) {
     const bool enableKey =
         k == "enable.Area.Front" || k == "enable.Area.Back" ||

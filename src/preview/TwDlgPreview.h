@@ -125,7 +125,7 @@ public:
     void onControl();
     void onZoomFit();
 
-    void observeValueForKeyPath(const std::string& keyPath, TwainDialogData* object,
+    void observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
                                 const TwKeyValueChange& change, void* context) override;
 
     // ---- Outlets and state ----
