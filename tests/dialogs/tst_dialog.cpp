@@ -97,6 +97,7 @@ public:
 
 class TestDialog : public QObject {
     Q_OBJECT
+    QTemporaryDir home; // HOME and XDG_CONFIG_HOME of the whole test
     TwValue root;       // the sample's definition, whose main-dialog entries a case may change
     TwValue mainDialog; // the sample's own entries
     SampleModelDef def{TwValue()};
@@ -142,6 +143,10 @@ class TestDialog : public QObject {
 private slots:
     void initTestCase() {
         OrvaSetLogPaths(nullptr, nullptr);
+        // Saved settings live in a folder of the test's own, also when it runs outside CTest.
+        QVERIFY(home.isValid());
+        qputenv("HOME", home.path().toLocal8Bit());
+        qputenv("XDG_CONFIG_HOME", home.filePath("config").toLocal8Bit());
         std::string error;
         root = TwPlistReadFile(kBundle + "/Contents/Resources/ModelDef.plist", &error);
         mainDialog = root.dict()->value("UIControl").dict()->value("MainDialog");
@@ -153,7 +158,7 @@ private slots:
 
     void init() {
         // Every case starts with no saved settings.
-        QDir(QString::fromLocal8Bit(qgetenv("XDG_CONFIG_HOME"))).removeRecursively();
+        QDir(home.filePath("config")).removeRecursively();
         root.dict()->value("UIControl").dict()->set("MainDialog", mainDialog.deepCopy());
         g_events.clear();
         g_prescanImages = {};
