@@ -14,7 +14,18 @@
 //   ui->hideUi(); ui->closeDS();
 //   destroy(ui);
 //
-// Only this header and TwValue.h are needed; the interface uses no Qt types.
+// Only this header and TwValue.h are needed; the interface uses no Qt types. It does pass C++
+// standard-library types (std::string, and TwValue, which is built on std::shared_ptr, std::vector
+// and std::string), so the data source must be built with the same C++ standard library, of a
+// compatible version, as the module.
+//
+// Values cross the interface as copies. The dictionaries given to setDataWithDictionary and
+// setDataWithKeyPathValue are copied in, so the store never shares a container with the data
+// source (two sections that share a sub-dictionary in the caller's tree are two dictionaries in the
+// store, and the caller may change or reuse its tree afterwards); values read back through
+// dataForKeyPath, DialogData(), customPaperSize and customGamme are copies, so changing them
+// changes nothing in the store. Inside the module the store keeps the reference semantics of the
+// platform's mutable containers.
 #pragma once
 
 #include "TwValue.h"

@@ -86,7 +86,9 @@ void VmxUIControllerImpl::setDataWithDictionary(const TwValue& dictionary, std::
 
     auto model = std::make_shared<TwainDialogData>(bundleDS);
     model->setModelDef(ModelDef);
-    if (auto d = dictionary.dict()) {
+    // The store edits what it holds: it gets containers of its own, never the data source's.
+    const TwValue values = dictionary.deepCopy();
+    if (auto d = values.dict()) {
         // Sections are merged, full key paths are set.
         for (auto& key : d->keys())
             model->setValueForKeyPath(d->value(key), key);
@@ -121,27 +123,9 @@ void VmxUIControllerImpl::setUIContents(const TwValue& contents) {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::setUIContents");
     if (!_DialogData)
         return;
-    auto fresh = TwValue::dictionary();
-    if (auto d = contents.dict()) {
-        for (auto& [name, list] : *d) {
-            if (auto entries = list.list()) {
-                // Every entry becomes a dictionary of our own, so that edits never reach the source.
-                auto copy = TwValue::array();
-                for (auto& entry : *entries) {
-                    if (auto e = entry.dict()) {
-                        auto mine = TwValue::dictionary();
-                        mine.dict()->setPropertiesWith(*e);
-                        copy.list()->push_back(mine);
-                    } else {
-                        copy.list()->push_back(entry);
-                    }
-                }
-                fresh.dict()->set(name, copy);
-            } else {
-                fresh.dict()->set(name, list);
-            }
-        }
-    } else if (!contents.isNull()) {
+    // Lists of our own, so that edits never reach the data source's.
+    auto fresh = contents.isDictionary() ? contents.deepCopy() : TwValue::dictionary();
+    if (!contents.isDictionary() && !contents.isNull()) {
         OrvaLog(kOrvaLogError, "ERROR: %s: UI contents are not a dictionary\n",
                 "VmxUIController::setUIContents");
     }
@@ -197,7 +181,8 @@ void VmxUIControllerImpl::readLastData() {
 }
 
 TwValue VmxUIControllerImpl::dataForKeyPath(const std::string& keyPath) {
-    return _DialogData ? _DialogData->valueForKeyPath(keyPath) : TwValue();
+    // A copy: changing it must not change the store behind the rules' back.
+    return _DialogData ? _DialogData->valueForKeyPath(keyPath).deepCopy() : TwValue();
 }
 
 void VmxUIControllerImpl::setDataWithKeyPathValue(const TwValue& keyPathValues) {
@@ -207,21 +192,30 @@ void VmxUIControllerImpl::setDataWithKeyPathValue(const TwValue& keyPathValues) 
         return;
     for (auto& key : d->keys()) {
         _DialogData->willChangeValueForKey(key);
-        _DialogData->setValueForKeyPath(d->value(key), key);
+        _DialogData->setValueForKeyPath(d->value(key).deepCopy(), key);
         _DialogData->didChangeValueForKey(key);
     }
 }
 
 TwainDialogDataInterface* VmxUIControllerImpl::DialogData() {
-    return _DialogData.get();
+    return _DialogData ? &m_dataSourceView : nullptr;
+}
+
+TwValue VmxUIDataSourceView::valueForKeyPath(std::string_view keyPath) {
+    return m_model ? m_model->valueForKeyPath(keyPath).deepCopy() : TwValue();
+}
+
+void VmxUIDataSourceView::UpdateCapData(std::string_view keyPath, const TwValue& value) {
+    if (m_model)
+        m_model->UpdateCapData(keyPath, value.deepCopy());
 }
 
 TwValue VmxUIControllerImpl::customPaperSize() {
-    return _DialogData ? _DialogData->customPaperSize() : TwValue();
+    return _DialogData ? _DialogData->customPaperSize().deepCopy() : TwValue();
 }
 
 TwValue VmxUIControllerImpl::customGamme(const std::string& name, bool isColor) {
-    return _DialogData ? _DialogData->customGamme(name, isColor) : TwValue();
+    return _DialogData ? _DialogData->customGamme(name, isColor).deepCopy() : TwValue();
 }
 
 void VmxUIControllerImpl::setPaperFrame(const TwPaperFrame& frame) {

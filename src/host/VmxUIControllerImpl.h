@@ -22,6 +22,18 @@ struct VmxUIMessageBoxArg {
     std::uint32_t timeInterval = 0;
 };
 
+// What the data source gets from DialogData(): the model's capability push, and copies of its
+// values.
+class VmxUIDataSourceView final : public TwainDialogDataInterface {
+public:
+    explicit VmxUIDataSourceView(const std::shared_ptr<TwainDialogData>& model) : m_model(model) {}
+    TwValue valueForKeyPath(std::string_view keyPath) override;
+    void UpdateCapData(std::string_view keyPath, const TwValue& value) override;
+
+private:
+    const std::shared_ptr<TwainDialogData>& m_model;
+};
+
 class VmxUIControllerImpl final : public VmxUIController {
 public:
     // init: points the diagnostic log at its two files; no model, no controller.
@@ -101,6 +113,7 @@ private:
     bool m_holdsApplication = false;
     int m_wakeUps = 0;
     std::shared_ptr<TwainDialogData> _DialogData;
+    VmxUIDataSourceView m_dataSourceView{_DialogData};
     VmxUICallback callbackFunc = nullptr;
     bool m_isShow = true;
     bool m_isShowModal = false;

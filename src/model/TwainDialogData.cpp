@@ -141,13 +141,33 @@ TwValue TwainDialogData::valueForKeyPath(std::string_view keyPath) {
 void TwainDialogData::setValueDictionaryforKeyPath(std::string_view keyPath) {
     auto [parent, last] = splitLast(keyPath);
     // A parent of one component is a section, created on demand when it is read.
-    if (parent.empty() || parent.find('.') == std::string_view::npos)
-        return;
-    if (!valueForKeyPath(parent).isNull())
-        return;
-    setValueDictionaryforKeyPath(parent);
-    // Creating a missing level is not a change anybody observes.
-    writeValue(TwValue::dictionary(), parent, false);
+    if (parent.find('.') != std::string_view::npos)
+        parentForWrite(keyPath);
+}
+
+TwValue TwainDialogData::parentForWrite(std::string_view keyPath) {
+    auto dot = keyPath.find('.');
+    if (dot == std::string_view::npos)
+        return {};
+    // One walk down from the section, making the missing levels: creating a level is not a change
+    // anybody observes. A level holding anything but a dictionary blocks the way. Levels are only
+    // made below the last existing one, so a blocked way leaves nothing behind.
+    TwValue parent = valueForKey(keyPath.substr(0, dot));
+    std::string_view rest = keyPath.substr(dot + 1);
+    for (auto next = rest.find('.'); next != std::string_view::npos; next = rest.find('.')) {
+        TwDictionary* d = parent.dict();
+        if (!d)
+            return {};
+        std::string_view key = rest.substr(0, next);
+        TwValue child = d->value(key);
+        if (child.isNull()) {
+            child = TwValue::dictionary();
+            d->set(key, child);
+        }
+        parent = child;
+        rest = rest.substr(next + 1);
+    }
+    return parent.isDictionary() ? parent : TwValue();
 }
 
 void TwainDialogData::setValueForUndefinedKey(const TwValue& value, std::string_view key) {
@@ -169,8 +189,7 @@ void TwainDialogData::writeValue(const TwValue& value, std::string_view keyPath,
             snapshot = m_observation.beforeWrite(keyPath);
         setValueForUndefinedKey(value, keyPath);
     } else {
-        setValueDictionaryforKeyPath(keyPath);
-        TwValue parent = valueForKeyPath(parentPath);
+        TwValue parent = parentForWrite(keyPath);
         if (!parent.isDictionary())
             return; // a value that is not a dictionary stands in the way: the write is dropped
         if (notify)

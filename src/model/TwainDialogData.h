@@ -259,6 +259,9 @@ public:
 
 private:
     void writeValue(const TwValue& value, std::string_view keyPath, bool notify);
+    // The dictionary that holds the last component of the key path, with the missing levels made
+    // on the way; null when a level that is no dictionary blocks the way.
+    TwValue parentForWrite(std::string_view keyPath);
     TwValue section(std::string_view name);
 
     // Area geometry helpers (TwainDialogDataPaper.cpp).

@@ -35,8 +35,7 @@ std::vector<int> values(const TwValue& list) {
 class Observer : public TwKeyValueObserver {
 public:
     int count = 0;
-    void observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange&,
-                                void*) override {
+    void observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange&, void*) override {
         ++count;
     }
 };
@@ -121,6 +120,31 @@ private slots:
         ui->setDataWithKeyPathValue(TwValue());
         QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 600);
         ui->model()->removeObserver(&o, "Data.Resolution");
+    }
+
+    // Values cross the facade as copies both ways: a sub-dictionary the data source shares between
+    // two sections, the caller's own tree, and what it reads back never alias the store.
+    void valuesCrossTheFacadeAsCopies() {
+        TwValue shared = TwValue::dictionary({{"Enable", false}, {"Width", 10}});
+        TwValue values = capabilityValues(true, true);
+        values.dict()->value("Data").dict()->set("Extra", shared);
+        values.dict()->value("Default").dict()->set("Extra", shared);
+        auto ui = std::make_unique<VmxUIControllerImpl>();
+        ui->setModelDef(&def);
+        ui->setDataWithDictionary(values, 0);
+        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.Extra.Enable", true}}));
+        QVERIFY(!ui->dataForKeyPath("Default.Extra.Enable").boolValue());
+        QVERIFY(!shared.dict()->value("Enable").boolValue());
+
+        TwValue written = TwValue::dictionary({{"Width", 20}});
+        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.Extra", written}}));
+        written.dict()->set("Width", 30);
+        QCOMPARE(ui->dataForKeyPath("Data.Extra.Width").intValue(), 20);
+
+        ui->dataForKeyPath("Data.Extra").dict()->set("Width", 40);
+        ui->DialogData()->valueForKeyPath("Data.Extra").dict()->set("Width", 50);
+        ui->customPaperSize().list()->clear();
+        QCOMPARE(ui->dataForKeyPath("Data.Extra.Width").intValue(), 20);
     }
 
     void eventOneNeedsTheCallbackOfTheCurrentModel() {

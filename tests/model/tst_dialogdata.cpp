@@ -73,6 +73,26 @@ private slots:
         QVERIFY(model.valueForKeyPath("content.PaperSize.display").isEqual(TwValue::array({"A4", "A5"})));
     }
 
+    // A write costs one walk down its key path: a path running far past a number is dropped at
+    // once, and a deep valid path is made level by level (both took exponential or quadratic time).
+    void longKeyPathsCostOneWalk() {
+        TwainDialogData model;
+        model.setValueForKeyPath(300, "Data.Resolution");
+        std::string blocked = "Data.Resolution";
+        for (int i = 0; i < 64; ++i)
+            blocked += ".c";
+        model.setValueForKeyPath(1, blocked);
+        model.setDataWithDictionary(TwValue::dictionary({{blocked, 2}}));
+        QCOMPARE(model.valueForKeyPath("Data.Resolution").intValue(), 300);
+
+        std::string deep = "Data.Deep";
+        for (int i = 0; i < 20000; ++i)
+            deep += ".k";
+        model.setValueForKeyPath(7, deep);
+        QCOMPARE(model.valueForKeyPath(deep).intValue(), 7);
+        model.setValueForKeyPath(TwValue(), "Data.Deep");
+    }
+
     void settingASectionMergesIntoIt() {
         TwainDialogData model;
         model.setValueForKeyPath(TwValue::array(), "content.Resolution");
