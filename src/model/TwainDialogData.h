@@ -240,10 +240,12 @@ public:
 
     // ---- Fields ----
 
-    TwValue m_dictData;        // section name -> section dictionary
-    TwValue m_dictObserver;    // key path -> observers the model registered (itself)
-    TwValue m_CustomPapers;    // array of custom paper dictionaries
-    TwValue m_CustomProfiles;  // array of profile dictionaries with "ProfileName"
+    TwValue m_dictData;       // section name -> section dictionary
+    TwValue m_dictObserver;   // key path -> observers the model registered (itself)
+    TwValue m_CustomPapers;   // array of custom paper dictionaries
+    TwValue m_CustomProfiles; // array of profile dictionaries with "ProfileName"
+    // Profiles put (a profile) or deleted (null) by name since the last save.
+    std::vector<std::pair<std::string, TwValue>> m_profileChanges;
     TwValue m_CustomGammas;    // name -> custom gamma
     TwValue m_CustomPaperTemp; // working copy while custom papers are edited
     TwModelDefFile* ModelDef = nullptr;

@@ -23,6 +23,25 @@ std::string profileName(const TwValue& profile) {
     return name.isString() ? *name.str() : std::string();
 }
 
+// A saved list of profiles with one change laid over it: the profile put in place of the one of
+// that name (in any letter case) or appended, or, without a profile, the one of exactly that name
+// removed. What is not a list counts as an empty one.
+TwValue withProfileChange(const TwValue& saved, const std::string& name, const TwValue& profile) {
+    TwValue list = saved.isArray() ? saved : TwValue::array();
+    auto& entries = *list.list();
+    if (profile.isNull()) {
+        std::erase_if(entries, [&](const TwValue& p) { return profileName(p) == name; });
+        return list;
+    }
+    auto same = std::find_if(entries.begin(), entries.end(),
+                             [&](const TwValue& p) { return TwEqualsIgnoringCase(profileName(p), name); });
+    if (same != entries.end())
+        *same = profile;
+    else
+        entries.push_back(profile);
+    return list;
+}
+
 const char* gammaFamily(bool isColor) {
     return isColor ? "Color" : "Gray";
 }
@@ -76,6 +95,7 @@ bool TwainDialogData::prepareFactoryProfiles() {
             data->set("ImageType", 0);
         }
         m_CustomProfiles = TwValue::array({profile});
+        m_profileChanges.emplace_back(profileName(profile), profile);
         saved = saveCustomProfile();
     }
     prefs->setValue(kRunnedKey, 1);
@@ -152,6 +172,7 @@ bool TwainDialogData::AddCustomProfile(const std::string& name) {
         *same = profile;
     else
         list.push_back(profile);
+    m_profileChanges.emplace_back(name, profile);
     saveCustomProfile();
 
     bInProfileProcess = true;
@@ -175,6 +196,7 @@ bool TwainDialogData::deleteCustomProfile(const std::string& name) {
                 selection = TwValue(profileName((*list)[std::min(index, list->size() - 1)]));
         }
     }
+    m_profileChanges.emplace_back(name, TwValue());
     saveCustomProfile();
     readProfiles();
     myChangeValue(selection, "profiles.name");
@@ -182,9 +204,19 @@ bool TwainDialogData::deleteCustomProfile(const std::string& name) {
 }
 
 bool TwainDialogData::saveCustomProfile() {
-    if (!preferences())
+    TwPreferences* prefs = preferences();
+    if (!prefs)
         return false;
-    return savePreference(kProfilesKey, m_CustomProfiles.isArray() ? m_CustomProfiles : TwValue::array());
+    // Another process may have saved profiles since this one read them: each change made here is
+    // laid over the list as it is saved now, so that its additions and deletions stay too.
+    prefs->updateValue(kProfilesKey, [changes = std::move(m_profileChanges)](const TwValue& saved) {
+        TwValue list = saved.deepCopy();
+        for (auto& [name, profile] : changes)
+            list = withProfileChange(list, name, profile);
+        return list;
+    });
+    m_profileChanges.clear();
+    return prefs->synchronize();
 }
 
 void TwainDialogData::saveUntitleProfile() {

@@ -8,6 +8,7 @@
 #include <iterator>
 #include <limits>
 #include <memory>
+#include <string_view>
 
 namespace {
 
@@ -170,4 +171,170 @@ std::string TwPlistToXml(const TwValue& value) {
     std::string out(xml ? xml : "", length);
     plist_to_xml_free(xml);
     return out;
+}
+
+// ---- Documents -------------------------------------------------------------------------------------
+
+namespace {
+std::string xmlOf(plist_t node) {
+    char* xml = nullptr;
+    std::uint32_t length = 0;
+    plist_to_xml(node, &xml, &length);
+    std::string out(xml ? xml : "", length);
+    plist_to_xml_free(xml);
+    return out;
+}
+} // namespace
+
+TwPlistDocument::TwPlistDocument() : m_root(plist_new_dict()) {}
+
+TwPlistDocument::TwPlistDocument(void* root) : m_root(root) {}
+
+TwPlistDocument::~TwPlistDocument() {
+    if (m_root)
+        plist_free(m_root);
+}
+
+TwPlistDocument::TwPlistDocument(TwPlistDocument&& other) noexcept : m_root(other.m_root) {
+    other.m_root = plist_new_dict();
+}
+
+TwPlistDocument& TwPlistDocument::operator=(TwPlistDocument&& other) noexcept {
+    std::swap(m_root, other.m_root);
+    return *this;
+}
+
+std::optional<TwPlistDocument> TwPlistDocument::parse(const std::string& bytes, std::string* error) {
+    if (bytes.empty() || bytes.size() > std::numeric_limits<std::uint32_t>::max()) {
+        if (error)
+            *error = bytes.empty() ? "empty property list" : "property list too large";
+        return std::nullopt;
+    }
+    plist_t root = nullptr;
+    plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &root);
+    if (!root || plist_get_node_type(root) != PLIST_DICT) {
+        if (root)
+            plist_free(root);
+        if (error)
+            *error = root ? "the top level is not a dictionary" : "not a property list";
+        return std::nullopt;
+    }
+    return TwPlistDocument(root);
+}
+
+std::optional<TwPlistDocument> TwPlistDocument::readFile(const std::string& path, std::string* error) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        if (error)
+            *error = "cannot open " + path;
+        return std::nullopt;
+    }
+    return parse(std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>()), error);
+}
+
+std::vector<std::string> TwPlistDocument::keys() const {
+    std::vector<std::string> out;
+    plist_dict_iter it = nullptr;
+    plist_dict_new_iter(m_root, &it);
+    for (;;) {
+        char* key = nullptr;
+        plist_t value = nullptr;
+        plist_dict_next_item(m_root, it, &key, &value);
+        if (!key)
+            break;
+        out.emplace_back(key);
+        std::free(key);
+    }
+    std::free(it);
+    return out;
+}
+
+TwValue TwPlistDocument::value(const std::string& key) const {
+    return fromNode(plist_dict_get_item(m_root, key.c_str()), 1);
+}
+
+TwValue TwPlistDocument::toValue() const {
+    return fromNode(m_root, 0);
+}
+
+void TwPlistDocument::setValue(const std::string& key, const TwValue& value) {
+    if (plist_t node = toNode(value))
+        plist_dict_set_item(m_root, key.c_str(), node);
+    else if (plist_dict_get_item(m_root, key.c_str()))
+        plist_dict_remove_item(m_root, key.c_str());
+}
+
+std::string TwPlistDocument::toXml() const {
+    return xmlOf(m_root);
+}
+
+namespace {
+// The children of a container in order (a dictionary's as key, value pairs).
+std::vector<std::pair<std::string, plist_t>> childrenOf(plist_t node) {
+    std::vector<std::pair<std::string, plist_t>> out;
+    if (plist_get_node_type(node) == PLIST_ARRAY) {
+        std::uint32_t n = plist_array_get_size(node);
+        for (std::uint32_t i = 0; i < n; ++i)
+            out.emplace_back(std::string(), plist_array_get_item(node, i));
+    } else if (plist_get_node_type(node) == PLIST_DICT) {
+        plist_dict_iter it = nullptr;
+        plist_dict_new_iter(node, &it);
+        for (;;) {
+            char* key = nullptr;
+            plist_t value = nullptr;
+            plist_dict_next_item(node, it, &key, &value);
+            if (!key)
+                break;
+            out.emplace_back(key, value);
+            std::free(key);
+        }
+        std::free(it);
+    }
+    return out;
+}
+
+// Compared level by level with a list of its own, not the stack: a value from another component
+// may be nested to any depth.
+bool sameTree(plist_t a, plist_t b) {
+    std::vector<std::pair<plist_t, plist_t>> pending{{a, b}};
+    while (!pending.empty()) {
+        auto [x, y] = pending.back();
+        pending.pop_back();
+        if (!x || !y) {
+            if (x != y)
+                return false;
+            continue;
+        }
+        plist_type type = plist_get_node_type(x);
+        if (type != plist_get_node_type(y))
+            return false;
+        if (type == PLIST_STRING) {
+            // With their lengths: a string may hold characters that C strings end at.
+            std::uint64_t nx = 0, ny = 0;
+            const char* sx = plist_get_string_ptr(x, &nx);
+            const char* sy = plist_get_string_ptr(y, &ny);
+            if (std::string_view(sx ? sx : "", nx) != std::string_view(sy ? sy : "", ny))
+                return false;
+            continue;
+        }
+        if (type != PLIST_ARRAY && type != PLIST_DICT) {
+            if (!plist_compare_node_value(x, y))
+                return false;
+            continue;
+        }
+        auto cx = childrenOf(x), cy = childrenOf(y);
+        if (cx.size() != cy.size())
+            return false;
+        for (std::size_t i = 0; i < cx.size(); ++i) {
+            if (cx[i].first != cy[i].first)
+                return false;
+            pending.emplace_back(cx[i].second, cy[i].second);
+        }
+    }
+    return true;
+}
+} // namespace
+
+bool TwPlistDocument::sameValue(const std::string& key, const TwPlistDocument& other) const {
+    return sameTree(plist_dict_get_item(m_root, key.c_str()), plist_dict_get_item(other.m_root, key.c_str()));
 }

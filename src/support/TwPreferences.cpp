@@ -85,19 +85,19 @@ std::string TwPreferences::filePath() const {
     return m_directory + "/" + m_domain + ".plist";
 }
 
-TwValue TwPreferences::loadFile(bool keepBrokenAside) {
-    std::string path = filePath();
+namespace {
+// The document on disk now; an empty one when there is no file. A file that cannot be parsed is
+// logged and read as empty; when it is about to be replaced it is first kept aside for the user.
+TwPlistDocument loadDocument(const std::string& path, bool keepBrokenAside) {
     std::error_code ec;
     if (path.empty() || !fs::exists(path, ec))
-        return TwValue::dictionary();
+        return {};
     std::string error;
-    TwValue values = TwPlistReadFile(path, &error);
-    if (values.isDictionary())
-        return values;
+    if (auto document = TwPlistDocument::readFile(path, &error))
+        return std::move(*document);
     OrvaLog(kOrvaLogError, "ERROR: preferences '%s' cannot be read (%s); starting from empty values\n",
-            path.c_str(), error.empty() ? "not a dictionary" : error.c_str());
+            path.c_str(), error.c_str());
     if (keepBrokenAside) {
-        // Before anything replaces it, the unreadable file is kept for the user to recover.
         std::string aside = path + ".unreadable-" + std::to_string(std::time(nullptr));
         fs::copy_file(path, aside, fs::copy_options::overwrite_existing, ec);
         if (ec)
@@ -105,32 +105,48 @@ TwValue TwPreferences::loadFile(bool keepBrokenAside) {
         else
             OrvaLog(kOrvaLogError, "ERROR: unreadable preferences kept as '%s'\n", aside.c_str());
     }
-    return TwValue::dictionary();
+    return {};
 }
+} // namespace
 
 TwValue TwPreferences::copyValue(const std::string& key) {
     std::lock_guard lock(m_mutex);
     if (filePath().empty())
         return {};
+    if (m_cache.isNull())
+        m_cache = loadDocument(filePath(), false).toValue();
+    TwValue saved = m_cache.dict()->value(key);
     // Callers get their own copy, as from the platform's preferences.
     if (auto p = m_pending.find(key); p != m_pending.end())
-        return p->second.deepCopy();
-    if (m_cache.isNull())
-        m_cache = loadFile(false);
-    return m_cache.dict()->value(key).deepCopy();
+        return p->second(saved).deepCopy();
+    return saved.deepCopy();
 }
 
 void TwPreferences::setValue(const std::string& key, const TwValue& value) {
     std::lock_guard lock(m_mutex);
     if (filePath().empty())
         return;
-    m_pending[key] = value.deepCopy();
+    m_pending[key] = [value = value.deepCopy()](const TwValue&) {
+        return value.deepCopy();
+    };
 }
 
-bool TwPreferences::writeFile(const TwValue& values) {
+void TwPreferences::updateValue(const std::string& key, Update update) {
+    std::lock_guard lock(m_mutex);
+    if (filePath().empty() || !update)
+        return;
+    auto p = m_pending.find(key);
+    if (p == m_pending.end())
+        m_pending[key] = std::move(update);
+    else
+        p->second = [before = std::move(p->second), update = std::move(update)](const TwValue& saved) {
+            return update(before(saved));
+        };
+}
+
+bool TwPreferences::writeFile(const std::string& xml) {
     std::string path = filePath();
     std::string tmp = path + ".tmp";
-    std::string xml = TwPlistToXml(values);
     int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (fd < 0) {
         OrvaLog(kOrvaLogError, "ERROR: cannot write preferences '%s': %s\n", tmp.c_str(),
@@ -169,15 +185,33 @@ bool TwPreferences::synchronize() {
                 std::strerror(errno));
         return false;
     }
-    TwValue current = loadFile(!m_pending.empty());
-    bool ok = true;
-    if (!m_pending.empty()) {
-        for (auto& [key, value] : m_pending)
-            current.dict()->set(key, value);
-        ok = writeFile(current);
-        if (ok)
-            m_pending.clear();
+    TwPlistDocument document = loadDocument(path, !m_pending.empty());
+    if (m_pending.empty()) {
+        m_cache = document.toValue();
+        return true;
     }
-    m_cache = current;
-    return ok;
+    std::vector<std::string> others;
+    for (const std::string& key : document.keys())
+        if (!m_pending.contains(key))
+            others.push_back(key);
+    for (auto& [key, update] : m_pending)
+        document.setValue(key, update(document.value(key)));
+    std::string xml = document.toXml();
+    // A value of another component that the XML cannot carry would come back changed: rather than
+    // rewrite it, keep the file as it is.
+    auto written = TwPlistDocument::parse(xml);
+    for (const std::string& key : others) {
+        if (!written || !written->sameValue(key, document)) {
+            OrvaLog(kOrvaLogError,
+                    "ERROR: preferences '%s': the key '%s' would not be saved as it was read; the file is "
+                    "kept and nothing is saved\n",
+                    path.c_str(), key.c_str());
+            return false;
+        }
+    }
+    if (!writeFile(xml))
+        return false;
+    m_pending.clear();
+    m_cache = document.toValue();
+    return true;
 }

@@ -3,11 +3,15 @@
 // Reads come from a cache loaded on first use; writes are kept until synchronize(), which takes
 // the domain's lock, reads what is on disk now, lays the pending writes over it and replaces the
 // file atomically. So a key saved meanwhile by another process or another model survives, and a
-// crash leaves the old file or the new one. On macOS the platform's preferences are used instead.
+// crash leaves the old file or the new one. Keys of other components are written back exactly as
+// the plist library read them; if one of them would not read back the same, nothing is saved. A
+// list that several processes change (the profiles) is saved with updateValue, which merges under
+// the lock. On macOS the platform's preferences are used instead.
 #pragma once
 
 #include "TwValue.h"
 
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
@@ -27,6 +31,10 @@ public:
     TwValue copyValue(const std::string& key);
     // A null value removes the key.
     void setValue(const std::string& key, const TwValue& value);
+    // Computes the key's new value from the one saved when synchronize() saves, under the domain's
+    // lock, after the writes and updates of the key made before; a null result removes the key.
+    using Update = std::function<TwValue(const TwValue& saved)>;
+    void updateValue(const std::string& key, Update update);
     // Writes pending changes and reloads; false when nothing could be written.
     bool synchronize();
 
@@ -34,12 +42,11 @@ public:
     static void setChunkWrittenHook(void (*hook)());
 
 private:
-    TwValue loadFile(bool keepBrokenAside);
-    bool writeFile(const TwValue& values);
+    bool writeFile(const std::string& xml);
 
     std::string m_domain;
     std::string m_directory;
     std::mutex m_mutex;
     TwValue m_cache;
-    std::map<std::string, TwValue> m_pending;
+    std::map<std::string, Update> m_pending;
 };

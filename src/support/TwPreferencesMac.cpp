@@ -154,6 +154,16 @@ void TwPreferences::setValue(const std::string& key, const TwValue& value) {
                           kCFPreferencesCurrentUser, kCFPreferencesCurrentHost);
 }
 
+void TwPreferences::updateValue(const std::string& key, Update update) {
+    if (m_domain.empty() || !update)
+        return;
+    // The platform merges per key; the latest saved value is read first.
+    CFHolder app{makeString(m_domain)};
+    CFPreferencesSynchronize(static_cast<CFStringRef>(app.get()), kCFPreferencesCurrentUser,
+                             kCFPreferencesCurrentHost);
+    setValue(key, update(copyValue(key)));
+}
+
 bool TwPreferences::synchronize() {
     if (m_domain.empty())
         return false;

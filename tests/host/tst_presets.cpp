@@ -216,7 +216,8 @@ private slots:
         }
         auto ui = start();
         QCOMPARE(ui->model()->customGammaNamesWithColor(true), std::vector<std::string>{"Warm"});
-        QVERIFY(ui->model()->CustomGammas().dict()->value("Color").isEqual(ui->model()->customGammasWithColor(true)));
+        QVERIFY(ui->model()->CustomGammas().dict()->value("Color").isEqual(
+            ui->model()->customGammasWithColor(true)));
         QVERIFY(ui->model()->customGammaNamesWithColor(false).empty());
         TwValue warm = ui->model()->customGamme("Warm", true); // the second save merged into the first
         QVERIFY(warm.dict()->value("Red").isArray() && warm.dict()->value("Blue").intValue() == 3);
@@ -264,6 +265,25 @@ private slots:
                     ->back()
                     .stringValue()
                     .starts_with("Card - 55.0 x 91.0 mm"));
+    }
+
+    // Two processes (two models with preferences of their own) add profiles in turn, each from the
+    // list it read at its start: none of either side's is lost, and a deletion made by one stays
+    // although the other still had the profile.
+    void twoProcessesAddingProfilesKeepAll() {
+        auto first = start();
+        auto second = start();
+        for (int i = 0; i < 20; ++i) {
+            first->model()->AddCustomProfile("First " + std::to_string(i));
+            second->model()->AddCustomProfile("Second " + std::to_string(i));
+        }
+        first->model()->deleteCustomProfile("Second 3");
+        second->model()->AddCustomProfile("Second 20");
+        auto names = profileNames(*start()->model());
+        QCOMPARE(names.size(), std::size_t(1 + 20 + 20));
+        QVERIFY(std::count(names.begin(), names.end(), "First 19") == 1);
+        QVERIFY(std::count(names.begin(), names.end(), "Second 20") == 1);
+        QVERIFY(std::count(names.begin(), names.end(), "Second 3") == 0);
     }
 
     void marginsAreClampedAndDefaulted_data() {

@@ -4,6 +4,8 @@
 #include "TwPlist.h"
 #include "TwPreferences.h"
 
+#include <plist/plist.h>
+
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -97,6 +99,66 @@ private slots:
         TwPreferences prefs(kDomain, dir.path().toStdString());
         QCOMPARE(prefs.copyValue("key0").intValue(), rounds);
         QCOMPARE(prefs.copyValue("key1").intValue(), rounds);
+    }
+
+    // The domain may hold keys of other components: a save writes them back with the same types and
+    // values at any depth, an unsigned 64-bit number and a nesting far past 256 levels included.
+    void keysOfOthersSurviveASave() {
+        QTemporaryDir dir;
+        QString file = dir.path() + "/" + QString::fromStdString(kDomain) + ".plist";
+        std::string deep;
+        for (int i = 0; i < 300; ++i)
+            deep += "<dict><key>k</key>";
+        deep += "<string>bottom</string>";
+        for (int i = 0; i < 300; ++i)
+            deep += "</dict>";
+        QFile out(file);
+        QVERIFY(out.open(QIODevice::WriteOnly));
+        out.write(QByteArray::fromStdString(
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
+            "<key>big</key><integer>18446744073709551615</integer><key>negative</key><integer>-5</integer>"
+            "<key>real</key><real>0.1</real><key>date</key><date>2001-02-03T04:05:06Z</date>"
+            "<key>data</key><data>AAEC</data><key>deep</key>" +
+            deep + "</dict></plist>"));
+        out.close();
+        auto before = TwPlistDocument::readFile(file.toStdString());
+        QVERIFY(before);
+
+        TwPreferences prefs(kDomain, dir.path().toStdString());
+        prefs.setValue("profiles", TwValue::array({TwValue::dictionary({{"ProfileName", "Office"}})}));
+        QVERIFY(prefs.synchronize());
+        auto after = TwPlistDocument::readFile(file.toStdString());
+        QVERIFY(after);
+        for (const char* key : {"big", "negative", "real", "date", "data", "deep"})
+            QVERIFY2(after->sameValue(key, *before), key);
+        QCOMPARE(after->value("profiles").list()->size(), std::size_t(1));
+    }
+
+    // A binary list may hold what this module's XML cannot carry (a date with a fraction of a
+    // second): the file is kept as it is and the save refused.
+    void aValueThatCannotBeWrittenKeepsTheFile() {
+        QTemporaryDir dir;
+        QString file = dir.path() + "/" + QString::fromStdString(kDomain) + ".plist";
+        plist_t root = plist_new_dict();
+        plist_dict_set_item(root, "other", plist_new_date(100, 500000));
+        char* bytes = nullptr;
+        std::uint32_t length = 0;
+        plist_to_bin(root, &bytes, &length);
+        const QByteArray original(bytes, length);
+        plist_to_bin_free(bytes);
+        plist_free(root);
+        QFile out(file);
+        QVERIFY(out.open(QIODevice::WriteOnly));
+        out.write(original);
+        out.close();
+
+        TwPreferences prefs(kDomain, dir.path().toStdString());
+        prefs.setValue("Runned", 1);
+        QVERIFY(!prefs.synchronize());
+        QFile in(file);
+        QVERIFY(in.open(QIODevice::ReadOnly));
+        QCOMPARE(in.readAll(), original);
+        QCOMPARE(prefs.copyValue("Runned").intValue(), 1); // still this process's value
     }
 
     void unreadableFileIsKeptAsideBeforeTheNextSave_data() {
