@@ -16,7 +16,6 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
-#include <QInputDialog>
 #include <QPushButton>
 
 #include <cstdlib>
@@ -61,6 +60,7 @@ TwainDialogController::~TwainDialogController() {
         delete m_window;
     }
     delete m_dlgScanning;
+    delete m_dlgSaveSetting;
     DSHelpBookName.clear();
     pfCallback = nullptr;
     _dialogData.reset();
@@ -77,15 +77,38 @@ TwDlgMain* TwainDialogController::window() {
         }
         m_window = new TwDlgMain;
         m_window->setWindowController(this);
-        // Texts the data source's string table gives for the buttons that name a key.
-        for (auto* button : m_window->findChildren<QPushButton*>()) {
-            auto text =
-                TwLookupString(dataSourceBundle(), button->property("textKey").toString().toStdString());
-            if (text && !text->empty())
-                button->setText(qs(*text));
-        }
+        applyButtonTextKeys(m_window);
     }
     return m_window;
+}
+
+void TwainDialogController::applyButtonTextKeys(QWidget* root) {
+    for (auto* button : root->findChildren<QPushButton*>()) {
+        const QString key = button->property("textKey").toString();
+        if (key.isEmpty())
+            continue;
+        auto text = TwLookupString(dataSourceBundle(), key.toStdString());
+        if (text && !text->empty())
+            button->setText(qs(*text));
+    }
+}
+
+template <class Panel> Panel* TwainDialogController::makePanel() {
+    if (!QCoreApplication::instance()) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: no application, no panel\n", "TwainDialogController::makePanel");
+        return nullptr;
+    }
+    // Over the main window, and gone with it.
+    auto* panel = new Panel(m_window);
+    panel->setWindowController(this);
+    applyButtonTextKeys(panel);
+    return panel;
+}
+
+TwDlgSaveSetting* TwainDialogController::dlgSaveSetting() {
+    if (!m_dlgSaveSetting)
+        m_dlgSaveSetting = makePanel<TwDlgSaveSetting>();
+    return m_dlgSaveSetting;
 }
 
 void TwainDialogController::showWindow() {
@@ -266,20 +289,6 @@ void TwainDialogController::onDefault() {
     _dialogData->resetCustomize();
 }
 
-std::optional<QString> TwainDialogController::promptForName(const QStringList& names) {
-    if (m_namePrompt)
-        return m_namePrompt(names);
-    QInputDialog dialog(m_window);
-    dialog.setWindowTitle(localizedString(QStringLiteral("IDS_CAPTION_SAVESETTING")));
-    dialog.setLabelText(localizedString(QStringLiteral("IDS_TITLE_SETTING_NAME")));
-    dialog.setComboBoxEditable(true);
-    dialog.setComboBoxItems(names);
-    dialog.setTextValue(QString());
-    if (dialog.exec() != QDialog::Accepted)
-        return std::nullopt;
-    return dialog.textValue();
-}
-
 void TwainDialogController::onSaveSetting() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onSaveSetting");
     if (!commitEditing() || !_dialogData)
@@ -292,10 +301,16 @@ void TwainDialogController::onSaveSetting() {
             names << (name.isString() ? qs(*name.str()) : qs(name.description()));
         }
     }
-    auto entered = promptForName(names);
-    if (!entered)
+    TwDlgSaveSetting* dialog = dlgSaveSetting();
+    if (!dialog)
         return;
-    QString name = entered->trimmed();
+    dialog->setType(TwDlgSaveSetting::SettingName);
+    dialog->setCheckOverwrite(true);
+    dialog->setNameList(names);
+    dialog->setName(QString());
+    if (dialog->runModal() != 1)
+        return;
+    const QString name = dialog->name().trimmed();
     if (name.isEmpty()) {
         showMessageBox(localizedString(QStringLiteral("IDS_MSG_INPUT_NAME")), QString(), 0x20001);
         return;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "TwDlgMain.h"
+#include "TwDlgSaveSetting.h"
 #include "TwDlgScanning.h"
 #include "VmxUI.h"
 
@@ -56,6 +57,11 @@ public:
     void setIsModal(bool modal) { m_isModal = modal; }
     bool isModal() const { return m_isModal; }
     bool isNoStopScan() const { return m_isNoStopScan; }
+
+    // ---- Sub-dialogs, made on first use ----
+
+    // The name dialog for settings and custom gammas.
+    TwDlgSaveSetting* dlgSaveSetting();
 
     // ---- Button actions ----
 
@@ -117,10 +123,6 @@ public:
     // Opens the help page; the default is QDesktopServices::openUrl.
     using UrlOpener = std::function<bool(const QUrl&)>;
     static void setUrlOpener(UrlOpener opener);
-    // Asks for a setting name among the existing ones; nothing when the user cancels. The default
-    // is a QInputDialog until the setting-name dialog exists.
-    using NamePrompt = std::function<std::optional<QString>(const QStringList& names)>;
-    void setNamePrompt(NamePrompt prompt) { m_namePrompt = std::move(prompt); }
     // Where the help books are looked for first.
     static void setHelpRoot(const QString& folder);
 
@@ -128,10 +130,14 @@ private:
     bool commitEditing();
     std::uint16_t sendEvent(std::uint16_t event, void* data);
     void logBundleVersion();
-    std::optional<QString> promptForName(const QStringList& names);
+    // A new sub-dialog of the controller, over the main window when there is one.
+    template <class Panel> Panel* makePanel();
+    // Button titles the data source's string table gives for the buttons that name a key.
+    void applyButtonTextKeys(QWidget* root);
 
     QPointer<TwDlgMain> m_window;
     QPointer<TwDlgScanning> m_dlgScanning;
+    QPointer<TwDlgSaveSetting> m_dlgSaveSetting;
     QString DSHelpBookName;
     VmxUICallback pfCallback = nullptr;
     bool UiOnly = false;
@@ -140,5 +146,4 @@ private:
     std::shared_ptr<TwainDialogData> _dialogData;
     TwModelDefFile* _ModelDef = nullptr;
     QString m_modelName;
-    NamePrompt m_namePrompt;
 };

@@ -1,6 +1,7 @@
 #include "TwFormCatalog.h"
 
 #include "ui_TwDlgMain.h"
+#include "ui_TwDlgSaveSetting.h"
 #include "ui_TwainViewArea.h"
 #include "ui_TwainViewBasic.h"
 #include "ui_TwainViewBinaryImage.h"
@@ -41,8 +42,8 @@ struct Entry {
     QWidget* (*create)(QWidget*);
 };
 
-// Tabs in the order the main panel shows them, the two that take no part last, then the panel.
-const std::array<Entry, 12> kForms{{
+// Tabs in the order the main panel shows them, the two that take no part last, then the panels.
+const std::array<Entry, 13> kForms{{
     {"TwainViewBasic", &make<Ui::TwainViewBasic>},
     {"TwainViewCommon", &make<Ui::TwainViewCommon>},
     {"TwainViewLayout", &make<Ui::TwainViewLayout>},
@@ -55,6 +56,7 @@ const std::array<Entry, 12> kForms{{
     {"TwainViewImprinter", &make<Ui::TwainViewImprinter>},
     {"TwainViewPatchCode", &make<Ui::TwainViewPatchCode>},
     {"TwDlgMain", &make<Ui::TwDlgMain, QDialog>},
+    {"TwDlgSaveSetting", &make<Ui::TwDlgSaveSetting, QDialog>},
 }};
 
 // QLineEdit keeps this much space between its frame and the text.

@@ -6,6 +6,7 @@
 #include "SampleModelDef.h"
 #include "TwApplication.h"
 #include "TwDlgMain.h"
+#include "TwDlgSaveSetting.h"
 #include "TwDlgScanning.h"
 #include "TwEditCommit.h"
 #include "TwMessageBox.h"
@@ -19,7 +20,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QInputDialog>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
@@ -153,7 +153,9 @@ private slots:
 
     void init() {
         // Every case starts with no saved settings.
-        QDir(QString::fromLocal8Bit(qgetenv("XDG_CONFIG_HOME"))).removeRecursively();
+        // Only the test's own folder: outside CTest there is none, and the working folder must stay.
+        if (const QString folder = QString::fromLocal8Bit(qgetenv("XDG_CONFIG_HOME")); !folder.isEmpty())
+            QDir(folder).removeRecursively();
         root.dict()->value("UIControl").dict()->set("MainDialog", mainDialog.deepCopy());
         g_events.clear();
         g_prescanImages = {};
@@ -324,9 +326,9 @@ private slots:
         width->selectAll();
         QTest::keyClicks(width, QStringLiteral("9999")); // wider than any paper
         bool prompted = false;
-        ui->controllerIfMade()->setNamePrompt([&](const QStringList&) -> std::optional<QString> {
+        auto nameDialog = whenModal<TwDlgSaveSetting>([&](TwDlgSaveSetting* d) {
             prompted = true;
-            return QStringLiteral("Never");
+            d->onCancel();
         });
         QTest::mouseClick(w->btnOK(), Qt::LeftButton);
         ui->controllerIfMade()->onStart();
@@ -377,65 +379,6 @@ private slots:
     }
 
     // ---- Settings ----
-
-    // A new name is added and selected; a blank one and a fifty-first are refused with a box;
-    // an existing name in another case is saved over.
-    void savingASetting() {
-        useRecordedBoxes();
-        auto ui = shown();
-        auto* c = ui->controllerIfMade();
-        auto* model = ui->model().get();
-        QString name;
-        QStringList offered;
-        c->setNamePrompt([&](const QStringList& names) -> std::optional<QString> {
-            offered = names;
-            return name;
-        });
-        const int before = model->ProfileCount();
-        name = QStringLiteral("  Letters 300  ");
-        QTest::mouseClick(window(*ui)->btnSave(), Qt::LeftButton);
-        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Letters 300"));
-        QCOMPARE(offered.size(), before);
-        QVERIFY(stored("profiles").list());
-
-        name = QStringLiteral("   ");
-        c->onSaveSetting();
-        QCOMPARE(model->ProfileCount(), before + 1);
-        QCOMPARE(boxes.size(), std::size_t(1));
-        QCOMPARE(boxes[0].message, QStringLiteral("Please enter a name."));
-        QCOMPARE(boxes[0].messageType, 0x20001u);
-
-        for (int i = model->ProfileCount(); i < 50; ++i)
-            model->AddCustomProfile("Setting " + std::to_string(i));
-        name = QStringLiteral("One too many");
-        c->onSaveSetting();
-        QVERIFY(!model->IsProfileExist("One too many"));
-        QCOMPARE(boxes.size(), std::size_t(2));
-        QVERIFY(boxes[1].message.startsWith(QStringLiteral("No more items can be saved")));
-        name = QStringLiteral("setting 7");
-        c->onSaveSetting();
-        QCOMPARE(boxes.size(), std::size_t(2));
-        QCOMPARE(model->ProfileCount(), 50);
-        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("setting 7"));
-        ui->hideUi();
-    }
-
-    void theNamePromptIsAnInputDialog() {
-        auto ui = shown();
-        auto timer = whenModal<QInputDialog>([](QInputDialog* d) {
-            d->setTextValue(QStringLiteral("From the prompt"));
-            d->accept();
-        });
-        ui->controllerIfMade()->onSaveSetting();
-        QVERIFY(ui->model()->IsProfileExist("From the prompt"));
-        auto cancel = whenModal<QInputDialog>([](QInputDialog* d) {
-            d->setTextValue(QStringLiteral("Never"));
-            d->reject();
-        });
-        ui->controllerIfMade()->onSaveSetting();
-        QVERIFY(!ui->model()->IsProfileExist("Never"));
-        ui->hideUi();
-    }
 
     // The untitled setting cannot be deleted; another is deleted once the user says OK.
     void deletingASetting() {

@@ -99,6 +99,8 @@ push: btnOK btnSave btnDelete btnStart btnDefault btnPrescan btnCancel btnHelp b
          "btnOK=onOK btnCancel=onCancel btnStart=onStart btnPrescan=onPrescan btnDefault=onDefault "
          "btnSave=onSaveSetting btnDelete=onDeleteSetting btnHelp=onHelp btnAbout=onAbout "
          "btnCustomize=onCustomize"},
+        {"TwDlgSaveSetting", "", "text: labTitle\ncombo: cmbNames\npush: btnOK btnCancel",
+         "btnOK=onOK btnCancel=onCancel"},
     };
     return list;
 }
