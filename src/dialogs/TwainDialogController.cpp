@@ -4,7 +4,9 @@
 #include "OrvaDebug.h"
 #include "TwApplication.h"
 #include "TwBundle.h"
+#include "TwDlgCustomGamma.h"
 #include "TwDlgMain.h"
+#include "TwDlgPaperSize.h"
 #include "TwDlgScanning.h"
 #include "TwEditCommit.h"
 #include "TwMessageBox.h"
@@ -18,6 +20,7 @@
 #include <QFileInfo>
 #include <QPushButton>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -61,6 +64,8 @@ TwainDialogController::~TwainDialogController() {
     }
     delete m_dlgScanning;
     delete m_dlgSaveSetting;
+    delete m_dlgPaperSize;
+    delete m_dlgGamma;
     DSHelpBookName.clear();
     pfCallback = nullptr;
     _dialogData.reset();
@@ -109,6 +114,18 @@ TwDlgSaveSetting* TwainDialogController::dlgSaveSetting() {
     if (!m_dlgSaveSetting)
         m_dlgSaveSetting = makePanel<TwDlgSaveSetting>();
     return m_dlgSaveSetting;
+}
+
+TwDlgPaperSize* TwainDialogController::dlgPaperSize() {
+    if (!m_dlgPaperSize)
+        m_dlgPaperSize = makePanel<TwDlgPaperSize>();
+    return m_dlgPaperSize;
+}
+
+TwDlgCustomGamma* TwainDialogController::dlgGamma() {
+    if (!m_dlgGamma)
+        m_dlgGamma = makePanel<TwDlgCustomGamma>();
+    return m_dlgGamma;
 }
 
 void TwainDialogController::showWindow() {
@@ -351,8 +368,39 @@ void TwainDialogController::onCustomize() {
 }
 
 void TwainDialogController::onCustomPaperSize() {
-    OrvaLog(kOrvaLogInfo, "%s: the custom paper-size dialog is not part of this build\n",
-            "TwainDialogController::onCustomPaperSize");
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onCustomPaperSize");
+    TwDlgPaperSize* dialog = dlgPaperSize();
+    if (!dialog || !_dialogData)
+        return;
+    const TwSize before = _dialogData->GetCurrentPaperSize();
+    dialog->center();
+    dialog->runModal();
+
+    for (const char* key : {"content.PaperSizeAll", "content.PaperSizeAllPlusNone"})
+        _dialogData->willChangeValueForKey(key);
+    _dialogData->updateContentPaperSizeAll();
+    for (const char* key : {"content.PaperSizeAll", "content.PaperSizeAllPlusNone"})
+        _dialogData->didChangeValueForKey(key);
+
+    // The newest paper added that still exists becomes the selection.
+    const QStringList& added = dialog->addedPaperSize();
+    auto known = std::find_if(added.begin(), added.end(), [this](const QString& name) {
+        return _dialogData->customPaperExist(TwValue(name.toStdString()));
+    });
+    if (known != added.end()) {
+        _dialogData->willChangeValueForKey("Data.PaperSize");
+        _dialogData->setValueForKeyPath(TwValue(known->toStdString()), "Data.PaperSize");
+        _dialogData->didChangeValueForKey("Data.PaperSize");
+    } else {
+        // A custom paper that was deleted gives way to the standard paper of the model's rules.
+        _dialogData->validatePaperValues();
+    }
+
+    const TwSize after = _dialogData->GetCurrentPaperSize();
+    if (after.width != before.width || after.length != before.length) {
+        closePreview();
+        _dialogData->AdjustLandscapeEnableAndArea();
+    }
 }
 
 void TwainDialogController::onDoubleExposure() {
@@ -375,8 +423,24 @@ void TwainDialogController::onCustomGamma(QObject* sender) {
     int tag = button->property("tag").toInt(&ok);
     if (!ok || tag < 0 || tag > 2)
         return;
-    OrvaLog(kOrvaLogInfo, "%s: the custom gamma dialog for %s is not part of this build\n",
-            "TwainDialogController::onCustomGamma", keyPaths[tag]);
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "TwainDialogController::onCustomGamma", keyPaths[tag]);
+    TwDlgCustomGamma* dialog = dlgGamma();
+    if (!dialog || !_dialogData)
+        return;
+    const std::string keyPath = keyPaths[tag];
+    dialog->setIsColor(tag == 2);
+    const TwValue current = _dialogData->valueForKeyPath(keyPath);
+    dialog->setCurrentGammaName(current.isString() ? std::optional<QString>(qs(*current.str()))
+                                                   : std::nullopt);
+    closePreview();
+    dialog->center();
+    dialog->runModal();
+    if (auto name = dialog->currentGammaName()) {
+        _dialogData->willChangeValueForKey(keyPath);
+        _dialogData->setValueForKeyPath(TwValue(name->toStdString()), keyPath);
+        _dialogData->didChangeValueForKey(keyPath);
+        _dialogData->validateGammaValues();
+    }
 }
 
 void TwainDialogController::onHelp() {

@@ -21,6 +21,8 @@
 #include <optional>
 
 class TwBundle;
+class TwDlgCustomGamma;
+class TwDlgPaperSize;
 class TwPanel;
 class TwainDialogData;
 class QWidget;
@@ -62,6 +64,9 @@ public:
 
     // The name dialog for settings and custom gammas.
     TwDlgSaveSetting* dlgSaveSetting();
+    // The custom paper-size and custom gamma editors.
+    TwDlgPaperSize* dlgPaperSize();
+    TwDlgCustomGamma* dlgGamma();
 
     // ---- Button actions ----
 
@@ -138,6 +143,8 @@ private:
     QPointer<TwDlgMain> m_window;
     QPointer<TwDlgScanning> m_dlgScanning;
     QPointer<TwDlgSaveSetting> m_dlgSaveSetting;
+    QPointer<TwDlgPaperSize> m_dlgPaperSize;
+    QPointer<TwDlgCustomGamma> m_dlgGamma;
     QString DSHelpBookName;
     VmxUICallback pfCallback = nullptr;
     bool UiOnly = false;

@@ -1,6 +1,8 @@
 #include "TwFormCatalog.h"
 
+#include "ui_TwDlgCustomGamma.h"
 #include "ui_TwDlgMain.h"
+#include "ui_TwDlgPaperSize.h"
 #include "ui_TwDlgSaveSetting.h"
 #include "ui_TwainViewArea.h"
 #include "ui_TwainViewBasic.h"
@@ -43,7 +45,7 @@ struct Entry {
 };
 
 // Tabs in the order the main panel shows them, the two that take no part last, then the panels.
-const std::array<Entry, 13> kForms{{
+const std::array<Entry, 15> kForms{{
     {"TwainViewBasic", &make<Ui::TwainViewBasic>},
     {"TwainViewCommon", &make<Ui::TwainViewCommon>},
     {"TwainViewLayout", &make<Ui::TwainViewLayout>},
@@ -57,6 +59,8 @@ const std::array<Entry, 13> kForms{{
     {"TwainViewPatchCode", &make<Ui::TwainViewPatchCode>},
     {"TwDlgMain", &make<Ui::TwDlgMain, QDialog>},
     {"TwDlgSaveSetting", &make<Ui::TwDlgSaveSetting, QDialog>},
+    {"TwDlgPaperSize", &make<Ui::TwDlgPaperSize, QDialog>},
+    {"TwDlgCustomGamma", &make<Ui::TwDlgCustomGamma, QDialog>},
 }};
 
 // QLineEdit keeps this much space between its frame and the text.
