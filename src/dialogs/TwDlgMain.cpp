@@ -15,8 +15,6 @@
 #include <exception>
 
 namespace {
-constexpr const char* kConnectedProperty = "twActionConnected";
-
 QString withoutPrefix(const QString& className) {
     return className.startsWith(QLatin1String("TwainView")) ? className.mid(9) : className;
 }
@@ -66,24 +64,6 @@ TwDlgMain::TwDlgMain(QWidget* parent) : TwPanel(parent), ui(std::make_unique<Ui:
 
 TwDlgMain::~TwDlgMain() {
     unbindViews();
-}
-
-void TwDlgMain::connectActions(QWidget* root) {
-    if (!root)
-        return;
-    auto buttons = root->findChildren<QAbstractButton*>();
-    if (auto* self = qobject_cast<QAbstractButton*>(root))
-        buttons.prepend(self);
-    for (QAbstractButton* button : buttons) {
-        QString action = button->property("action").toString();
-        if (action.isEmpty() || button->property(kConnectedProperty).toBool())
-            continue;
-        button->setProperty(kConnectedProperty, true);
-        connect(button, &QAbstractButton::clicked, this, [this, button, action] {
-            if (auto* controller = windowController())
-                controller->performAction(action, button);
-        });
-    }
 }
 
 QComboBox* TwDlgMain::cmbSettingNames() const {

@@ -56,10 +56,6 @@ public:
     // The identifiers of the tab pages now in the tab view, in order.
     QStringList tabIdentifiers() const;
 
-    // Sends every button with an "action" property below the panel to the controller; a button
-    // is connected once.
-    void connectActions(QWidget* root);
-
 private:
     struct Tab {
         QString identifier;

@@ -1,11 +1,18 @@
 #include "TwPanel.h"
 
 #include "OrvaDebug.h"
+#include "TwMessageBox.h"
 #include "TwResponderBinding.h"
+#include "TwStrings.h"
 #include "TwainDialogController.h"
 
+#include <QAbstractButton>
 #include <QCloseEvent>
 #include <QScreen>
+
+namespace {
+constexpr const char* kConnectedProperty = "twActionConnected";
+} // namespace
 
 TwPanel::TwPanel(QWidget* parent) : QDialog(parent) {}
 
@@ -126,6 +133,47 @@ void TwPanel::center() {
         QRect frame = frameGeometry();
         frame.moveCenter(s->availableGeometry().center());
         move(frame.topLeft());
+    }
+}
+
+QString TwPanel::localizedString(const QString& key) const {
+    if (m_controller)
+        return m_controller->localizedString(key);
+    return QString::fromStdString(TwLocalizedString(nullptr, key.toStdString()));
+}
+
+int TwPanel::showMessageBox(const QString& message, std::uint32_t messageType) {
+    if (m_controller)
+        return m_controller->showMessageBox(message, QString(), messageType);
+    auto setup = TwMessageBoxSetupFor(QString(), message, messageType, false, [](const char* key) {
+        return QString::fromStdString(TwLocalizedStringNoEmpty(nullptr, key));
+    });
+    return TwRunMessageBox(setup, this);
+}
+
+void TwPanel::connectActions(QWidget* root) {
+    if (!root)
+        return;
+    auto buttons = root->findChildren<QAbstractButton*>();
+    if (auto* self = qobject_cast<QAbstractButton*>(root))
+        buttons.prepend(self);
+    for (QAbstractButton* button : buttons) {
+        const QString action = button->property("action").toString();
+        if (action.isEmpty() || button->property(kConnectedProperty).toBool())
+            continue;
+        button->setProperty(kConnectedProperty, true);
+        connect(button, &QAbstractButton::clicked, this, [this, button, action] {
+            const QByteArray slot = action.toLatin1();
+            if (metaObject()->indexOfMethod(QByteArray(slot + "()").constData()) >= 0) {
+                QMetaObject::invokeMethod(this, slot.constData());
+                return;
+            }
+            if (auto* controller = windowController())
+                controller->performAction(action, button);
+            else
+                OrvaLog(kOrvaLogError, "ERROR: %s(%s): no controller for %s\n", "TwPanel::connectActions",
+                        className(), slot.constData());
+        });
     }
 }
 

@@ -3,13 +3,20 @@
 //
 // A panel ends its run by setting returnCode and closing itself; the close box and Escape close it
 // with the code it has (0 unless an action set it). runModal answers that code.
+//
+// The values a panel edits for itself (a name, a page order, margins) live in its own observable
+// store, ownValues(): its controls bind to that store through the panel's responder binding exactly
+// as they bind to the settings model, and the panel observes it where a change must do something.
 #pragma once
 
+#include "TwObservableValues.h"
 #include "TwObservation.h"
 
 #include <QDialog>
 #include <QPointer>
+#include <QString>
 
+#include <cstdint>
 #include <memory>
 
 class TwResponderBinding;
@@ -24,6 +31,9 @@ public:
 
     void setWindowController(TwainDialogController* controller);
     TwainDialogController* windowController() const;
+
+    // The panel's own values; bindings to it are made and undone with the panel's other bindings.
+    TwObservableValues& ownValues() { return m_ownValues; }
 
     int returnCode() const { return m_returnCode; }
     void setReturnCode(int code) { m_returnCode = code; }
@@ -50,6 +60,16 @@ public:
     // Centres the panel over the controller's main window.
     void center();
 
+    // The text of a string-table key through the controller (the data source's table first), or
+    // this module's own table when the panel has no controller.
+    QString localizedString(const QString& key) const;
+    // A message box with an empty title through the controller, or shown directly without one.
+    int showMessageBox(const QString& message, std::uint32_t messageType);
+    // Sends every button with an "action" property below root to that action when it is pressed:
+    // the panel's own slot of that name when it has one (onOK, onCancel), else the controller's
+    // action (onHelp, onScanCancel, ...). A button is connected once.
+    void connectActions(QWidget* root);
+
     void observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
                                 const TwKeyValueChange& change, void* context) override;
 
@@ -65,6 +85,8 @@ private:
     bool askShouldClose();
 
     QPointer<TwainDialogController> m_controller;
+    // Declared before the binding: the binding's observations of it are undone first.
+    TwObservableValues m_ownValues;
     std::unique_ptr<TwResponderBinding> m_responderBinding;
     int m_returnCode = 0;
     bool m_isRunModul = false;

@@ -4,7 +4,9 @@
 #include "OrvaDebug.h"
 #include "TwApplication.h"
 #include "TwBundle.h"
+#include "TwDlgCustomGamma.h"
 #include "TwDlgMain.h"
+#include "TwDlgPaperSize.h"
 #include "TwDlgScanning.h"
 #include "TwEditCommit.h"
 #include "TwMessageBox.h"
@@ -16,10 +18,10 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
-#include <QInputDialog>
 #include <QPushButton>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -70,6 +72,9 @@ TwainDialogController::~TwainDialogController() {
     }
     sessionPrescan = false;
     delete m_dlgScanning;
+    delete m_dlgSaveSetting;
+    delete m_dlgPaperSize;
+    delete m_dlgGamma;
     DSHelpBookName.clear();
     pfCallback = nullptr;
     _dialogData.reset();
@@ -86,15 +91,50 @@ TwDlgMain* TwainDialogController::window() {
         }
         m_window = new TwDlgMain;
         m_window->setWindowController(this);
-        // Texts the data source's string table gives for the buttons that name a key.
-        for (auto* button : m_window->findChildren<QPushButton*>()) {
-            auto text =
-                TwLookupString(dataSourceBundle(), button->property("textKey").toString().toStdString());
-            if (text && !text->empty())
-                button->setText(qs(*text));
-        }
+        applyButtonTextKeys(m_window);
     }
     return m_window;
+}
+
+void TwainDialogController::applyButtonTextKeys(QWidget* root) {
+    for (auto* button : root->findChildren<QPushButton*>()) {
+        const QString key = button->property("textKey").toString();
+        if (key.isEmpty())
+            continue;
+        auto text = TwLookupString(dataSourceBundle(), key.toStdString());
+        if (text && !text->empty())
+            button->setText(qs(*text));
+    }
+}
+
+template <class Panel> Panel* TwainDialogController::makePanel() {
+    if (!QCoreApplication::instance()) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: no application, no panel\n", "TwainDialogController::makePanel");
+        return nullptr;
+    }
+    // Over the main window, and gone with it.
+    auto* panel = new Panel(m_window);
+    panel->setWindowController(this);
+    applyButtonTextKeys(panel);
+    return panel;
+}
+
+TwDlgSaveSetting* TwainDialogController::dlgSaveSetting() {
+    if (!m_dlgSaveSetting)
+        m_dlgSaveSetting = makePanel<TwDlgSaveSetting>();
+    return m_dlgSaveSetting;
+}
+
+TwDlgPaperSize* TwainDialogController::dlgPaperSize() {
+    if (!m_dlgPaperSize)
+        m_dlgPaperSize = makePanel<TwDlgPaperSize>();
+    return m_dlgPaperSize;
+}
+
+TwDlgCustomGamma* TwainDialogController::dlgGamma() {
+    if (!m_dlgGamma)
+        m_dlgGamma = makePanel<TwDlgCustomGamma>();
+    return m_dlgGamma;
 }
 
 void TwainDialogController::showWindow() {
@@ -290,20 +330,6 @@ void TwainDialogController::onDefault() {
     _dialogData->resetCustomize();
 }
 
-std::optional<QString> TwainDialogController::promptForName(const QStringList& names) {
-    if (m_namePrompt)
-        return m_namePrompt(names);
-    QInputDialog dialog(m_window);
-    dialog.setWindowTitle(localizedString(QStringLiteral("IDS_CAPTION_SAVESETTING")));
-    dialog.setLabelText(localizedString(QStringLiteral("IDS_TITLE_SETTING_NAME")));
-    dialog.setComboBoxEditable(true);
-    dialog.setComboBoxItems(names);
-    dialog.setTextValue(QString());
-    if (dialog.exec() != QDialog::Accepted)
-        return std::nullopt;
-    return dialog.textValue();
-}
-
 void TwainDialogController::onSaveSetting() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onSaveSetting");
     if (!commitEditing() || !_dialogData)
@@ -316,10 +342,16 @@ void TwainDialogController::onSaveSetting() {
             names << (name.isString() ? qs(*name.str()) : qs(name.description()));
         }
     }
-    auto entered = promptForName(names);
-    if (!entered)
+    TwDlgSaveSetting* dialog = dlgSaveSetting();
+    if (!dialog)
         return;
-    QString name = entered->trimmed();
+    dialog->setType(TwDlgSaveSetting::SettingName);
+    dialog->setCheckOverwrite(true);
+    dialog->setNameList(names);
+    dialog->setName(QString());
+    if (dialog->runModal() != 1)
+        return;
+    const QString name = dialog->name().trimmed();
     if (name.isEmpty()) {
         showMessageBox(localizedString(QStringLiteral("IDS_MSG_INPUT_NAME")), QString(), 0x20001);
         return;
@@ -360,8 +392,39 @@ void TwainDialogController::onCustomize() {
 }
 
 void TwainDialogController::onCustomPaperSize() {
-    OrvaLog(kOrvaLogInfo, "%s: the custom paper-size dialog is not part of this build\n",
-            "TwainDialogController::onCustomPaperSize");
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onCustomPaperSize");
+    TwDlgPaperSize* dialog = dlgPaperSize();
+    if (!dialog || !_dialogData)
+        return;
+    const TwSize before = _dialogData->GetCurrentPaperSize();
+    dialog->center();
+    dialog->runModal();
+
+    for (const char* key : {"content.PaperSizeAll", "content.PaperSizeAllPlusNone"})
+        _dialogData->willChangeValueForKey(key);
+    _dialogData->updateContentPaperSizeAll();
+    for (const char* key : {"content.PaperSizeAll", "content.PaperSizeAllPlusNone"})
+        _dialogData->didChangeValueForKey(key);
+
+    // The newest paper added that still exists becomes the selection.
+    const QStringList& added = dialog->addedPaperSize();
+    auto known = std::find_if(added.begin(), added.end(), [this](const QString& name) {
+        return _dialogData->customPaperExist(TwValue(name.toStdString()));
+    });
+    if (known != added.end()) {
+        _dialogData->willChangeValueForKey("Data.PaperSize");
+        _dialogData->setValueForKeyPath(TwValue(known->toStdString()), "Data.PaperSize");
+        _dialogData->didChangeValueForKey("Data.PaperSize");
+    } else {
+        // A custom paper that was deleted gives way to the standard paper of the model's rules.
+        _dialogData->validatePaperValues();
+    }
+
+    const TwSize after = _dialogData->GetCurrentPaperSize();
+    if (after.width != before.width || after.length != before.length) {
+        closePreview();
+        _dialogData->AdjustLandscapeEnableAndArea();
+    }
 }
 
 void TwainDialogController::onDoubleExposure() {
@@ -384,8 +447,24 @@ void TwainDialogController::onCustomGamma(QObject* sender) {
     int tag = button->property("tag").toInt(&ok);
     if (!ok || tag < 0 || tag > 2)
         return;
-    OrvaLog(kOrvaLogInfo, "%s: the custom gamma dialog for %s is not part of this build\n",
-            "TwainDialogController::onCustomGamma", keyPaths[tag]);
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "TwainDialogController::onCustomGamma", keyPaths[tag]);
+    TwDlgCustomGamma* dialog = dlgGamma();
+    if (!dialog || !_dialogData)
+        return;
+    const std::string keyPath = keyPaths[tag];
+    dialog->setIsColor(tag == 2);
+    const TwValue current = _dialogData->valueForKeyPath(keyPath);
+    dialog->setCurrentGammaName(current.isString() ? std::optional<QString>(qs(*current.str()))
+                                                   : std::nullopt);
+    closePreview();
+    dialog->center();
+    dialog->runModal();
+    if (auto name = dialog->currentGammaName()) {
+        _dialogData->willChangeValueForKey(keyPath);
+        _dialogData->setValueForKeyPath(TwValue(name->toStdString()), keyPath);
+        _dialogData->didChangeValueForKey(keyPath);
+        _dialogData->validateGammaValues();
+    }
 }
 
 void TwainDialogController::onHelp() {

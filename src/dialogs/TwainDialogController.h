@@ -4,6 +4,7 @@
 #pragma once
 
 #include "TwDlgMain.h"
+#include "TwDlgSaveSetting.h"
 #include "TwDlgScanning.h"
 #include "TwPreviewPanel.h"
 #include "VmxUI.h"
@@ -21,6 +22,8 @@
 #include <optional>
 
 class TwBundle;
+class TwDlgCustomGamma;
+class TwDlgPaperSize;
 class TwPanel;
 class TwainDialogData;
 class QTimer;
@@ -58,6 +61,14 @@ public:
     void setIsModal(bool modal) { m_isModal = modal; }
     bool isModal() const { return m_isModal; }
     bool isNoStopScan() const { return m_isNoStopScan; }
+
+    // ---- Sub-dialogs, made on first use ----
+
+    // The name dialog for settings and custom gammas.
+    TwDlgSaveSetting* dlgSaveSetting();
+    // The custom paper-size and custom gamma editors.
+    TwDlgPaperSize* dlgPaperSize();
+    TwDlgCustomGamma* dlgGamma();
 
     // ---- Button actions ----
 
@@ -129,10 +140,6 @@ public:
     // Opens the help page; the default is QDesktopServices::openUrl.
     using UrlOpener = std::function<bool(const QUrl&)>;
     static void setUrlOpener(UrlOpener opener);
-    // Asks for a setting name among the existing ones; nothing when the user cancels. The default
-    // is a QInputDialog until the setting-name dialog exists.
-    using NamePrompt = std::function<std::optional<QString>(const QStringList& names)>;
-    void setNamePrompt(NamePrompt prompt) { m_namePrompt = std::move(prompt); }
     // Where the help books are looked for first.
     static void setHelpRoot(const QString& folder);
 
@@ -140,7 +147,10 @@ private:
     bool commitEditing();
     std::uint16_t sendEvent(std::uint16_t event, void* data);
     void logBundleVersion();
-    std::optional<QString> promptForName(const QStringList& names);
+    // A new sub-dialog of the controller, over the main window when there is one.
+    template <class Panel> Panel* makePanel();
+    // Button titles the data source's string table gives for the buttons that name a key.
+    void applyButtonTextKeys(QWidget* root);
 
     TwPreviewPanel* previewPanel();
     void placePreview(TwPreviewPanel* preview);
@@ -151,6 +161,9 @@ private:
     bool sessionPrescan = false;
     QTimer* m_prescanSessionTimer;
     QPointer<TwDlgScanning> m_dlgScanning;
+    QPointer<TwDlgSaveSetting> m_dlgSaveSetting;
+    QPointer<TwDlgPaperSize> m_dlgPaperSize;
+    QPointer<TwDlgCustomGamma> m_dlgGamma;
     QString DSHelpBookName;
     VmxUICallback pfCallback = nullptr;
     bool UiOnly = false;
@@ -159,5 +172,4 @@ private:
     std::shared_ptr<TwainDialogData> _dialogData;
     TwModelDefFile* _ModelDef = nullptr;
     QString m_modelName;
-    NamePrompt m_namePrompt;
 };

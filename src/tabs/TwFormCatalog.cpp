@@ -1,6 +1,9 @@
 #include "TwFormCatalog.h"
 
+#include "ui_TwDlgCustomGamma.h"
 #include "ui_TwDlgMain.h"
+#include "ui_TwDlgPaperSize.h"
+#include "ui_TwDlgSaveSetting.h"
 #include "ui_TwainViewArea.h"
 #include "ui_TwainViewBasic.h"
 #include "ui_TwainViewBinaryImage.h"
@@ -41,8 +44,8 @@ struct Entry {
     QWidget* (*create)(QWidget*);
 };
 
-// Tabs in the order the main panel shows them, the two that take no part last, then the panel.
-const std::array<Entry, 12> kForms{{
+// Tabs in the order the main panel shows them, the two that take no part last, then the panels.
+const std::array<Entry, 15> kForms{{
     {"TwainViewBasic", &make<Ui::TwainViewBasic>},
     {"TwainViewCommon", &make<Ui::TwainViewCommon>},
     {"TwainViewLayout", &make<Ui::TwainViewLayout>},
@@ -55,6 +58,9 @@ const std::array<Entry, 12> kForms{{
     {"TwainViewImprinter", &make<Ui::TwainViewImprinter>},
     {"TwainViewPatchCode", &make<Ui::TwainViewPatchCode>},
     {"TwDlgMain", &make<Ui::TwDlgMain, QDialog>},
+    {"TwDlgSaveSetting", &make<Ui::TwDlgSaveSetting, QDialog>},
+    {"TwDlgPaperSize", &make<Ui::TwDlgPaperSize, QDialog>},
+    {"TwDlgCustomGamma", &make<Ui::TwDlgCustomGamma, QDialog>},
 }};
 
 // QLineEdit keeps this much space between its frame and the text.

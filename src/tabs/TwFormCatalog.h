@@ -1,5 +1,6 @@
-// The Designer forms of the settings dialog: one per setting tab and the main panel. The catalog
-// makes any of them by class name, so the main panel and the tests need no list of their own.
+// The Designer forms of the settings dialog: one per setting tab, the main panel and the other
+// panels. The catalog makes any of them by class name, so the main panel and the tests need no list
+// of their own.
 #pragma once
 
 #include <QString>
@@ -9,9 +10,9 @@ class QWidget;
 
 class TwFormCatalog {
 public:
-    // Every form's class name: the setting tabs, then the main panel "TwDlgMain".
+    // Every form's class name: the setting tabs, then the main panel "TwDlgMain", then the others.
     static QStringList classNames();
-    // A new widget with the named form set up on it (the main panel is a QDialog), or null for a
+    // A new widget with the named form set up on it (the panels are QDialogs), or null for a
     // name the catalog does not know.
     static QWidget* create(const QString& className, QWidget* parent = nullptr);
     // What the forms ask of their widgets through dynamic properties, kept up as things change:

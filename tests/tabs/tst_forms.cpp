@@ -99,6 +99,24 @@ push: btnOK btnSave btnDelete btnStart btnDefault btnPrescan btnCancel btnHelp b
          "btnOK=onOK btnCancel=onCancel btnStart=onStart btnPrescan=onPrescan btnDefault=onDefault "
          "btnSave=onSaveSetting btnDelete=onDeleteSetting btnHelp=onHelp btnAbout=onAbout "
          "btnCustomize=onCustomize"},
+        {"TwDlgSaveSetting", "", "text: labTitle\ncombo: cmbNames\npush: btnOK btnCancel",
+         "btnOK=onOK btnCancel=onCancel"},
+        {"TwDlgPaperSize", "", R"(tableview: tblPaperSize
+field: txtName txtWidth txtLength
+popup: cmbUnit
+text: labMutil labADFMinWidth labADFMinLength labADFMaxWidth labADFMaxLength
+text: labFlatMinWidth labFlatMinLength labFlatMaxWidth labFlatMaxLength
+push: btnSave btnDelete btnHelp btnClose)",
+         "btnSave=onSave btnDelete=onDelete btnHelp=onHelp btnClose=onClose"},
+        {"TwDlgCustomGamma", "", R"(combo: cmbSettingName
+push: btnSaveAs btnDelete btnClose
+slider: sldGammaRed sldGammaGreen sldGammaBlue sldClipBlack sldClipWhite
+field: txtGammaRed txtGammaGreen txtGammaBlue txtClipBlack txtClipWhite
+check: btnRGBLink
+text: labGammaRed labGammaGreen labGammaBlue labGammaMin labGammaMid labGammaMax
+curves: viewGamma
+sample: viewSample)",
+         "btnSaveAs=onSaveAs btnDelete=onDelete btnClose=onClose"},
     };
     return list;
 }
@@ -120,6 +138,9 @@ QString kindMismatch(QWidget* w, const QString& kind, int segments) {
         {"box", qobject_cast<QGroupBox*>(w) != nullptr},
         {"image", label && w->inherits("TwImageView") && label->text().isEmpty()},
         {"table", qobject_cast<QTableWidget*>(w) != nullptr},
+        {"tableview", qobject_cast<QTableView*>(w) && !qobject_cast<QTableWidget*>(w)},
+        {"curves", w->inherits("TwGammaTableView")},
+        {"sample", w->inherits("TwGammaSampleView")},
         {"tabs", qobject_cast<QTabWidget*>(w) != nullptr},
     };
     if (kind != QLatin1String("radio"))

@@ -1,0 +1,575 @@
+// The custom gamma editor: the tone tables, the slider and gamma scales, the link, converting the
+// sample picture (and refusing bitmaps it must not touch), the curves, loading presets, saving
+// them under names with the limit of 50, deleting, and what the tab's gamma becomes.
+#include "EditorTestSupport.h"
+#include "TwDlgCustomGamma.h"
+#include "TwDlgMain.h"
+#include "TwDlgSaveSetting.h"
+#include "TwEditCommit.h"
+#include "TwGammaTable.h"
+#include "TwGammaViews.h"
+#include "TwainView.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSlider>
+
+#include <algorithm>
+#include <cstring>
+
+using Levels = QList<int>;
+using Bytes = QByteArray;
+
+namespace {
+
+TwGammaTable tableOf(std::uint8_t black, std::uint8_t white, double gamma) {
+    TwGammaTable t;
+    makeGammaData(t, black, white, gamma);
+    return t;
+}
+
+// A BMP file: 14-byte file header, 40-byte info header claiming width x height at bitCount, a
+// palette for 8 bits, rows of the given bytes; extra bytes are added after the rows.
+Bytes bmpFile(int width, int height, int bitCount, const Bytes& rows, int extra = 0) {
+    Bytes info(40, '\0');
+    const std::uint32_t size = 40;
+    const std::uint16_t planes = 1, bits = std::uint16_t(bitCount);
+    std::memcpy(info.data(), &size, 4);
+    std::memcpy(info.data() + 4, &width, 4);
+    std::memcpy(info.data() + 8, &height, 4);
+    std::memcpy(info.data() + 12, &planes, 2);
+    std::memcpy(info.data() + 14, &bits, 2);
+    Bytes palette = bitCount <= 8 ? Bytes(4 << bitCount, '\x7f') : Bytes();
+    Bytes file(14, '\0');
+    file[0] = 'B';
+    file[1] = 'M';
+    return file + info + palette + rows + Bytes(extra, '\0');
+}
+
+// Tables that tell the channels apart: red inverts, green adds one, blue is constant 7.
+TwGammaTables markingTables() {
+    TwGammaTables t;
+    for (int i = 0; i < 256; ++i) {
+        t.red[std::size_t(i)] = std::uint8_t(255 - i);
+        t.green[std::size_t(i)] = std::uint8_t((i + 1) & 0xFF);
+        t.blue[std::size_t(i)] = 7;
+    }
+    return t;
+}
+
+} // namespace
+
+class TestCustomGamma : public QObject {
+    Q_OBJECT
+    SampleScanner scanner;
+    QStringList alerts;
+
+    static TwValue value(TwDlgCustomGamma* d, const char* key) { return d->ownValues().valueForKeyPath(key); }
+    static void setValue(TwDlgCustomGamma* d, const char* key, const TwValue& v) {
+        d->ownValues().setValueForKeyPath(v, key);
+    }
+    static TwValue colorPreset(double r, double g, double b, bool link, int black, int white) {
+        return TwValue::dictionary({{"Red", r},
+                                    {"Green", g},
+                                    {"Blue", b},
+                                    {"RGBLink", link},
+                                    {"ClipBlack", black},
+                                    {"ClipWhite", white}});
+    }
+
+private slots:
+    void initTestCase() { QVERIFY(scanner.load()); }
+    void init() {
+        scanner.reset();
+        TwSetFormatterAlert([this](QWidget*, const QString& message) { alerts << message; });
+        alerts.clear();
+    }
+    void cleanupTestCase() {
+        TwSetMessageBoxRunner({});
+        TwSetFormatterAlert({});
+    }
+
+    // ---- Tables and scales ----
+
+    void toneTables_data() {
+        QTest::addColumn<int>("black");
+        QTest::addColumn<int>("white");
+        QTest::addColumn<double>("gamma");
+        QTest::addColumn<Levels>("levels");
+        QTest::addColumn<Levels>("expected");
+        QTest::newRow("clip points equal")
+            << 10 << 10 << 1.0 << Levels{0, 9, 10, 11, 255} << Levels{0, 0, 0, 255, 255};
+        QTest::newRow("gamma 2 brightens")
+            << 0 << 255 << 2.0 << Levels{0, 64, 128, 255} << Levels{0, 127, 180, 255};
+        QTest::newRow("gamma 0.5 darkens") << 0 << 255 << 0.5 << Levels{0, 128, 255} << Levels{0, 64, 255};
+        QTest::newRow("clipped ends")
+            << 50 << 200 << 1.0 << Levels{0, 50, 125, 199, 200, 255} << Levels{0, 0, 127, 253, 255, 255};
+        QTest::newRow("white below black")
+            << 200 << 100 << 1.0 << Levels{0, 150, 200, 201, 255} << Levels{0, 0, 0, 0, 0};
+    }
+    void toneTables() {
+        QFETCH(int, black);
+        QFETCH(int, white);
+        QFETCH(double, gamma);
+        QFETCH(Levels, levels);
+        QFETCH(Levels, expected);
+        const TwGammaTable t = tableOf(std::uint8_t(black), std::uint8_t(white), gamma);
+        for (int i = 0; i < levels.size(); ++i)
+            QCOMPARE(int(t[std::size_t(levels[i])]), expected[i]);
+    }
+
+    void theNeutralTableIsTheIdentity() {
+        const TwGammaTable t = tableOf(0, 255, 1.0);
+        for (int i = 0; i < 256; ++i)
+            QCOMPARE(int(t[std::size_t(i)]), i);
+    }
+
+    void slidersAndGammas_data() {
+        QTest::addColumn<int>("position");
+        QTest::addColumn<double>("gamma");
+        QTest::addColumn<bool>("bothWays");
+        QTest::newRow("0") << 0 << 0.2 << true;
+        QTest::newRow("39") << 39 << 0.98 << true;
+        QTest::newRow("40") << 40 << 1.0 << true;
+        QTest::newRow("41") << 41 << 1.1 << true;
+        QTest::newRow("80") << 80 << 5.0 << true;
+        QTest::newRow("7.0 typed") << 80 << 7.0 << false;
+        QTest::newRow("0.1 typed") << 0 << 0.1 << false;
+        QTest::newRow("near 1.0") << 40 << 1.0009 << false;
+        QTest::newRow("1.23 typed") << 42 << 1.23 << false;
+        QTest::newRow("1.26 typed") << 43 << 1.26 << false;
+        QTest::newRow("0.5 typed") << 15 << 0.5 << false;
+    }
+    void slidersAndGammas() {
+        QFETCH(int, position);
+        QFETCH(double, gamma);
+        QFETCH(bool, bothWays);
+        QCOMPARE(TwSliderPositionFromGamma(gamma), position);
+        if (bothWays)
+            QCOMPARE(TwGammaFromSliderPosition(position), gamma);
+    }
+
+    // ---- Converting a picture ----
+
+    // 24-bit pixels go through blue, green, red; 8-bit ones through blue; the row padding, the
+    // palette and anything after the rows are left alone; other depths and lying headers are
+    // not touched at all.
+    void convertingAPicture_data() {
+        QTest::addColumn<Bytes>("file");
+        QTest::addColumn<bool>("converted");
+        QTest::addColumn<Bytes>("expected");
+        // Two rows of one 24-bit pixel (B, G, R) and a padding byte 0xEE.
+        const Bytes rows24("\x10\x20\x30\xee\x00\xff\x80\xee", 8);
+        const Bytes done24("\x07\x21\xcf\xee\x07\x00\x7f\xee", 8);
+        QTest::newRow("24 bits") << bmpFile(1, 2, 24, rows24, 3) << true << bmpFile(1, 2, 24, done24, 3);
+        const Bytes rows8("\x00\x05\xff\xee", 4);
+        QTest::newRow("8 bits") << bmpFile(3, 1, 8, rows8) << true
+                                << bmpFile(3, 1, 8, Bytes("\x07\x07\x07\xee", 4));
+        const Bytes rows1("\xa5\xee\xee\xee", 4);
+        QTest::newRow("1 bit") << bmpFile(8, 1, 1, rows1) << false << bmpFile(8, 1, 1, rows1);
+        const Bytes rows32(8, '\x40');
+        QTest::newRow("32 bits") << bmpFile(2, 1, 32, rows32) << false << bmpFile(2, 1, 32, rows32);
+        // Claims 100 rows where there are two.
+        QTest::newRow("lying height") << bmpFile(1, 100, 24, rows24) << false << bmpFile(1, 100, 24, rows24);
+        Bytes negative = bmpFile(1, 2, 24, rows24);
+        const std::int32_t up = -2;
+        std::memcpy(negative.data() + 14 + 8, &up, 4);
+        QTest::newRow("top-down height") << negative << false << negative;
+        const Bytes cut = bmpFile(1, 2, 24, rows24).left(60);
+        QTest::newRow("cut short") << cut << false << cut;
+        QTest::newRow("file header only") << Bytes(14, 'B') << false << Bytes(14, 'B');
+        QTest::newRow("empty") << Bytes() << false << Bytes();
+    }
+    void convertingAPicture() {
+        QFETCH(Bytes, file);
+        QFETCH(bool, converted);
+        QFETCH(Bytes, expected);
+        // Exactly the file's bytes on the heap, so that reading or writing past them shows.
+        std::vector<unsigned char> buffer(file.begin(), file.end());
+        QCOMPARE(gammaConvert(buffer.empty() ? nullptr : buffer.data(), buffer.size(), markingTables()),
+                 converted);
+        QCOMPARE(Bytes(reinterpret_cast<const char*>(buffer.data()), qsizetype(buffer.size())), expected);
+    }
+
+    // The module's sample is a 24-bit picture that the tables change, grey for monochrome presets.
+    void theSamplePicture() {
+        TwGammaSampleView view;
+        const Bytes original = view.sampleBytes();
+        QVERIFY(original.size() > 54);
+        QCOMPARE(int(original[28]), 24);
+        TwGammaTables identity{TwIdentityGammaTable(), TwIdentityGammaTable(), TwIdentityGammaTable()};
+        view.setTables(&identity);
+        const QImage plain = view.convertedImage();
+        QCOMPARE(plain, QImage::fromData(original, "BMP"));
+        const TwGammaTables marking = markingTables();
+        view.setTables(&marking);
+        const QImage marked = view.convertedImage();
+        const QPoint p(plain.width() / 3, plain.height() / 3);
+        QCOMPARE(qRed(marked.pixel(p)), 255 - qRed(plain.pixel(p)));
+        QCOMPARE(qBlue(marked.pixel(p)), 7);
+        QCOMPARE(view.sampleBytes(), original); // converted on a copy
+        view.setMonochrome(true);
+        QVERIFY(view.convertedImage().isGrayscale());
+        QVERIFY(!view.loadSample(QStringLiteral("/nonexistent/sample.bmp")));
+        QVERIFY(view.convertedImage().isNull());
+    }
+
+    // Where the three curves coincide they add up to grey or white; apart, each keeps its colour.
+    void theCurvesAddUp() {
+        TwGammaTableView view;
+        TwGammaTables tables{TwIdentityGammaTable(), TwIdentityGammaTable(), TwIdentityGammaTable()};
+        view.setTables(&tables);
+        const QSize size(260, 260);
+        // The lit pixels of the column of input level 128.
+        auto lit = [&](const QImage& image) {
+            QList<QRgb> pixels;
+            for (int y = 0; y < image.height(); ++y)
+                if (image.pixel(130, y) != qRgb(0, 0, 0))
+                    pixels << image.pixel(130, y);
+            return pixels;
+        };
+        QImage image = view.render(size);
+        QCOMPARE(image.pixel(0, 0), qRgb(0, 0, 0));
+        const QList<QRgb> together = lit(image);
+        QVERIFY(!together.isEmpty());
+        for (QRgb p : together)
+            QVERIFY(qRed(p) == qGreen(p) && qGreen(p) == qBlue(p));
+        QVERIFY(std::any_of(together.begin(), together.end(), [](QRgb p) { return qRed(p) > 100; }));
+
+        makeGammaData(tables.red, 0, 255, 0.2); // red far below green and blue
+        image = view.render(size);
+        bool red = false, cyan = false;
+        for (QRgb p : lit(image)) {
+            red = red || (qRed(p) > 100 && qGreen(p) == 0 && qBlue(p) == 0);
+            cyan = cyan || (qRed(p) == 0 && qGreen(p) > 100 && qGreen(p) == qBlue(p));
+        }
+        QVERIFY(red && cyan);
+    }
+
+    // ---- The dialog ----
+
+    // Sliders write gammas and typed gammas move sliders; a gamma out of range ends at the end of
+    // the scale; the tables follow every change, the clip points too.
+    void slidersFieldsAndTables() {
+        auto ui = scanner.facade();
+        auto* dialog = ui->controller()->dlgGamma();
+        dialog->setIsColor(true);
+        dialog->setCurrentGammaName(std::nullopt);
+        runWith(dialog, [&](TwDlgCustomGamma* d) {
+            QSlider* red = d->slider("sldGammaRed");
+            QCOMPARE(red->value(), 40);
+            red->triggerAction(QAbstractSlider::SliderSingleStepSub);
+            QCOMPARE(value(d, "fGammaRed").doubleValue(), 0.98);
+            QCOMPARE(d->field("txtGammaRed")->text(), QStringLiteral("0.98"));
+            QCOMPARE(int(d->gammaDataR()[128]), int(tableOf(0, 255, 0.98)[128]));
+            QCOMPARE(int(d->gammaDataG()[128]), 128);
+
+            QLineEdit* blue = d->field("txtGammaBlue");
+            blue->selectAll();
+            QTest::keyClicks(blue, QStringLiteral("1.1"));
+            QTest::keyClick(blue, Qt::Key_Return);
+            QCOMPARE(d->slider("sldGammaBlue")->value(), 41);
+            QCOMPARE(int(d->gammaDataB()[64]), int(tableOf(0, 255, 1.1)[64]));
+            blue->selectAll();
+            QTest::keyClicks(blue, QStringLiteral("7.0")); // refused by the field's range
+            QTest::keyClick(blue, Qt::Key_Return);
+            QCOMPARE(value(d, "fGammaBlue").doubleValue(), 1.1);
+
+            setValue(d, "fGammaGreen", 7.0);
+            QCOMPARE(d->slider("sldGammaGreen")->value(), 80);
+            QCOMPARE(value(d, "fGammaGreen").doubleValue(), 5.0);
+            setValue(d, "fGammaGreen", 0.1);
+            QCOMPARE(value(d, "nGammaGreen").intValue(), 0);
+            QCOMPARE(value(d, "fGammaGreen").doubleValue(), 0.2);
+
+            QLineEdit* black = d->field("txtClipBlack");
+            black->selectAll();
+            QTest::keyClicks(black, QStringLiteral("30"));
+            QTest::keyClick(black, Qt::Key_Return);
+            QCOMPARE(d->findChild<QSlider*>(QStringLiteral("sldClipBlack"))->value(), 30);
+            QCOMPARE(int(d->gammaDataR()[30]), 0);
+            QCOMPARE(int(d->gammaDataG()[31]), int(tableOf(30, 255, 0.2)[31]));
+            QVERIFY(d->isChanged());
+        });
+    }
+
+    // With the link on, red's slider moves green and blue and their controls are off; with it
+    // off again they are on and keep their values.
+    void theLink() {
+        auto ui = scanner.facade();
+        auto* dialog = ui->controller()->dlgGamma();
+        dialog->setIsColor(true);
+        runWith(dialog, [&](TwDlgCustomGamma* d) {
+            QSlider* green = d->slider("sldGammaGreen");
+            green->triggerAction(QAbstractSlider::SliderPageStepAdd);
+            QVERIFY(green->isEnabled());
+            d->btnRGBLink()->click();
+            QVERIFY(value(d, "RGBLink").boolValue());
+            QVERIFY(!green->isEnabled() && !d->field("txtGammaBlue")->isEnabled());
+            QCOMPARE(green->value(), 40); // red's
+            d->slider("sldGammaRed")->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+            QCOMPARE(value(d, "nGammaGreen").intValue(), 41);
+            QCOMPARE(value(d, "nGammaBlue").intValue(), 41);
+            QCOMPARE(value(d, "fGammaBlue").doubleValue(), 1.1);
+            QCOMPARE(QByteArray(reinterpret_cast<const char*>(d->gammaDataB()), 256),
+                     QByteArray(reinterpret_cast<const char*>(d->gammaDataR()), 256));
+            d->btnRGBLink()->click();
+            QVERIFY(green->isEnabled() && d->field("txtGammaBlue")->isEnabled());
+            QCOMPARE(green->value(), 41);
+        });
+    }
+
+    // A preset is loaded when its name is picked, limited to the range, with only the low byte
+    // of a clip point; a name without a preset changes nothing; none resets to the defaults, and
+    // a monochrome kind shows one channel captioned Black.
+    void loadingPresets() {
+        auto ui = scanner.facade();
+        auto* model = ui->model().get();
+        model->setCustomGamme("Warm", true, colorPreset(1.5, 1.2, 0.8, false, 260, 240));
+        model->setCustomGamme("Wild", true, colorPreset(9.0, 0.01, 1.0, false, 0, 255));
+        model->setCustomGamme("Soft", false,
+                              TwValue::dictionary({{"Black", 0.6}, {"ClipBlack", 5}, {"ClipWhite", 250}}));
+        auto* dialog = ui->controller()->dlgGamma();
+        dialog->setIsColor(true);
+        dialog->setCurrentGammaName(QStringLiteral("Warm"));
+        runWith(dialog, [&](TwDlgCustomGamma* d) {
+            QVERIFY(d->labGammaRed()->text() == QStringLiteral("Red") &&
+                    d->slider("sldGammaBlue")->isVisible());
+            QCOMPARE(d->cmbSettingName()->count(), 2);
+            QCOMPARE(value(d, "fGammaRed").doubleValue(), 1.5);
+            QCOMPARE(d->slider("sldGammaGreen")->value(), 42);
+            QCOMPARE(value(d, "nClipBlack").intValue(), 4); // 260's low byte
+            QCOMPARE(int(d->gammaDataB()[239]), int(tableOf(4, 240, 0.8)[239]));
+            QVERIFY(!d->isChanged());
+
+            d->cmbSettingName()->setCurrentIndex(1);
+            emit d->cmbSettingName()->activated(1);
+            QCOMPARE(value(d, "fGammaRed").doubleValue(), 5.0);
+            QCOMPARE(value(d, "fGammaGreen").doubleValue(), 0.2);
+            QVERIFY(!d->isChanged());
+            setValue(d, "currentGammaName", "No such gamma");
+            QCOMPARE(value(d, "fGammaRed").doubleValue(), 5.0);
+            d->close();
+        });
+        QCOMPARE(dialog->currentGammaName(), std::optional<QString>(QStringLiteral("No such gamma")));
+
+        dialog->setIsColor(false);
+        dialog->setCurrentGammaName(std::nullopt);
+        runWith(dialog, [&](TwDlgCustomGamma* d) {
+            QCOMPARE(d->labGammaRed()->text(), QStringLiteral("Black"));
+            QVERIFY(!d->slider("sldGammaGreen")->isVisible() && !d->btnRGBLink()->isVisible());
+            QCOMPARE(value(d, "fGammaRed").doubleValue(), 1.0);
+            QCOMPARE(value(d, "nClipWhite").intValue(), 255);
+            QCOMPARE(d->cmbSettingName()->count(), 1);
+            setValue(d, "currentGammaName", "Soft");
+            QCOMPARE(value(d, "fGammaBlue").doubleValue(), 0.6);
+            QVERIFY(value(d, "RGBLink").boolValue());
+            QCOMPARE(QByteArray(reinterpret_cast<const char*>(d->gammaDataG()), 256),
+                     QByteArray(reinterpret_cast<const char*>(d->gammaDataR()), 256));
+            QVERIFY(d->viewSample()->isMonochrome());
+            d->close();
+        });
+    }
+
+    // Delete asks first and, on OK, removes the preset from the model and the menu and selects
+    // the first name left; with none left the list holds a blank and Delete is off.
+    void deletingPresets() {
+        auto ui = scanner.facade();
+        auto* model = ui->model().get();
+        model->setCustomGamme("A", false, TwValue::dictionary({{"Black", 0.6}}));
+        model->setCustomGamme("B", false, TwValue::dictionary({{"Black", 2.0}}));
+        auto* dialog = ui->controller()->dlgGamma();
+        dialog->setIsColor(false);
+        dialog->setCurrentGammaName(QStringLiteral("A"));
+        runWith(dialog, [&](TwDlgCustomGamma* d) {
+            scanner.boxAnswer = kVmxAnswerCancel;
+            QTest::mouseClick(d->btnDelete(), Qt::LeftButton);
+            QCOMPARE(model->customGammaNamesWithColor(false).size(), std::size_t(2));
+            QCOMPARE(scanner.boxes.back().message, QStringLiteral("The selected setting will be deleted.\n"
+                                                                  "Are you sure you want to delete it?"));
+            QCOMPARE(scanner.boxes.back().title, d->windowTitle());
+            QCOMPARE(scanner.boxes.back().messageType, 0x40002u);
+            scanner.boxAnswer = kVmxAnswerOK;
+            QTest::mouseClick(d->btnDelete(), Qt::LeftButton);
+            QCOMPARE(model->customGammaNamesWithColor(false), std::vector<std::string>{"B"});
+            QCOMPARE(value(d, "currentGammaName"), TwValue("B"));
+            QCOMPARE(value(d, "fGammaRed").doubleValue(), 2.0);
+            QTest::mouseClick(d->btnDelete(), Qt::LeftButton);
+            QCOMPARE(value(d, "gammaNames"), TwValue::array({" "}));
+            QVERIFY(!d->btnDelete()->isEnabled());
+            d->close();
+        });
+        QCOMPARE(dialog->currentGammaName(), std::nullopt); // the blank is none
+        QCOMPARE(ui->dataForKeyPath("content.Gray.Gamma").list()->size(),
+                 ui->dataForKeyPath("content.Gamma").list()->size());
+        QVERIFY(SampleScanner::stored("custom gamma").dict()->value("Gray").list()->empty());
+    }
+    // Save As asks for a new name (the kind's names offered, nothing proposed, overwriting asked
+    // about) and makes the saved preset current; a cancelled name saves nothing; closing with
+    // changes proposes the current name and saves over it; a new model reads the presets back.
+    void savingPresets() {
+        {
+            auto ui = scanner.facade();
+            auto* model = ui->model().get();
+            model->setCustomGamme("Old", true, colorPreset(1.0, 1.0, 1.0, false, 0, 255));
+            model->setCustomGamme("Grey one", false, TwValue::dictionary({{"Black", 0.6}}));
+            auto* dialog = ui->controller()->dlgGamma();
+            dialog->setIsColor(true);
+            dialog->setCurrentGammaName(QStringLiteral("Old"));
+            runWith(dialog, [&](TwDlgCustomGamma* d) {
+                d->slider("sldGammaRed")->triggerAction(QAbstractSlider::SliderSingleStepSub);
+                setValue(d, "nClipWhite", 200);
+                QStringList offered;
+                QString proposed;
+                bool asksOverwrite = false;
+                {
+                    auto name = whenModal<TwDlgSaveSetting>([&](TwDlgSaveSetting* n) {
+                        offered = n->nameList();
+                        proposed = n->name();
+                        asksOverwrite = n->checkOverwrite();
+                        n->setName(QStringLiteral("  Bright "));
+                        n->onOK();
+                    });
+                    QTest::mouseClick(d->btnSaveAs(), Qt::LeftButton);
+                }
+                QCOMPARE(offered, QStringList{QStringLiteral("Old")});
+                QCOMPARE(proposed, QString());
+                QVERIFY(asksOverwrite);
+                const TwValue saved = model->customGamme("Bright", true);
+                QVERIFY(saved.dict());
+                QCOMPARE(saved.dict()->value("Red").doubleValue(), double(0.98f));
+                QCOMPARE(saved.dict()->value("ClipWhite"), TwValue(200));
+                QCOMPARE(saved.dict()->value("RGBLink"), TwValue(false));
+                QCOMPARE(value(d, "currentGammaName"), TwValue("Bright"));
+                QCOMPARE(d->cmbSettingName()->count(), 2);
+                QVERIFY(!d->isChanged());
+                QVERIFY(SampleScanner::stored("custom gamma").dict()->value("Color").list()->size() == 2);
+
+                {
+                    auto cancel = whenModal<TwDlgSaveSetting>([](TwDlgSaveSetting* n) {
+                        n->setName(QStringLiteral("Never"));
+                        n->onCancel();
+                    });
+                    d->onSaveAs();
+                }
+                QVERIFY(model->customGamme("Never", true).isNull());
+
+                setValue(d, "fGammaBlue", 2.0);
+                QVERIFY(d->isChanged());
+                {
+                    auto name = whenModal<TwDlgSaveSetting>([&](TwDlgSaveSetting* n) {
+                        proposed = n->name();
+                        asksOverwrite = n->checkOverwrite();
+                        n->onOK();
+                    });
+                    QTest::mouseClick(d->btnClose(), Qt::LeftButton);
+                }
+                QCOMPARE(proposed, QStringLiteral("Bright"));
+                QVERIFY(!asksOverwrite);
+                QVERIFY(!d->isVisible());
+            });
+            QCOMPARE(model->customGamme("Bright", true).dict()->value("Blue").doubleValue(), 2.0);
+            QCOMPARE(dialog->currentGammaName(), std::optional<QString>(QStringLiteral("Bright")));
+        }
+        auto again = scanner.facade();
+        QCOMPARE(again->model()->customGammaNamesWithColor(true),
+                 (std::vector<std::string>{"Old", "Bright"}));
+        QCOMPARE(again->model()->customGamme("Bright", true).dict()->value("ClipWhite"), TwValue(200));
+        QVERIFY(again->model()->gammaExist(TwValue("Bright"), again->dataForKeyPath("content.Color.Gamma")));
+    }
+
+    // Fifty presets of a kind: a new name is refused with a message and nothing saved; a name
+    // already saved is saved over; the other kind counts on its own.
+    void fiftyPresetsPerKind() {
+        auto ui = scanner.facade();
+        auto* model = ui->model().get();
+        for (int i = 0; i < 50; ++i)
+            model->setCustomGamme("G" + std::to_string(i), true, colorPreset(1.0, 1.0, 1.0, false, 0, 255));
+        auto* dialog = ui->controller()->dlgGamma();
+        auto saveAs = [](TwDlgCustomGamma* d, const QString& name) {
+            auto t = whenModal<TwDlgSaveSetting>([name](TwDlgSaveSetting* n) {
+                n->setName(name);
+                n->onOK();
+            });
+            d->onSaveAs();
+        };
+        dialog->setIsColor(true);
+        runWith(dialog, [&](TwDlgCustomGamma* d) {
+            setValue(d, "fGammaRed", 3.0);
+            saveAs(d, QStringLiteral("One too many"));
+            QCOMPARE(model->customGammaNamesWithColor(true).size(), std::size_t(50));
+            QCOMPARE(scanner.boxes.size(), std::size_t(1));
+            QCOMPARE(scanner.boxes[0].message,
+                     QStringLiteral(
+                         "No more items can be saved. Delete an item you no longer need and try again."));
+            QCOMPARE(scanner.boxes[0].messageType, 131073u);
+            saveAs(d, QStringLiteral("G7"));
+            QCOMPARE(scanner.boxes.size(), std::size_t(2)); // the name dialog asks to overwrite
+            QCOMPARE(model->customGammaNamesWithColor(true).size(), std::size_t(50));
+            QCOMPARE(model->customGamme("G7", true).dict()->value("Red").doubleValue(), 3.0);
+        });
+        dialog->setIsColor(false);
+        runWith(dialog, [&](TwDlgCustomGamma* d) {
+            saveAs(d, QStringLiteral("One too many"));
+            QCOMPARE(model->customGammaNamesWithColor(false), std::vector<std::string>{"One too many"});
+        });
+    }
+
+    // From a tab's Custom... button, with the main dialog modal and modeless: the preset picked
+    // becomes the tab's gamma; leaving with no preset leaves the tab's gamma as it was.
+    void theTabsGammaBecomesThePreset_data() {
+        QTest::addColumn<int>("modal");
+        QTest::newRow("modeless") << 0;
+        QTest::newRow("modal") << 1;
+    }
+    void theTabsGammaBecomesThePreset() {
+        QFETCH(int, modal);
+        auto ui = scanner.facade(true, modal);
+        ui->model()->setCustomGamme("Vivid", true, colorPreset(1.4, 1.2, 1.0, false, 0, 255));
+        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.ImageType", 2}}));
+        QPushButton* custom = ui->controller()
+                                  ->windowIfLoaded()
+                                  ->view(QStringLiteral("ColorImage"))
+                                  ->findChild<QPushButton*>(QStringLiteral("btnGamma"));
+        QVERIFY(custom->isEnabled());
+        const TwValue before = ui->dataForKeyPath("temp.ColorImage.Gamma");
+        auto leave = whenModal<TwDlgCustomGamma>([](TwDlgCustomGamma* d) {
+            QVERIFY(d->isColor());
+            d->onClose();
+        });
+        QTest::mouseClick(custom, Qt::LeftButton);
+        QCOMPARE(ui->dataForKeyPath("temp.ColorImage.Gamma"), before);
+
+        auto pick = whenModal<TwDlgCustomGamma>([](TwDlgCustomGamma* d) {
+            const int index = d->cmbSettingName()->findText(QStringLiteral("Vivid"));
+            d->cmbSettingName()->setCurrentIndex(index);
+            emit d->cmbSettingName()->activated(index);
+            QCOMPARE(value(d, "fGammaRed").doubleValue(), 1.4);
+            d->onClose();
+        });
+        QTest::mouseClick(custom, Qt::LeftButton);
+        QCOMPARE(ui->dataForKeyPath("temp.ColorImage.Gamma"), TwValue("Vivid"));
+        QCOMPARE(ui->dataForKeyPath("Data.ColorImage.Front.Gamma"), TwValue("Vivid"));
+        QVERIFY(scanner.boxes.empty());
+        ui->hideUi();
+    }
+    // VMX_EDITOR_SHOTS=<dir>: the picture of the README, a colour preset with the channels apart.
+    void pictureForTheReadme() {
+        if (qEnvironmentVariableIsEmpty("VMX_EDITOR_SHOTS"))
+            QSKIP("VMX_EDITOR_SHOTS is not set");
+        auto ui = scanner.facade();
+        ui->model()->setCustomGamme("Warm evening", true, colorPreset(1.6, 1.2, 0.8, false, 12, 245));
+        ui->model()->setCustomGamme("Cool", true, colorPreset(0.9, 1.0, 1.3, false, 0, 255));
+        auto* dialog = ui->controller()->dlgGamma();
+        dialog->setIsColor(true);
+        dialog->setCurrentGammaName(QStringLiteral("Warm evening"));
+        runWith(dialog,
+                [&](TwDlgCustomGamma* d) { QVERIFY(saveEditorPicture(d, QStringLiteral("CustomGamma"))); });
+    }
+};
+
+QTEST_MAIN(TestCustomGamma)
+#include "tst_customgamma.moc"
