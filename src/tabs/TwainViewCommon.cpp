@@ -60,7 +60,10 @@ void TwainViewCommon::bindControlsToObject(TwainDialogData* model) {
         "enable.LengthControl",
         ui.btnLengthControl,
     };
+    // The Basic tab's box for the same setting: both show and change it.
     const TwBindList values{
+        "Data.AutoCrop.Enable",
+        ui.btnAutoCrop,
         "Data.AutoCrop.MaxSize",
         ui.btnSelectMaxPaperSize,
         "Data.Deskew.Enable",

@@ -56,7 +56,7 @@ btnAutoCrop enable.AutoCrop Data.AutoCrop.Enable #AutoCrop
 btnDeskew enable.Deskew Data.Deskew.Enable #Deskew
 )"},
         {"TwainViewCommon", "Common", R"(
-btnAutoCrop enable.AutoCrop #AutoCrop
+btnAutoCrop enable.AutoCrop Data.AutoCrop.Enable #AutoCrop
 btnSelectMaxPaperSize enable.AutoCrop !Data.AutoCrop.Enable Data.AutoCrop.MaxSize #AutoCropMaxSize
 btnDeskew enable.Deskew Data.Deskew.Enable #Deskew
 btnSmoothing enable.Deskew !Data.Deskew.Enable Data.Deskew.Smoothing #DeskewSmoothing
