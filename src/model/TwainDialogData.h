@@ -167,6 +167,10 @@ public:
     // ---- Paper, resolution and area geometry ----
 
     static const TwAreaValidInfo AreaValidInfos[8];
+    // What the current paper in its current orientation is read from: a change of any of them may
+    // change GetCurrentPaperSizeInCurrentOrientation and every area range.
+    static constexpr const char* kCurrentPaperKeyPaths[] = {
+        "Data.PaperSize", "Data.Landscape", "enable.Landscape", "content.PaperSize", "content.PaperSizeAll"};
     // Tenths of a millimetre, before any landscape turn; A4 when the paper is unknown.
     TwSize GetCurrentPaperSize();
     TwSize GetCurrentPaperSizeInCurrentOrientation();

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QSpinBox>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -227,7 +228,8 @@ void TwainViewArea::bindControlsToObject(TwainDialogData* model) {
 
     addObserverForKeyPath("enable.Duplex", kTwObserveNew);
     addObserverForKeyPath("temp.Area.Side", kTwObserveNew);
-    addObserverForKeyPath("Data.PaperSize", kTwObserveNew);
+    for (const char* keyPath : TwainDialogData::kCurrentPaperKeyPaths)
+        addObserverForKeyPath(keyPath, kTwObserveNew);
     addObserverForKeyPath("temp.TextEditRefresh", kTwObserveNew);
     // The model bumps the counter before it names the key, so the counter alone would find the
     // key of the previous request: the key's own change reloads the right field.
@@ -264,8 +266,9 @@ void TwainViewArea::observeValueForKeyPath(const std::string& keyPath, TwObserva
         for (QLineEdit* field : std::as_const(arrFormatText))
             field->update();
         setFormatterForUnitAll(change.newValue.intValue());
-    } else if (keyPath == "Data.PaperSize") {
-        // The limits follow the paper.
+    } else if (std::ranges::find(TwainDialogData::kCurrentPaperKeyPaths, keyPath) !=
+               std::end(TwainDialogData::kCurrentPaperKeyPaths)) {
+        // The limits follow the paper in its orientation.
         setFormatterForUnitAll(currentUnit());
     } else if (keyPath == "temp.TextEditRefresh" || keyPath == "temp.TextEditDatakey") {
         // The model corrected a value and asks the field that shows it to reload.

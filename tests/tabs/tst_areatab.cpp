@@ -183,6 +183,19 @@ private slots:
         QCOMPARE(b.maximum("temp.Area.Front.L1.X"), 146.0);
     }
 
+    // The ranges follow the paper in its orientation, not only the paper size.
+    void theRangesFollowThePaperTurned() {
+        Bound b = bound();
+        set(*b.ui, "Data.PaperSize", TwValue(5)); // A5, which the feeder takes turned
+        QCOMPARE(b.maximum("temp.Area.Width"), 148.0);
+        QVERIFY(b.model()->valueForKeyPath("enable.Landscape").boolValue());
+        set(*b.ui, "Data.Landscape", TwValue(true));
+        QCOMPARE(b.maximum("temp.Area.Width"), 210.0);
+        QCOMPARE(b.maximum("temp.Area.Front.L1.Y"), 146.0);
+        set(*b.ui, "Data.Landscape", TwValue(false));
+        QCOMPARE(b.maximum("temp.Area.Width"), 148.0);
+    }
+
     void theSideSwitchSwapsTheSubAreaControlsInOnePlace() {
         Bound b = bound();
         TwainViewArea* tab = b.tab.get();
