@@ -59,8 +59,13 @@ TwainDialogController::~TwainDialogController() {
         m_window->unbindControlAll();
         delete m_window;
     }
+    // The panels made while there was no main window have no parent to take them along.
     delete m_dlgScanning;
     delete m_dlgSaveSetting;
+    delete m_dlgAbout;
+    delete m_dlgCustom;
+    delete m_dlgDoubleExposure;
+    delete m_dlgPageSeparation;
     DSHelpBookName.clear();
     pfCallback = nullptr;
     _dialogData.reset();
@@ -109,6 +114,30 @@ TwDlgSaveSetting* TwainDialogController::dlgSaveSetting() {
     if (!m_dlgSaveSetting)
         m_dlgSaveSetting = makePanel<TwDlgSaveSetting>();
     return m_dlgSaveSetting;
+}
+
+TwDlgAbout* TwainDialogController::dlgAbout() {
+    if (!m_dlgAbout)
+        m_dlgAbout = makePanel<TwDlgAbout>();
+    return m_dlgAbout;
+}
+
+TwDlgCustom* TwainDialogController::dlgCustom() {
+    if (!m_dlgCustom)
+        m_dlgCustom = makePanel<TwDlgCustom>();
+    return m_dlgCustom;
+}
+
+TwDlgDoubleExposure* TwainDialogController::dlgDoubleExposure() {
+    if (!m_dlgDoubleExposure)
+        m_dlgDoubleExposure = makePanel<TwDlgDoubleExposure>();
+    return m_dlgDoubleExposure;
+}
+
+TwDlgPageSeparation* TwainDialogController::dlgPageSeparation() {
+    if (!m_dlgPageSeparation)
+        m_dlgPageSeparation = makePanel<TwDlgPageSeparation>();
+    return m_dlgPageSeparation;
 }
 
 void TwainDialogController::showWindow() {
@@ -341,13 +370,15 @@ void TwainDialogController::onDeleteSetting() {
 }
 
 void TwainDialogController::onAbout() {
-    OrvaLog(kOrvaLogInfo, "%s: the about panel is not part of this build\n",
-            "TwainDialogController::onAbout");
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onAbout");
+    if (TwDlgAbout* about = dlgAbout())
+        about->runModal();
 }
 
 void TwainDialogController::onCustomize() {
-    OrvaLog(kOrvaLogInfo, "%s: the customize dialog is not part of this build\n",
-            "TwainDialogController::onCustomize");
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onCustomize");
+    if (TwDlgCustom* custom = dlgCustom())
+        custom->runModal();
 }
 
 void TwainDialogController::onCustomPaperSize() {
@@ -356,13 +387,48 @@ void TwainDialogController::onCustomPaperSize() {
 }
 
 void TwainDialogController::onDoubleExposure() {
-    OrvaLog(kOrvaLogInfo, "%s: the double exposure dialog is not part of this build\n",
-            "TwainDialogController::onDoubleExposure");
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onDoubleExposure");
+    TwDlgDoubleExposure* dialog = dlgDoubleExposure();
+    if (!dialog || !_dialogData)
+        return;
+    const TwValue order = _dialogData->valueForKeyPath("Data.Layout.DoubleExposure.PageOrder");
+    const TwValue papers = _dialogData->valueForKeyPath("content.PaperSizeAllPlusNone");
+    const TwValue paper = _dialogData->valueForKeyPath("Data.Layout.DoubleExposure.PaperSize");
+    int index = 0;
+    if (auto list = papers.list()) {
+        for (std::size_t i = 0; i < list->size(); ++i) {
+            auto entry = (*list)[i].dict();
+            if (entry && entry->value("value").isEqual(paper)) {
+                index = int(i);
+                break;
+            }
+        }
+    }
+    dialog->setPageOrder(int(order.intValue()));
+    dialog->setPaperSize(index);
+    if (dialog->runModal() != 1)
+        return;
+    _dialogData->myChangeValue(TwValue(dialog->pageOrder()), "Data.Layout.DoubleExposure.PageOrder");
+    auto list = _dialogData->valueForKeyPath("content.PaperSizeAllPlusNone").list();
+    const int chosen = dialog->paperSize();
+    if (!list || chosen < 0 || std::size_t(chosen) >= list->size() || !(*list)[std::size_t(chosen)].dict()) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: paper size %d is not in content.PaperSizeAllPlusNone; kept\n",
+                "TwainDialogController::onDoubleExposure", chosen);
+        return;
+    }
+    _dialogData->myChangeValue((*list)[std::size_t(chosen)].dict()->value("value"),
+                               "Data.Layout.DoubleExposure.PaperSize");
 }
 
 void TwainDialogController::onPageSeparetion() {
-    OrvaLog(kOrvaLogInfo, "%s: the page separation dialog is not part of this build\n",
-            "TwainDialogController::onPageSeparetion");
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onPageSeparetion");
+    TwDlgPageSeparation* dialog = dlgPageSeparation();
+    if (!dialog || !_dialogData)
+        return;
+    dialog->setPageOrder(
+        int(_dialogData->valueForKeyPath("Data.Layout.PageSeparation.PageOrder").intValue()));
+    if (dialog->runModal() == 1)
+        _dialogData->myChangeValue(TwValue(dialog->pageOrder()), "Data.Layout.PageSeparation.PageOrder");
 }
 
 void TwainDialogController::onCustomGamma(QObject* sender) {
@@ -493,13 +559,8 @@ void TwainDialogController::showProgressDialog() {
         return;
     bool mainVisible = isVisible();
     if (!m_dlgScanning) {
-        m_dlgScanning = new TwDlgScanning;
-        m_dlgScanning->setWindowController(this);
+        m_dlgScanning = makePanel<TwDlgScanning>();
         m_dlgScanning->setWindowTitle(m_modelName);
-        QString stop = localizedString(QStringLiteral("IDS_STOP"));
-        if (stop != QLatin1String("IDS_STOP"))
-            m_dlgScanning->btnStop()->setText(stop);
-        connect(m_dlgScanning->btnStop(), &QPushButton::clicked, this, [this] { onScanCancel(); });
     }
     if (mainVisible) {
         // A sheet: modal for the main window only, over it.

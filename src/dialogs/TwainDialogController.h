@@ -3,7 +3,10 @@
 // the progress panel, opens the help and shows message boxes with localized button titles.
 #pragma once
 
+#include "TwDlgAbout.h"
+#include "TwDlgCustom.h"
 #include "TwDlgMain.h"
+#include "TwDlgPageOrder.h"
 #include "TwDlgSaveSetting.h"
 #include "TwDlgScanning.h"
 #include "VmxUI.h"
@@ -62,6 +65,10 @@ public:
 
     // The name dialog for settings and custom gammas.
     TwDlgSaveSetting* dlgSaveSetting();
+    TwDlgAbout* dlgAbout();
+    TwDlgCustom* dlgCustom();
+    TwDlgDoubleExposure* dlgDoubleExposure();
+    TwDlgPageSeparation* dlgPageSeparation();
 
     // ---- Button actions ----
 
@@ -138,6 +145,10 @@ private:
     QPointer<TwDlgMain> m_window;
     QPointer<TwDlgScanning> m_dlgScanning;
     QPointer<TwDlgSaveSetting> m_dlgSaveSetting;
+    QPointer<TwDlgAbout> m_dlgAbout;
+    QPointer<TwDlgCustom> m_dlgCustom;
+    QPointer<TwDlgDoubleExposure> m_dlgDoubleExposure;
+    QPointer<TwDlgPageSeparation> m_dlgPageSeparation;
     QString DSHelpBookName;
     VmxUICallback pfCallback = nullptr;
     bool UiOnly = false;
