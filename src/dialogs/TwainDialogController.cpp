@@ -16,6 +16,9 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
+#include <QImage>
+#include <QLabel>
+#include <QPixmap>
 #include <QPushButton>
 
 #include <cstdlib>
@@ -23,6 +26,9 @@
 
 namespace {
 constexpr int kMaxProfiles = 50;
+// The page beside a continue-scan question: at most this many pixels a side, this far from it.
+constexpr int kContinueScanPageSide = 520;
+constexpr int kContinueScanPageGap = 10;
 
 TwainDialogController::UrlOpener& urlOpener() {
     static TwainDialogController::UrlOpener opener;
@@ -524,15 +530,22 @@ void TwainDialogController::setPreviewImages(TwPreviewRecord* record, bool freeI
         QByteArray image = CreateImage(side->pDIB, side->imageLength);
         OrvaLog(kOrvaLogDebug, "\t%s: %s image of %d bytes\n", "TwainDialogController::setPreviewImages",
                 side == &record->front ? "front" : "back", int(image.size()));
-        if (freeImage) {
-            std::free(side->pDIB);
-            side->pDIB = nullptr;
-        }
     }
+    if (freeImage)
+        releasePreviewImages(record);
     OrvaLog(kOrvaLogDebug, "\t%s: ratios front %.3f/%.3f/%.3f back %.3f/%.3f/%.3f\n",
             "TwainDialogController::setPreviewImages", record->front.colorRatio, record->front.whiteRatio,
             record->front.blackRatio, record->back.colorRatio, record->back.whiteRatio,
             record->back.blackRatio);
+}
+
+void TwainDialogController::releasePreviewImages(TwPreviewRecord* record) {
+    if (!record)
+        return;
+    for (TwPreviewSide* side : {&record->front, &record->back}) {
+        std::free(side->pDIB);
+        side->pDIB = nullptr;
+    }
 }
 
 void TwainDialogController::previewRescan() {
@@ -549,6 +562,53 @@ QByteArray TwainDialogController::CreateImage(const void* bitmap, std::uint32_t 
 std::optional<std::pair<double, double>> TwainDialogController::bitmapSizeMillimetres(const void* bitmap,
                                                                                       std::uint32_t length) {
     return GetDIBSizeMillimetres(bitmap, length);
+}
+
+// ---- The problem page of a continue-scan question ------------------------------------------------
+
+void TwainDialogController::showContinueScanPage(TwPreviewRecord* record, QWidget* question) {
+    closeContinueScanPage();
+    if (!record)
+        return;
+    if (!record->front.pDIB) {
+        OrvaLog(kOrvaLogError, "ERROR: pDIB = NULL\n");
+        releasePreviewImages(record);
+        return;
+    }
+    const TwPreviewSide& front = record->front;
+    QImage page = QImage::fromData(CreateImage(front.pDIB, front.imageLength), "BMP");
+    releasePreviewImages(record);
+    if (page.isNull()) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: the page is no bitmap Qt can read; only the question shows\n",
+                "TwainDialogController::showContinueScanPage");
+        return;
+    }
+    // The bitmap's rows run top down, but a bitmap file of positive height is read bottom up.
+    page = page.mirrored(false, true);
+    const QSize fit(kContinueScanPageSide, kContinueScanPageSide);
+    if (page.width() > fit.width() || page.height() > fit.height())
+        page = page.scaled(fit, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+
+    // A window of the question's: shown with it, not blocked by it, and gone with it.
+    auto* window = new QLabel(question, Qt::Window);
+    window->setObjectName(QStringLiteral("continueScanPage"));
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setAttribute(Qt::WA_ShowWithoutActivating);
+    window->setWindowTitle(question ? question->windowTitle() : m_modelName);
+    window->setPixmap(QPixmap::fromImage(page));
+    window->setAlignment(Qt::AlignCenter);
+    window->setFrameShape(QFrame::Box);
+    window->adjustSize();
+    if (question)
+        window->move(question->frameGeometry().topRight() + QPoint(kContinueScanPageGap, 0));
+    window->show();
+    m_continueScanPage = window;
+}
+
+void TwainDialogController::closeContinueScanPage() {
+    if (m_continueScanPage)
+        m_continueScanPage->close();
+    m_continueScanPage = nullptr;
 }
 
 // ---- Progress ----------------------------------------------------------------------------------

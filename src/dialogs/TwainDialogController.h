@@ -105,6 +105,20 @@ public:
     static std::optional<std::pair<double, double>> bitmapSizeMillimetres(const void* bitmap,
                                                                           std::uint32_t length);
 
+    // Frees the images of the record (with free(), as the data source made them with malloc) and
+    // clears their pointers.
+    static void releasePreviewImages(TwPreviewRecord* record);
+
+    // ---- The problem page of a continue-scan question ----
+    // The one place that receives the page a continue-scan question is about: the front image of
+    // the record the data source filled for event 0x1001. It is shown in a window of its own beside
+    // the question (the prescan preview in display-only mode is to take this over); every image of
+    // the record is freed here. Without a front image "ERROR: pDIB = NULL" is logged and only the
+    // question shows.
+    void showContinueScanPage(TwPreviewRecord* record, QWidget* question);
+    void closeContinueScanPage();
+    QWidget* continueScanPage() const { return m_continueScanPage; }
+
     // ---- Progress ----
 
     void showProgressDialog();
@@ -149,6 +163,7 @@ private:
     QPointer<TwDlgCustom> m_dlgCustom;
     QPointer<TwDlgDoubleExposure> m_dlgDoubleExposure;
     QPointer<TwDlgPageSeparation> m_dlgPageSeparation;
+    QPointer<QWidget> m_continueScanPage;
     QString DSHelpBookName;
     VmxUICallback pfCallback = nullptr;
     bool UiOnly = false;
