@@ -538,8 +538,15 @@ private slots:
         c->onPageSeparetion();
         auto t5 = take("SaveSetting");
         c->onSaveSetting();
+        c->onStart(); // a scan shows the Stop button
+        ui->showProgressDialog();
+        const std::uint32_t progress[3] = {0, 5, 2};
+        ui->setProgress(progress);
+        QTest::qWait(200);
+        saved << saveWindowsPicture(QStringLiteral("Scanning"), {c->scanningPanel()});
+        ui->hideProgressDialog();
         ui->hideUi();
-        QCOMPARE(saved.size(), 5);
+        QCOMPARE(saved.size(), 6);
         QVERIFY2(!saved.contains(QString()), "a picture was not written");
         qInfo("%s", qPrintable(saved.join(' ')));
     }
