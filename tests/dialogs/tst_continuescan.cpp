@@ -291,7 +291,7 @@ private slots:
 
     // VMX_DIALOG_SHOTS=<dir>: a picture of the question with its page (under xvfb-run for real
     // windows).
-    void picture() {
+    void pictures() {
         if (dialogShotsFolder().isEmpty())
             QSKIP("VMX_DIALOG_SHOTS names no folder");
         auto ui = loaded();
