@@ -39,6 +39,7 @@ bool SampleScan::start() {
     if (m_running)
         return false;
     join();
+    m_loadPaperText = m_ui->localizedString("IDS_MSG_LOAD_PAPER");
     m_cancelled = false;
     m_running = true;
     m_thread = std::thread([this] { run(); });
@@ -96,9 +97,8 @@ bool SampleScan::waitForPaper() {
                                             std::chrono::duration<double>(m_options.paperWaitSeconds));
     }
     say("no paper in the feeder: waiting (a polled message box)");
-    const int answer =
-        m_ui->showMessageBox(m_ui->localizedString("IDS_MSG_LOAD_PAPER"), "IDS_CAPTION_LOAD_PAPER",
-                             kOKCancelNote, kPaperPollEvent, kPaperPollMs);
+    const int answer = m_ui->showMessageBox(m_loadPaperText, "IDS_CAPTION_LOAD_PAPER", kOKCancelNote,
+                                            kPaperPollEvent, kPaperPollMs);
     say("paper wait answered " + std::to_string(answer) + " (" + answerName(answer) + ")");
     if (answer == kCancel) {
         say("stopped while waiting for paper");

@@ -44,7 +44,8 @@ public:
     SampleScan(const SampleScan&) = delete;
     SampleScan& operator=(const SampleScan&) = delete;
 
-    // Starts the scan on its thread; false while one is running.
+    // Starts the scan on its thread; false while one is running. Called on the thread that drives
+    // the module, which also looks up the texts the scan shows.
     bool start();
     bool running() const { return m_running; }
     // Waits for the thread; the GUI thread must not call it while the scan may still ask.
@@ -67,6 +68,7 @@ private:
     VmxUIController* m_ui;
     SampleScanOptions m_options;
     std::function<bool(TwPreviewRecord*)> m_renderPage;
+    std::string m_loadPaperText;
     std::thread m_thread;
     std::atomic_bool m_running{false};
     std::atomic_bool m_cancelled{false};

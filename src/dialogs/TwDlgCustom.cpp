@@ -46,10 +46,14 @@ TwDlgCustom::TwDlgCustom(QWidget* parent) : TwPanel(parent), ui(std::make_unique
     }
     ownValues().setValueForKeyPathWithoutNotification(TwValue(std::int64_t(Millimetre)), kUnit);
     setFormatterUnit(Millimetre);
+    // Whoever changes the unit (the pop-up, setUnit), the margins follow, shown or not.
+    ownValues().addObserver(this, kUnit, kTwObserveNew | kTwObserveOld);
     connectActions(this);
 }
 
-TwDlgCustom::~TwDlgCustom() = default;
+TwDlgCustom::~TwDlgCustom() {
+    ownValues().removeObserver(this, kUnit);
+}
 
 QComboBox* TwDlgCustom::cmbUnit() const {
     return ui->cmbUnit;
@@ -120,7 +124,6 @@ void TwDlgCustom::bindControlAll() {
     for (const char* key : kMarginKeys)
         values.insert(values.end(), {key, field(key)});
     responderBinding()->bindValues(values, &ownValues());
-    responderBinding()->addResponderObserver(&ownValues(), kUnit, kTwObserveNew | kTwObserveOld);
 }
 
 void TwDlgCustom::observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
