@@ -85,6 +85,8 @@ void printLeaves(const TwValue& value, const std::string& path) {
 SampleDataSource::SampleDataSource(SampleOptions options) : m_options(std::move(options)) {}
 
 SampleDataSource::~SampleDataSource() {
+    // The scan asks the module until it ends: it must end before the module goes.
+    m_scan.reset();
     if (m_ui && m_destroy)
         m_destroy(m_ui);
     if (m_module)
@@ -190,6 +192,8 @@ std::string SampleDataSource::describeEvent(std::uint16_t event, const void* dat
     default:
         break;
     }
+    if (std::string scanEvent = SampleScan::describeEvent(event); !scanEvent.empty())
+        return scanEvent;
     std::snprintf(line, sizeof line, "event 0x%04x", event);
     return line;
 }
@@ -197,10 +201,15 @@ std::string SampleDataSource::describeEvent(std::uint16_t event, const void* dat
 std::uint16_t SampleDataSource::callback(std::uint16_t event, void* data) {
     std::printf("%s\n", describeEvent(event, data).c_str());
     std::fflush(stdout);
+    if (g_source && g_source->m_scan)
+        if (auto answer = g_source->m_scan->answerEvent(event, data))
+            return *answer;
     if (event == kVmxEventStart) {
         g_scanned = true;
-        if (g_source)
+        if (g_source) {
             g_source->printData("to scan with");
+            g_source->startScan();
+        }
     } else if (event == kVmxEventClosed) {
         g_closed = true;
     } else if (event == kVmxEventPrescan || event == kVmxEventPreviewRescan) {
@@ -215,7 +224,8 @@ std::pair<double, double> SampleDataSource::currentPaperMillimetres() {
     };
     TwValue size = m_ui->dataForKeyPath("Data.PaperSize");
     if (size.isString()) {
-        if (auto papers = m_ui->customPaperSize().list()) {
+        const TwValue custom = m_ui->customPaperSize(); // a copy: kept while it is walked
+        if (auto papers = custom.list()) {
             for (auto& paper : *papers) {
                 auto d = paper.dict();
                 if (d && d->value("Name").isEqual(size) && positive(d->value("Width")) &&
@@ -225,7 +235,8 @@ std::pair<double, double> SampleDataSource::currentPaperMillimetres() {
         }
     } else if (size.isNumber()) {
         // Standard papers carry their size in tenths of a millimetre.
-        if (auto papers = m_ui->dataForKeyPath("content.PaperSizeAll").list()) {
+        const TwValue all = m_ui->dataForKeyPath("content.PaperSizeAll");
+        if (auto papers = all.list()) {
             for (auto& paper : *papers) {
                 auto d = paper.dict();
                 if (!d || !d->value("value").isNumber() || d->value("value").intValue() != size.intValue())
@@ -272,6 +283,20 @@ std::uint16_t SampleDataSource::prescan(TwPreviewRecord* record) {
                 record->front.blackRatio, record->front.whiteRatio);
     std::fflush(stdout);
     return 0;
+}
+
+bool SampleDataSource::renderQuestionPage(TwPreviewRecord* record) {
+    SampleScanSettings settings = prescanSettings();
+    settings.duplex = false;
+    return RenderSamplePrescan(settings, record);
+}
+
+void SampleDataSource::startScan() {
+    if (!m_scan)
+        m_scan = std::make_unique<SampleScan>(m_ui, m_options.scan,
+                                              [this](TwPreviewRecord* r) { return renderQuestionPage(r); });
+    if (!m_scan->start())
+        std::printf("scan: already scanning; Scan ignored\n");
 }
 
 int SampleDataSource::savePrescan() {
@@ -323,11 +348,20 @@ int SampleDataSource::runDialog() {
     using Clock = std::chrono::steady_clock;
     const auto shown = Clock::now();
     bool pressed = false;
-    // A data source without a Qt loop of its own lets the module run its events.
-    while (!g_closed) {
+    bool scanPressed = false;
+    // A data source without a Qt loop of its own lets the module run its events, also while its
+    // scan thread waits for an answer.
+    while (!g_closed || scanRunning()) {
         m_ui->processEvents(20);
         double elapsed = std::chrono::duration<double>(Clock::now() - shown).count();
-        if (m_options.closeAfter > 0 && !pressed && elapsed >= m_options.closeAfter) {
+        if (m_options.scanAfter > 0 && !scanPressed && elapsed >= m_options.scanAfter) {
+            scanPressed = true;
+            std::printf("pressing Scan by itself after %.1f s\n", m_options.scanAfter);
+            std::fflush(stdout);
+            m_ui->performDialogAction("onStart");
+        }
+        // A scan in progress is let finish before the dialog closes by itself.
+        if (m_options.closeAfter > 0 && !pressed && elapsed >= m_options.closeAfter && !scanRunning()) {
             pressed = true;
             if (!m_options.screenshotTabs.empty()) {
                 std::error_code ec;
@@ -349,6 +383,8 @@ int SampleDataSource::runDialog() {
             }
         }
     }
+    if (m_scan)
+        m_scan->join();
     m_ui->hideUi();
     // After event 6 a data source in settings-only mode reads the setting it will scan with; the
     // event is the same for OK and Cancel, so the sample prints it when it pressed OK itself or
@@ -380,6 +416,14 @@ int SampleDataSource::runHeadless() {
         model->UpdateCapData("Data.Resolution", resolution);
     // The prescan the module would ask for, through the same callback.
     const int result = m_options.prescanFile.empty() ? 0 : savePrescan();
+    if (m_options.headlessScan) {
+        // The module's windows need the application, made on this thread by the first one shown.
+        m_ui->showProgressDialog();
+        startScan();
+        while (scanRunning())
+            m_ui->processEvents(20);
+        m_scan->join();
+    }
     m_ui->closeDS();
     g_source = nullptr;
     return result;

@@ -3,9 +3,11 @@
 
 #include "SampleModelDef.h"
 #include "SamplePage.h"
+#include "SampleScan.h"
 #include "VmxUI.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,6 +30,11 @@ struct SampleOptions {
     std::vector<std::pair<std::string, std::string>> settings;
     // Headless: prescan through the callback and save the front (and back) image here.
     std::string prescanFile;
+    // The simulated scan that Scan starts; headless, --scan runs it without the dialog.
+    SampleScanOptions scan;
+    bool headlessScan = false;
+    // Presses Scan by itself after that many seconds (0: never).
+    double scanAfter = 0;
 };
 
 class SampleDataSource {
@@ -62,6 +69,11 @@ private:
     std::pair<double, double> currentPaperMillimetres();
     void applySettings();
     int savePrescan();
+    // Starts the simulated scan on its worker thread (event 2, or --scan).
+    void startScan();
+    bool scanRunning() const { return m_scan && m_scan->running(); }
+    // The page a continue-scan question shows: the front of the current paper.
+    bool renderQuestionPage(TwPreviewRecord* record);
 
     SampleOptions m_options;
     void* m_module = nullptr;
@@ -69,4 +81,5 @@ private:
     VmxUIController* m_ui = nullptr;
     SampleModelDef m_modelDef{TwValue()};
     TwValue m_capabilities;
+    std::unique_ptr<SampleScan> m_scan;
 };

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string>
 
 namespace {
@@ -12,6 +13,9 @@ void usage() {
         "usage: sampleds [--headless] [--modeless] [--settings-only] [--close-after SECONDS [--ok]]\n"
         "                [--screenshot FILE.png] [--screenshot-tabs DIR] [--no-flatbed] [--no-passport]\n"
         "                [--set KEYPATH=VALUE]... [--prescan FILE.bmp] [--module PATH] [--bundle PATH]\n"
+        "                [--scan] [--scan-after SECONDS] [--scan-pages N] [--double-feed-at K]\n"
+        "                [--paper-wait SECONDS] [--page-time MS] [--auto-answer continue|stop]\n"
+        "                [--answer-after SECONDS]\n"
         "  --headless         no window: read values, change the resolution, send it as event 1\n"
         "  --prescan F        with --headless: prescan through the callback (event 3) and save the\n"
         "                     front image as F, the back one as F with \"-back\" added\n"
@@ -19,9 +23,34 @@ void usage() {
         "                     number or text), e.g. --set Data.ImageType=2 --set Data.PaperSource=1\n"
         "  --modeless         show the dialog modeless (default: modal)\n"
         "  --settings-only    settings-only mode: OK enabled, Scan disabled\n"
-        "  --close-after S    press Cancel (or OK with --ok) by itself after S seconds\n"
+        "  --close-after S    press Cancel (or OK with --ok) by itself after S seconds, once a scan\n"
+        "                     in progress has ended\n"
         "  --screenshot F     save a picture of the dialog just before it closes by itself\n"
-        "  --screenshot-tabs D  save one picture per tab into D just before it closes by itself\n");
+        "  --screenshot-tabs D  save one picture per tab into D just before it closes by itself\n"
+        "The simulated scan (Scan in the dialog, or --scan with --headless) runs on a thread of its\n"
+        "own with the progress panel:\n"
+        "  --scan             with --headless: scan without the dialog (no display needed: Qt's\n"
+        "                     offscreen platform is used when there is none)\n"
+        "  --scan-after S     press Scan by itself after S seconds\n"
+        "  --scan-pages N     pages in the feeder (default 5)\n"
+        "  --double-feed-at K page K feeds double: the continue-scan question (default 3, 0: never)\n"
+        "  --paper-wait S     the feeder is empty for S seconds: a message box that closes by itself\n"
+        "                     when paper arrives (default 0)\n"
+        "  --page-time MS     time a page takes (default 400)\n"
+        "  --auto-answer A    the scanner's own panel answers the question with A (continue or stop)\n"
+        "                     --answer-after S seconds after it opened (default 2); with --headless\n"
+        "                     continue unless told otherwise\n");
+}
+
+// The number after an option, or nothing (reported) when it is not one within the bounds.
+std::optional<double> numberArgument(const char* option, const char* text, double low, double high) {
+    char* end = nullptr;
+    const double value = std::strtod(text, &end);
+    if (!end || *end || !(value >= low && value <= high)) {
+        std::fprintf(stderr, "sampleds: %s wants a number from %g to %g\n", option, low, high);
+        return std::nullopt;
+    }
+    return value;
 }
 } // namespace
 
@@ -66,6 +95,34 @@ int main(int argc, char** argv) {
                 return 2;
             }
             options.settings.emplace_back(setting.substr(0, equals), setting.substr(equals + 1));
+        } else if (arg == "--scan") {
+            options.headlessScan = true;
+        } else if (arg == "--auto-answer" && i + 1 < argc) {
+            options.scan.autoAnswer = argv[++i];
+            if (options.scan.autoAnswer != "continue" && options.scan.autoAnswer != "stop") {
+                std::fprintf(stderr, "sampleds: --auto-answer wants continue or stop\n");
+                return 2;
+            }
+        } else if ((arg == "--scan-after" || arg == "--scan-pages" || arg == "--double-feed-at" ||
+                    arg == "--paper-wait" || arg == "--page-time" || arg == "--answer-after") &&
+                   i + 1 < argc) {
+            const bool count = arg == "--scan-pages" || arg == "--double-feed-at" || arg == "--page-time";
+            auto value =
+                numberArgument(arg.c_str(), argv[++i], arg == "--scan-pages" ? 1 : 0, count ? 100000 : 3600);
+            if (!value)
+                return 2;
+            if (arg == "--scan-after")
+                options.scanAfter = *value;
+            else if (arg == "--scan-pages")
+                options.scan.pages = int(*value);
+            else if (arg == "--double-feed-at")
+                options.scan.doubleFeedAt = int(*value);
+            else if (arg == "--paper-wait")
+                options.scan.paperWaitSeconds = *value;
+            else if (arg == "--page-time")
+                options.scan.pageTimeMs = int(*value);
+            else
+                options.scan.answerAfterSeconds = *value;
         } else if (arg == "--module" && i + 1 < argc)
             options.modulePath = argv[++i];
         else if (arg == "--bundle" && i + 1 < argc)
@@ -84,6 +141,19 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "sampleds: --prescan saves the images of a headless run (--headless); in the "
                              "dialog, press Prescan\n");
         return 2;
+    }
+    if (options.headlessScan && !options.headless) {
+        std::fprintf(stderr,
+                     "sampleds: --scan scans without the dialog (--headless); in the dialog, press Scan "
+                     "or use --scan-after\n");
+        return 2;
+    }
+    if (options.headlessScan) {
+        // Nobody can press a button of a window nobody sees: the scanner's panel answers.
+        if (options.scan.autoAnswer.empty())
+            options.scan.autoAnswer = "continue";
+        if (!std::getenv("DISPLAY") && !std::getenv("WAYLAND_DISPLAY"))
+            setenv("QT_QPA_PLATFORM", "offscreen", 0);
     }
     SampleDataSource source(options);
     return options.headless ? source.runHeadless() : source.runDialog();

@@ -4,6 +4,7 @@
 #include "VmxUI.h"
 
 #include <QAbstractButton>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
@@ -142,25 +143,42 @@ QMessageBox* TwCreateMessageBox(const TwMessageBoxSetup& setup, QWidget* parent)
 }
 
 int TwRunMessageBox(const TwMessageBoxSetup& setup, QWidget* parent, const TwMessagePoll& poll,
-                    std::uint32_t intervalMs) {
-    if (!poll && runner())
+                    std::uint32_t intervalMs, const TwMessageShown& shown) {
+    if (!poll && !shown && runner())
         return runner()(setup);
     QPointer<QMessageBox> box = TwCreateMessageBox(setup, parent);
     std::optional<int> polledAnswer;
+    // A period of 0 would poll without pause; one millisecond is the shortest we wait.
+    const int period = int(std::clamp<std::uint32_t>(intervalMs, 1, 0x7fffffff));
     QTimer timer;
+    timer.setSingleShot(true);
+    timer.setTimerType(Qt::PreciseTimer);
+    QElapsedTimer clock;
     if (poll) {
-        // A period of 0 would poll without pause; one millisecond is the shortest we wait.
-        timer.setTimerType(Qt::PreciseTimer);
-        timer.setInterval(int(std::clamp<std::uint32_t>(intervalMs, 1, 0x7fffffff)));
         QObject::connect(&timer, &QTimer::timeout, box, [&] {
+            const qint64 began = clock.elapsed();
             auto r = poll();
-            if (!r)
+            // Pressed meanwhile (the poll may run a loop of its own): the button answers.
+            if (!box || !box->isVisible() || polledAnswer)
                 return;
-            timer.stop();
-            polledAnswer = TwMessageAnswerForPanelReturn(setup, *r);
-            box->done(0);
+            if (r) {
+                polledAnswer = TwMessageAnswerForPanelReturn(setup, *r);
+                box->done(0);
+                return;
+            }
+            timer.start(int(std::max<qint64>(0, began + period - clock.elapsed())));
         });
-        timer.start();
+    }
+    if (shown || poll) {
+        // Once the box's own loop runs, i.e. once it is shown.
+        QTimer::singleShot(0, box, [&] {
+            if (shown)
+                shown(box);
+            if (poll) {
+                clock.start();
+                timer.start(period);
+            }
+        });
     }
     box->exec();
     timer.stop();

@@ -51,10 +51,15 @@ QMessageBox* TwCreateMessageBox(const TwMessageBoxSetup& setup, QWidget* parent)
 // Polls while a box is open: nothing keeps it open, a value ends it as that panel return.
 using TwMessagePoll = std::function<std::optional<std::int16_t>()>;
 
+// Told once the box is on the screen, for windows that go beside it.
+using TwMessageShown = std::function<void(QMessageBox* box)>;
+
 // Shows the box modally and answers its code. With a poll, it is called every intervalMs
-// milliseconds (the first one interval after the box opened) until it ends the box.
+// milliseconds (the first one interval after the box opened) until it ends the box. The next poll
+// falls due one interval after the last one began, and never while one is still running: a poll
+// that itself runs an event loop (another box) is not asked again from inside it.
 int TwRunMessageBox(const TwMessageBoxSetup& setup, QWidget* parent, const TwMessagePoll& poll = {},
-                    std::uint32_t intervalMs = 0);
+                    std::uint32_t intervalMs = 0, const TwMessageShown& shown = {});
 
 // Tests replace the showing of un-polled boxes; an empty function restores it.
 using TwMessageBoxRunner = std::function<int(const TwMessageBoxSetup& setup)>;

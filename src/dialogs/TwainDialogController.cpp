@@ -18,6 +18,9 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
+#include <QImage>
+#include <QLabel>
+#include <QPixmap>
 #include <QPushButton>
 #include <QTimer>
 
@@ -29,6 +32,9 @@ namespace {
 constexpr int kMaxProfiles = 50;
 constexpr int kPrescanSessionPoll = 200; // ms
 constexpr int kPreviewGap = 10;          // points between the dialog and the preview
+// The page beside a continue-scan question: at most this many pixels a side, this far from it.
+constexpr int kContinueScanPageSide = 520;
+constexpr int kContinueScanPageGap = 10;
 
 TwainDialogController::UrlOpener& urlOpener() {
     static TwainDialogController::UrlOpener opener;
@@ -71,10 +77,15 @@ TwainDialogController::~TwainDialogController() {
         delete m_window;
     }
     sessionPrescan = false;
+    // The panels made while there was no main window have no parent to take them along.
     delete m_dlgScanning;
     delete m_dlgSaveSetting;
     delete m_dlgPaperSize;
     delete m_dlgGamma;
+    delete m_dlgAbout;
+    delete m_dlgCustom;
+    delete m_dlgDoubleExposure;
+    delete m_dlgPageSeparation;
     DSHelpBookName.clear();
     pfCallback = nullptr;
     _dialogData.reset();
@@ -135,6 +146,30 @@ TwDlgCustomGamma* TwainDialogController::dlgGamma() {
     if (!m_dlgGamma)
         m_dlgGamma = makePanel<TwDlgCustomGamma>();
     return m_dlgGamma;
+}
+
+TwDlgAbout* TwainDialogController::dlgAbout() {
+    if (!m_dlgAbout)
+        m_dlgAbout = makePanel<TwDlgAbout>();
+    return m_dlgAbout;
+}
+
+TwDlgCustom* TwainDialogController::dlgCustom() {
+    if (!m_dlgCustom)
+        m_dlgCustom = makePanel<TwDlgCustom>();
+    return m_dlgCustom;
+}
+
+TwDlgDoubleExposure* TwainDialogController::dlgDoubleExposure() {
+    if (!m_dlgDoubleExposure)
+        m_dlgDoubleExposure = makePanel<TwDlgDoubleExposure>();
+    return m_dlgDoubleExposure;
+}
+
+TwDlgPageSeparation* TwainDialogController::dlgPageSeparation() {
+    if (!m_dlgPageSeparation)
+        m_dlgPageSeparation = makePanel<TwDlgPageSeparation>();
+    return m_dlgPageSeparation;
 }
 
 void TwainDialogController::showWindow() {
@@ -382,13 +417,15 @@ void TwainDialogController::onDeleteSetting() {
 }
 
 void TwainDialogController::onAbout() {
-    OrvaLog(kOrvaLogInfo, "%s: the about panel is not part of this build\n",
-            "TwainDialogController::onAbout");
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onAbout");
+    if (TwDlgAbout* about = dlgAbout())
+        about->runModal();
 }
 
 void TwainDialogController::onCustomize() {
-    OrvaLog(kOrvaLogInfo, "%s: the customize dialog is not part of this build\n",
-            "TwainDialogController::onCustomize");
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onCustomize");
+    if (TwDlgCustom* custom = dlgCustom())
+        custom->runModal();
 }
 
 void TwainDialogController::onCustomPaperSize() {
@@ -428,13 +465,48 @@ void TwainDialogController::onCustomPaperSize() {
 }
 
 void TwainDialogController::onDoubleExposure() {
-    OrvaLog(kOrvaLogInfo, "%s: the double exposure dialog is not part of this build\n",
-            "TwainDialogController::onDoubleExposure");
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onDoubleExposure");
+    TwDlgDoubleExposure* dialog = dlgDoubleExposure();
+    if (!dialog || !_dialogData)
+        return;
+    const TwValue order = _dialogData->valueForKeyPath("Data.Layout.DoubleExposure.PageOrder");
+    const TwValue papers = _dialogData->valueForKeyPath("content.PaperSizeAllPlusNone");
+    const TwValue paper = _dialogData->valueForKeyPath("Data.Layout.DoubleExposure.PaperSize");
+    int index = 0;
+    if (auto list = papers.list()) {
+        for (std::size_t i = 0; i < list->size(); ++i) {
+            auto entry = (*list)[i].dict();
+            if (entry && entry->value("value").isEqual(paper)) {
+                index = int(i);
+                break;
+            }
+        }
+    }
+    dialog->setPageOrder(int(order.intValue()));
+    dialog->setPaperSize(index);
+    if (dialog->runModal() != 1)
+        return;
+    _dialogData->myChangeValue(TwValue(dialog->pageOrder()), "Data.Layout.DoubleExposure.PageOrder");
+    auto list = _dialogData->valueForKeyPath("content.PaperSizeAllPlusNone").list();
+    const int chosen = dialog->paperSize();
+    if (!list || chosen < 0 || std::size_t(chosen) >= list->size() || !(*list)[std::size_t(chosen)].dict()) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: paper size %d is not in content.PaperSizeAllPlusNone; kept\n",
+                "TwainDialogController::onDoubleExposure", chosen);
+        return;
+    }
+    _dialogData->myChangeValue((*list)[std::size_t(chosen)].dict()->value("value"),
+                               "Data.Layout.DoubleExposure.PaperSize");
 }
 
 void TwainDialogController::onPageSeparetion() {
-    OrvaLog(kOrvaLogInfo, "%s: the page separation dialog is not part of this build\n",
-            "TwainDialogController::onPageSeparetion");
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onPageSeparetion");
+    TwDlgPageSeparation* dialog = dlgPageSeparation();
+    if (!dialog || !_dialogData)
+        return;
+    dialog->setPageOrder(
+        int(_dialogData->valueForKeyPath("Data.Layout.PageSeparation.PageOrder").intValue()));
+    if (dialog->runModal() == 1)
+        _dialogData->myChangeValue(TwValue(dialog->pageOrder()), "Data.Layout.PageSeparation.PageOrder");
 }
 
 void TwainDialogController::onCustomGamma(QObject* sender) {
@@ -583,11 +655,9 @@ void TwainDialogController::setPreviewImages(TwPreviewRecord* record, bool freeI
         if (!side->pDIB)
             continue;
         files[i] = CreateImage(side->pDIB, side->imageLength);
-        if (freeImage) {
-            std::free(side->pDIB);
-            side->pDIB = nullptr;
-        }
     }
+    if (freeImage)
+        releasePreviewImages(record);
     OrvaLog(kOrvaLogDebug, "\t%s: ratios front %.3f/%.3f/%.3f back %.3f/%.3f/%.3f\n",
             "TwainDialogController::setPreviewImages", record->front.colorRatio, record->front.whiteRatio,
             record->front.blackRatio, record->back.colorRatio, record->back.whiteRatio,
@@ -602,6 +672,15 @@ void TwainDialogController::setPreviewImages(TwPreviewRecord* record, bool freeI
     preview->setWhiteRatioBack(record->back.whiteRatio);
     preview->setBlackRatioBack(record->back.blackRatio);
     preview->setPrescanImage(files[0], files[1]);
+}
+
+void TwainDialogController::releasePreviewImages(TwPreviewRecord* record) {
+    if (!record)
+        return;
+    for (TwPreviewSide* side : {&record->front, &record->back}) {
+        std::free(side->pDIB);
+        side->pDIB = nullptr;
+    }
 }
 
 void TwainDialogController::previewRescan() {
@@ -620,6 +699,53 @@ std::optional<std::pair<double, double>> TwainDialogController::bitmapSizeMillim
     return GetDIBSizeMillimetres(bitmap, length);
 }
 
+// ---- The problem page of a continue-scan question ------------------------------------------------
+
+void TwainDialogController::showContinueScanPage(TwPreviewRecord* record, QWidget* question) {
+    closeContinueScanPage();
+    if (!record)
+        return;
+    if (!record->front.pDIB) {
+        OrvaLog(kOrvaLogError, "ERROR: pDIB = NULL\n");
+        releasePreviewImages(record);
+        return;
+    }
+    const TwPreviewSide& front = record->front;
+    QImage page = QImage::fromData(CreateImage(front.pDIB, front.imageLength), "BMP");
+    releasePreviewImages(record);
+    if (page.isNull()) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: the page is no bitmap Qt can read; only the question shows\n",
+                "TwainDialogController::showContinueScanPage");
+        return;
+    }
+    // The bitmap's rows run top down, but a bitmap file of positive height is read bottom up.
+    page = page.mirrored(false, true);
+    const QSize fit(kContinueScanPageSide, kContinueScanPageSide);
+    if (page.width() > fit.width() || page.height() > fit.height())
+        page = page.scaled(fit, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+
+    // A window of the question's: shown with it, not blocked by it, and gone with it.
+    auto* window = new QLabel(question, Qt::Window);
+    window->setObjectName(QStringLiteral("continueScanPage"));
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setAttribute(Qt::WA_ShowWithoutActivating);
+    window->setWindowTitle(question ? question->windowTitle() : m_modelName);
+    window->setPixmap(QPixmap::fromImage(page));
+    window->setAlignment(Qt::AlignCenter);
+    window->setFrameShape(QFrame::Box);
+    window->adjustSize();
+    if (question)
+        window->move(question->frameGeometry().topRight() + QPoint(kContinueScanPageGap, 0));
+    window->show();
+    m_continueScanPage = window;
+}
+
+void TwainDialogController::closeContinueScanPage() {
+    if (m_continueScanPage)
+        m_continueScanPage->close();
+    m_continueScanPage = nullptr;
+}
+
 // ---- Progress ----------------------------------------------------------------------------------
 
 void TwainDialogController::showProgressDialog() {
@@ -628,13 +754,8 @@ void TwainDialogController::showProgressDialog() {
         return;
     bool mainVisible = isVisible();
     if (!m_dlgScanning) {
-        m_dlgScanning = new TwDlgScanning;
-        m_dlgScanning->setWindowController(this);
+        m_dlgScanning = makePanel<TwDlgScanning>();
         m_dlgScanning->setWindowTitle(m_modelName);
-        QString stop = localizedString(QStringLiteral("IDS_STOP"));
-        if (stop != QLatin1String("IDS_STOP"))
-            m_dlgScanning->btnStop()->setText(stop);
-        connect(m_dlgScanning->btnStop(), &QPushButton::clicked, this, [this] { onScanCancel(); });
     }
     if (mainVisible) {
         // A sheet: modal for the main window only, over it.

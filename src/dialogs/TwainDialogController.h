@@ -3,7 +3,10 @@
 // the progress panel, opens the help and shows message boxes with localized button titles.
 #pragma once
 
+#include "TwDlgAbout.h"
+#include "TwDlgCustom.h"
 #include "TwDlgMain.h"
+#include "TwDlgPageOrder.h"
 #include "TwDlgSaveSetting.h"
 #include "TwDlgScanning.h"
 #include "TwPreviewPanel.h"
@@ -69,6 +72,10 @@ public:
     // The custom paper-size and custom gamma editors.
     TwDlgPaperSize* dlgPaperSize();
     TwDlgCustomGamma* dlgGamma();
+    TwDlgAbout* dlgAbout();
+    TwDlgCustom* dlgCustom();
+    TwDlgDoubleExposure* dlgDoubleExposure();
+    TwDlgPageSeparation* dlgPageSeparation();
 
     // ---- Button actions ----
 
@@ -114,6 +121,20 @@ public:
     // missing, short or has no resolution.
     static std::optional<std::pair<double, double>> bitmapSizeMillimetres(const void* bitmap,
                                                                           std::uint32_t length);
+
+    // Frees the images of the record (with free(), as the data source made them with malloc) and
+    // clears their pointers.
+    static void releasePreviewImages(TwPreviewRecord* record);
+
+    // ---- The problem page of a continue-scan question ----
+    // The one place that receives the page a continue-scan question is about: the front image of
+    // the record the data source filled for event 0x1001. It is shown in a window of its own beside
+    // the question (the prescan preview in display-only mode is to take this over); every image of
+    // the record is freed here. Without a front image "ERROR: pDIB = NULL" is logged and only the
+    // question shows.
+    void showContinueScanPage(TwPreviewRecord* record, QWidget* question);
+    void closeContinueScanPage();
+    QWidget* continueScanPage() const { return m_continueScanPage; }
 
     // ---- Progress ----
 
@@ -164,6 +185,11 @@ private:
     QPointer<TwDlgSaveSetting> m_dlgSaveSetting;
     QPointer<TwDlgPaperSize> m_dlgPaperSize;
     QPointer<TwDlgCustomGamma> m_dlgGamma;
+    QPointer<TwDlgAbout> m_dlgAbout;
+    QPointer<TwDlgCustom> m_dlgCustom;
+    QPointer<TwDlgDoubleExposure> m_dlgDoubleExposure;
+    QPointer<TwDlgPageSeparation> m_dlgPageSeparation;
+    QPointer<QWidget> m_continueScanPage;
     QString DSHelpBookName;
     VmxUICallback pfCallback = nullptr;
     bool UiOnly = false;

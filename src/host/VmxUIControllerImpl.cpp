@@ -11,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QMessageBox>
 #include <QPixmap>
 #include <QTabWidget>
 #include <QTimer>
@@ -21,6 +22,8 @@
 
 namespace {
 constexpr const char* kClass = "VmxUIController";
+// The question icon of the message type.
+constexpr std::uint32_t kContinueScanIcon = 0x40000;
 } // namespace
 
 VmxUIControllerImpl::VmxUIControllerImpl() {
@@ -305,7 +308,7 @@ void VmxUIControllerImpl::simulateMouseEvent() {
 
 void VmxUIControllerImpl::hideUi() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::hideUi");
-    if (!_dlgController)
+    if (!controllerIfMade())
         return;
     TwApplication::runOnGuiThread([this] { innerHideUi(); });
     logControllerUseCount("hideUi");
@@ -441,10 +444,76 @@ int VmxUIControllerImpl::innerShowMessageBox(const std::string& message, const s
     return answer;
 }
 
-int VmxUIControllerImpl::showContinueScanDialog(std::uint16_t) {
-    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::showContinueScanDialog");
-    // The continue-scan question arrives with its own dialog; until then nothing is asked.
-    return 0;
+int VmxUIControllerImpl::showContinueScanDialog(std::uint16_t value) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s(%u)\n", "VmxUIController::showContinueScanDialog", value);
+    if (TwApplication::isGuiThread())
+        return innerShowContinueScanDialogFunc(value);
+    if (!QCoreApplication::instance()) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: no application to ask from this thread\n",
+                "VmxUIController::showContinueScanDialog");
+        return 0;
+    }
+    VmxUIMessageBoxArg arg;
+    arg.callbackEvent = value;
+    TwApplication::runOnGuiThread([this, &arg] { showContinueScanDialogFunc(arg); });
+    return arg.returnValue;
+}
+
+void VmxUIControllerImpl::showContinueScanDialogFunc(VmxUIMessageBoxArg& arg) {
+    arg.returnValue = innerShowContinueScanDialogFunc(arg.callbackEvent);
+}
+
+int VmxUIControllerImpl::innerShowContinueScanDialogFunc(std::uint16_t value) {
+    OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::innerShowContinueScanDialogFunc");
+    // The data source's function: it stays valid whatever happens to this object meanwhile.
+    const VmxUICallback callback = callbackFunc;
+    if (!callback) {
+        OrvaLog(kOrvaLogDebug, "\t%s: no callback, nothing asked\n",
+                "VmxUIController::innerShowContinueScanDialogFunc");
+        return 0;
+    }
+    if (!ensureApplication())
+        return 0;
+    auto text = [this](const char* key) {
+        return localizedString(key);
+    };
+    const QString message = QString::fromStdString(TwFormatString(
+        "%@\n\n%@\n\n%@", {text("IDS_MSG_CONTINUE_SCAN"), text("IDS_DOUBLEFEED"), text("IDS_ContinueMsg")}));
+    // The value names the problem page; 0 names none.
+    const QString title =
+        value == 0
+            ? QString()
+            : QString::fromStdString(TwFormatString(text("IDS_MSG_CONTINUE_PAGE"), {std::to_string(value)}));
+    const auto setup = TwMessageBoxSetupFor(
+        title, message, kVmxButtonsContinueStop | kContinueScanIcon, true,
+        [this](const char* key) { return QString::fromStdString(localizedStringNoEmpty(key)); });
+
+    TwPreviewRecord record{};
+    callback(kVmxEventContinueScanOpen, &record);
+    TwainDialogController* c = controller();
+    QWidget* parent = c->isVisible() ? c->windowIfLoaded() : nullptr;
+    const TwMessagePoll poll = [callback, &record]() -> std::optional<std::int16_t> {
+        const std::uint16_t r = callback(kVmxEventContinueScanPoll, &record);
+        if (r == kVmxResultContinue)
+            return std::nullopt;
+        // The answer codes stand for their buttons; anything else as the polled boxes take it.
+        if (r == kVmxAnswerContinue)
+            return std::int16_t(1);
+        if (r == kVmxAnswerStop)
+            return std::int16_t(0);
+        return static_cast<std::int16_t>(r);
+    };
+    const int answer =
+        TwRunMessageBox(setup, parent, poll, m_continueScanPollMs,
+                        [c, &record](QMessageBox* box) { c->showContinueScanPage(&record, box); });
+    // Every way the question ends comes through here, so the data source hears of it once.
+    callback(kVmxEventContinueScanClose, &record);
+    c->closeContinueScanPage();
+    // Images the page never took (the question ended before it showed) are freed all the same.
+    TwainDialogController::releasePreviewImages(&record);
+    OrvaLog(kOrvaLogTrace, "LEAVE: %s, return %d\n", "VmxUIController::innerShowContinueScanDialogFunc",
+            answer);
+    return answer;
 }
 
 void VmxUIControllerImpl::showProgressDialog() {
@@ -460,19 +529,20 @@ void VmxUIControllerImpl::showProgressDialog() {
 
 void VmxUIControllerImpl::hideProgressDialog() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "VmxUIController::hideProgressDialog");
-    if (!m_showIndicators || !_dlgController)
+    TwainDialogController* c = controllerIfMade();
+    if (!m_showIndicators || !c)
         return;
-    _dlgController->hideProgressDialog();
+    c->hideProgressDialog();
 }
 
 void VmxUIControllerImpl::setProgress(const void* progressRecord) {
-    if (!m_showIndicators || !_dlgController)
+    TwainDialogController* c = controllerIfMade();
+    if (!m_showIndicators || !c)
         return;
     // The record is read here, on the caller's thread; the panel is set on the GUI thread.
     std::uint32_t values[3] = {0, 0, 0};
     if (progressRecord)
         std::memcpy(values, progressRecord, sizeof values);
-    TwainDialogController* c = _dlgController.get();
     TwApplication::runOnGuiThread(
         [c, values, none = progressRecord == nullptr] { c->setProgress(none ? nullptr : values); });
 }

@@ -83,7 +83,11 @@ public:
 
     // The dialog controller, made on first use; it is handed the current model and callback.
     TwainDialogController* controller();
-    TwainDialogController* controllerIfMade() const { return _dlgController.get(); }
+    // The controller if there is one; safe from any thread while another one makes it.
+    TwainDialogController* controllerIfMade() const {
+        std::lock_guard lock(m_controllerLock);
+        return _dlgController.get();
+    }
     // Wakes the GUI loop after a modal run was stopped; counts the wake-ups.
     void simulateMouseEvent();
     int wakeUpsPosted() const { return m_wakeUps; }
@@ -92,6 +96,11 @@ public:
                             std::uint32_t messageType, std::uint16_t callbackEvent,
                             std::uint32_t timeIntervalMs);
     void showMessageFunc(VmxUIMessageBoxArg& arg);
+    // The continue-scan question on the GUI thread; the record's callbackEvent carries the value.
+    void showContinueScanDialogFunc(VmxUIMessageBoxArg& arg);
+    int innerShowContinueScanDialogFunc(std::uint16_t value);
+    // How often the continue-scan question asks the data source (event 0x1000); once a second.
+    void setContinueScanPollInterval(std::uint32_t ms) { m_continueScanPollMs = ms; }
 
     // Filters "PaperSourceAll" into "PaperSource" by what the connected scanner offers.
     void updatePaperSource(const TwValue& contents);
@@ -108,7 +117,7 @@ private:
     // A QApplication for the windows: the host's, or one made on first need.
     bool ensureApplication();
 
-    std::mutex m_controllerLock; // guards the creation of the dialog controller
+    mutable std::mutex m_controllerLock; // guards the creation of the dialog controller
     std::unique_ptr<TwainDialogController> _dlgController;
     bool m_holdsApplication = false;
     int m_wakeUps = 0;
@@ -118,6 +127,7 @@ private:
     bool m_isShow = true;
     bool m_isShowModal = false;
     bool m_showIndicators = true;
+    std::uint32_t m_continueScanPollMs = 1000;
     std::string m_modelName;
     TwModelDefFile* ModelDef = nullptr;
     std::shared_ptr<TwBundle> bundleDS;

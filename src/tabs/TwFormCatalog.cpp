@@ -1,9 +1,14 @@
 #include "TwFormCatalog.h"
 
+#include "ui_TwDlgAbout.h"
+#include "ui_TwDlgCustom.h"
 #include "ui_TwDlgCustomGamma.h"
+#include "ui_TwDlgDoubleExposure.h"
 #include "ui_TwDlgMain.h"
+#include "ui_TwDlgPageSeparation.h"
 #include "ui_TwDlgPaperSize.h"
 #include "ui_TwDlgSaveSetting.h"
+#include "ui_TwDlgScanning.h"
 #include "ui_TwainViewArea.h"
 #include "ui_TwainViewBasic.h"
 #include "ui_TwainViewBinaryImage.h"
@@ -45,7 +50,7 @@ struct Entry {
 };
 
 // Tabs in the order the main panel shows them, the two that take no part last, then the panels.
-const std::array<Entry, 15> kForms{{
+const std::array<Entry, 20> kForms{{
     {"TwainViewBasic", &make<Ui::TwainViewBasic>},
     {"TwainViewCommon", &make<Ui::TwainViewCommon>},
     {"TwainViewLayout", &make<Ui::TwainViewLayout>},
@@ -61,6 +66,11 @@ const std::array<Entry, 15> kForms{{
     {"TwDlgSaveSetting", &make<Ui::TwDlgSaveSetting, QDialog>},
     {"TwDlgPaperSize", &make<Ui::TwDlgPaperSize, QDialog>},
     {"TwDlgCustomGamma", &make<Ui::TwDlgCustomGamma, QDialog>},
+    {"TwDlgAbout", &make<Ui::TwDlgAbout, QDialog>},
+    {"TwDlgScanning", &make<Ui::TwDlgScanning, QDialog>},
+    {"TwDlgDoubleExposure", &make<Ui::TwDlgDoubleExposure, QDialog>},
+    {"TwDlgPageSeparation", &make<Ui::TwDlgPageSeparation, QDialog>},
+    {"TwDlgCustom", &make<Ui::TwDlgCustom, QDialog>},
 }};
 
 // QLineEdit keeps this much space between its frame and the text.

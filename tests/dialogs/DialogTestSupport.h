@@ -4,7 +4,10 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDir>
 #include <QMessageBox>
+#include <QPainter>
+#include <QPixmap>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
@@ -40,4 +43,26 @@ inline QAbstractButton* buttonTitled(QMessageBox* box, const QString& title) {
         if (b->text() == title)
             return b;
     return nullptr;
+}
+
+// VMX_DIALOG_SHOTS=<dir>: the folder the picture tests save into; empty when they are not wanted.
+inline QString dialogShotsFolder() {
+    return qEnvironmentVariable("VMX_DIALOG_SHOTS");
+}
+
+// Saves one picture of the windows as they stand on the screen, each drawn at its place; the first
+// is drawn first. Returns the file, or an empty string when it could not be written.
+inline QString saveWindowsPicture(const QString& name, const QList<QWidget*>& windows) {
+    QRect bounds;
+    for (QWidget* w : windows)
+        bounds |= w->geometry();
+    const int margin = 8;
+    QPixmap picture(bounds.size() + QSize(2 * margin, 2 * margin));
+    picture.fill(QColor(0xd8, 0xdc, 0xe0));
+    QPainter painter(&picture);
+    for (QWidget* w : windows)
+        painter.drawPixmap(w->geometry().topLeft() - bounds.topLeft() + QPoint(margin, margin), w->grab());
+    painter.end();
+    const QString file = QDir(dialogShotsFolder()).filePath(name + QStringLiteral(".png"));
+    return QDir().mkpath(dialogShotsFolder()) && picture.save(file) ? file : QString();
 }

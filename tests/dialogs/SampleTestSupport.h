@@ -9,7 +9,9 @@
 #include "VmxUIControllerImpl.h"
 
 #include <QDir>
+#include <QFile>
 #include <QString>
+#include <QTemporaryDir>
 
 #include <memory>
 #include <string>
@@ -18,9 +20,13 @@ struct SampleScanner {
     static inline const std::string kBundle = SAMPLE_BUNDLE_DIR;
     SampleModelDef def{TwValue()};
     TwValue capabilities;
+    // The preferences folder of a run outside CTest, which sets one: never the user's own.
+    QTemporaryDir ownConfig;
 
     // False, with the reason, when the bundle's files cannot be read.
     bool read(std::string* error) {
+        if (qEnvironmentVariableIsEmpty("XDG_CONFIG_HOME"))
+            qputenv("XDG_CONFIG_HOME", QFile::encodeName(ownConfig.path()));
         def = SampleModelDef::fromFile(kBundle + "/Contents/Resources/ModelDef.plist", error);
         if (!error->empty())
             return false;
@@ -40,8 +46,8 @@ struct SampleScanner {
         return ui;
     }
 
-    // Removes every saved setting: the test's own preferences folder, and only that (a test run
-    // outside CTest has none, and must not empty its working folder instead).
+    // Removes every saved setting: the test's own preferences folder, and only that (never the
+    // working folder, should the variable be empty).
     static void forgetPreferences() {
         const QString folder = QString::fromLocal8Bit(qgetenv("XDG_CONFIG_HOME"));
         if (!folder.isEmpty())

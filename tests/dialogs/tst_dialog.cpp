@@ -472,7 +472,9 @@ private slots:
         QCOMPARE(panel->progressIndicator()->value(), 30);
         std::uint32_t empty[3] = {0, 0, 0};
         ui->setProgress(empty);
-        QVERIFY(panel->progressIndicator()->maximum() > 0); // determinate, not busy
+        // 0 of 0: an empty determinate bar, not a busy one.
+        QVERIFY(panel->progressIndicator()->maximum() > 0);
+        QCOMPARE(panel->progressIndicator()->value(), 0);
         ui->hideProgressDialog();
         QVERIFY(!panel->isVisible() && !panel->isAnimating());
 

@@ -4,6 +4,7 @@
 #include "TwMessageBox.h"
 #include "VmxUI.h"
 
+#include <QEventLoop>
 #include <QPushButton>
 #include <QTest>
 
@@ -167,6 +168,23 @@ private slots:
         });
         QCOMPARE(TwRunMessageBox(boxFor(0x2), nullptr, poll, 10), 11);
         QVERIFY2(polls >= 3, qPrintable(QString::number(polls)));
+    }
+
+    // A poll that runs a loop of its own (the data source shows another box meanwhile) is not
+    // asked again from inside that loop.
+    void aPollIsNeverAskedAgainWhileItRuns() {
+        int depth = 0, deepest = 0, polls = 0;
+        TwMessagePoll poll = [&]() -> std::optional<std::int16_t> {
+            deepest = std::max(deepest, ++depth);
+            QEventLoop loop;
+            QTimer::singleShot(60, &loop, &QEventLoop::quit);
+            loop.exec();
+            --depth;
+            return ++polls == 3 ? std::optional<std::int16_t>(1) : std::nullopt;
+        };
+        QCOMPARE(TwRunMessageBox(boxFor(0x2), nullptr, poll, 5), int(kVmxAnswerOK));
+        QCOMPARE(deepest, 1);
+        QCOMPARE(polls, 3);
     }
 };
 

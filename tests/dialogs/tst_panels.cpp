@@ -1,23 +1,52 @@
 // The panels the main dialog opens, driven as a person drives them (typing, pressing their
-// buttons) with the sample scanner: the name dialog and its checks.
+// buttons) with the sample scanner: which button opens which panel, the name dialog and its
+// checks, the about panel, the page-order dialogs and the customize dialog's units and margins.
 #include "DialogTestSupport.h"
 #include "SampleTestSupport.h"
+#include "TwBindingWidgets.h"
+#include "TwBundle.h"
+#include "TwDlgAbout.h"
+#include "TwDlgCustom.h"
 #include "TwDlgMain.h"
+#include "TwDlgPageOrder.h"
 #include "TwDlgSaveSetting.h"
+#include "TwEditCommit.h"
 #include "TwMessageBox.h"
 #include "TwainDialogController.h"
 #include "TwainDialogData.h"
+#include "TwainView.h"
 
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
 
 namespace {
 std::uint16_t ignoreEvents(std::uint16_t, void*) {
     return 0;
 }
+
+// Counts the notices of one key path.
+class NoticeCounter : public TwKeyValueObserver {
+public:
+    NoticeCounter(TwObservable& object, std::string keyPath)
+        : m_object(object), m_keyPath(std::move(keyPath)) {
+        m_object.addObserver(this, m_keyPath, kTwObserveNew);
+    }
+    ~NoticeCounter() override { m_object.removeObserver(this, m_keyPath); }
+    void observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange&, void*) override {
+        ++count;
+    }
+    int count = 0;
+
+private:
+    TwObservable& m_object;
+    std::string m_keyPath;
+};
 
 // Types the text into the name dialog as a person would and presses OK; presses Cancel when the
 // dialog stays open. Whether it stayed is noted.
@@ -55,6 +84,7 @@ class TestPanels : public QObject {
 
 private slots:
     void initTestCase() {
+        TwBundle::setModuleBundlePath(VMX_BUNDLE_DIR); // the page-order pictures
         std::string error;
         QVERIFY2(sample.read(&error), error.c_str());
     }
@@ -216,6 +246,309 @@ private slots:
         d->setType(7);
         QCOMPARE(d->maxNameLength(), 32u);
         QVERIFY(d->windowTitle().isEmpty() && d->labTitle()->text().isEmpty());
+    }
+
+    // ---- Which button opens which panel ----
+
+    void everyButtonOpensItsPanel_data() {
+        QTest::addColumn<QString>("tab"); // empty: a button of the main panel
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QString>("panel");
+        QTest::newRow("Save...") << ""
+                                 << "btnSave"
+                                 << "TwDlgSaveSetting";
+        QTest::newRow("About...") << ""
+                                  << "btnAbout"
+                                  << "TwDlgAbout";
+        QTest::newRow("Customize...") << ""
+                                      << "btnCustomize"
+                                      << "TwDlgCustom";
+        QTest::newRow("double exposure Settings...") << "Layout"
+                                                     << "btnDoubleExposureCfg"
+                                                     << "TwDlgDoubleExposure";
+        QTest::newRow("page separation Settings...") << "Layout"
+                                                     << "btnPageSeparationCfg"
+                                                     << "TwDlgPageSeparation";
+    }
+    void everyButtonOpensItsPanel() {
+        QFETCH(QString, tab);
+        QFETCH(QString, button);
+        QFETCH(QString, panel);
+        auto ui = sample.load(&ignoreEvents);
+        ui->showUi(true, false, false);
+        TwDlgMain* w = ui->controllerIfMade()->windowIfLoaded();
+        // The Settings... buttons work while their option is on (double exposure: on a duplex source).
+        const std::string option = QString(button).remove("btn").remove("Cfg").toStdString();
+        ui->setDataWithKeyPathValue(
+            TwValue::dictionary({{"Data.PaperSource", 1}, {"Data.Layout." + option + ".Enable", true}}));
+        QWidget* root = w;
+        if (!tab.isEmpty()) {
+            w->tableMain()->setCurrentIndex(w->tabIdentifiers().indexOf(tab));
+            root = w->view(tab);
+        }
+        auto* b = root->findChild<QPushButton*>(button);
+        QVERIFY(b && b->isEnabled());
+        QString opened;
+        auto timer = whenModal<TwPanel>([&](TwPanel* p) {
+            opened = QString::fromLatin1(p->metaObject()->className());
+            QTest::keyClick(p, Qt::Key_Escape);
+        });
+        QTest::mouseClick(b, Qt::LeftButton);
+        QCOMPARE(opened, panel);
+        ui->hideUi();
+    }
+
+    // The panels' Help buttons open the data source's help book, as the main panel's does.
+    void thePanelsHelpButtonsOpenTheHelpBook() {
+        QList<QUrl> opened;
+        TwainDialogController::setUrlOpener([&](const QUrl& url) {
+            opened << url;
+            return true;
+        });
+        TwainDialogController::setHelpRoot(QStringLiteral("/nonexistent-help-root"));
+        auto ui = sample.load(&ignoreEvents);
+        auto* c = ui->controller();
+        for (TwPanel* panel : std::initializer_list<TwPanel*>{c->dlgCustom(), c->dlgDoubleExposure(),
+                                                              c->dlgPageSeparation()}) {
+            auto timer = whenModal<TwPanel>([](TwPanel* p) {
+                QTest::mouseClick(p->findChild<QPushButton*>("btnHelp"), Qt::LeftButton);
+                QTest::keyClick(p, Qt::Key_Escape);
+            });
+            panel->runModal();
+        }
+        TwainDialogController::setUrlOpener({});
+        QCOMPARE(opened.size(), 3);
+        for (const QUrl& url : opened)
+            QVERIFY(url.toLocalFile().endsWith(QStringLiteral("Resources/help/HelpBook/index.html")));
+    }
+
+    // ---- About ----
+
+    // The data source's version texts and the scanner's; a bundle without them shows none, and
+    // the panel leaves no binding behind.
+    void theAboutPanelShowsTheVersions() {
+        auto ui = sample.load(&ignoreEvents);
+        TwainDialogData* model = ui->model().get();
+        const std::size_t observations = model->observationCount();
+        QStringList texts;
+        auto read = [&](TwDlgAbout* about) {
+            texts = QStringList{about->txtDriverVersion()->text(),  about->txtDriverVerInfo()->text(),
+                                about->txtCopyright()->text(),      about->txtScannerProduct()->text(),
+                                about->txtScannerVersion()->text(), about->txtScannerInterface()->text()};
+            QTest::mouseClick(about->findChild<QPushButton*>("btnOK"), Qt::LeftButton);
+        };
+        auto timer = whenModal<TwDlgAbout>(read);
+        ui->controller()->onAbout();
+        QCOMPARE(texts, (QStringList{"1.0.0", "Orvanic VMX-S sample data source 1.0.0 (simulated scanner)",
+                                     QString::fromUtf8("Copyright © Orvanic. All rights reserved."),
+                                     "Orvanic VMX-S60", "1.00", "USB 3.0"}));
+        QCOMPARE(model->observationCount(), observations);
+
+        QTemporaryDir bare;
+        QDir(bare.path()).mkpath("Contents/Resources");
+        auto other = std::make_unique<VmxUIControllerImpl>();
+        other->initWithDSBundle(bare.path().toStdString());
+        other->setModelDef(&sample.def);
+        other->setDataWithDictionary(TwValue::dictionary(), 0);
+        timer = whenModal<TwDlgAbout>(read);
+        other->controller()->onAbout();
+        QCOMPARE(texts.mid(0, 3), (QStringList{"", "", ""}));
+    }
+
+    // ---- Page orders ----
+
+    // The dialog starts from the setting; OK stores the picked order and paper, anything else
+    // keeps them. A paper the list lacks shows as the first entry.
+    void doubleExposureStoresWhatWasPicked_data() {
+        QTest::addColumn<int>("paperIndex"); // of the setting's paper in the list; -1: not in it
+        QTest::addColumn<bool>("ok");
+        QTest::newRow("OK") << 3 << true;
+        QTest::newRow("Cancel") << 3 << false;
+        QTest::newRow("paper not in the list") << -1 << true;
+    }
+    void doubleExposureStoresWhatWasPicked() {
+        QFETCH(int, paperIndex);
+        QFETCH(bool, ok);
+        auto ui = sample.load(&ignoreEvents);
+        const TwValue papers = ui->dataForKeyPath("content.PaperSizeAllPlusNone");
+        QVERIFY(papers.list() && papers.list()->size() > 5);
+        auto valueAt = [&](int i) {
+            return (*papers.list())[std::size_t(i)].dict()->value("value");
+        };
+        const TwValue paper = paperIndex < 0 ? TwValue(9999) : valueAt(paperIndex);
+        ui->setDataWithKeyPathValue(TwValue::dictionary(
+            {{"Data.Layout.DoubleExposure.PageOrder", 2}, {"Data.Layout.DoubleExposure.PaperSize", paper}}));
+        int shownOrder = -1, shownPaper = -1;
+        auto timer = whenModal<TwDlgDoubleExposure>([&](TwDlgDoubleExposure* d) {
+            shownOrder = d->rdoDoubleExposure()->selectedIndex();
+            shownPaper = d->cmbPaperSize()->currentIndex();
+            d->findChild<QRadioButton*>("rdoDoubleExposure_3")->click();
+            d->cmbPaperSize()->setCurrentIndex(5); // as a person picks it
+            emit d->cmbPaperSize()->activated(5);
+            QTest::mouseClick(ok ? d->btnOK() : d->btnCancel(), Qt::LeftButton);
+        });
+        ui->controller()->onDoubleExposure();
+        QCOMPARE(shownOrder, 2);
+        QCOMPARE(shownPaper, std::max(paperIndex, 0));
+        QCOMPARE(ui->dataForKeyPath("Data.Layout.DoubleExposure.PageOrder"), TwValue(ok ? 3 : 2));
+        QCOMPARE(ui->dataForKeyPath("Data.Layout.DoubleExposure.PaperSize"), ok ? valueAt(5) : paper);
+    }
+
+    void pageSeparationStoresTheOrderOnOK() {
+        auto ui = sample.load(&ignoreEvents);
+        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.Layout.PageSeparation.PageOrder", 1}}));
+        for (bool ok : {false, true}) {
+            int shown = -1;
+            auto timer = whenModal<TwDlgPageSeparation>([&](TwDlgPageSeparation* d) {
+                shown = d->rdoPageSeparation()->selectedIndex();
+                QVERIFY(!d->rdoPageSeparation()->buttons()[0]->icon().isNull());
+                d->findChild<QRadioButton*>("rdoPageSeparation_2")->click();
+                if (ok)
+                    QTest::mouseClick(d->btnOK(), Qt::LeftButton);
+                else
+                    QTest::keyClick(d, Qt::Key_Escape);
+            });
+            ui->controller()->onPageSeparetion();
+            QCOMPARE(shown, 1);
+            QCOMPARE(ui->dataForKeyPath("Data.Layout.PageSeparation.PageOrder"), TwValue(ok ? 2 : 1));
+        }
+    }
+
+    // ---- Customize ----
+
+    // 5.0 mm shows 5.0; in inches about 0.19685, stored again as 50 tenths, not 49. An entry of
+    // 0.1 in is stored as 25 (2.54 mm, cut to tenths). The margins are saved; Cancel stores nothing.
+    void customizeConvertsAndStoresTheMargins() {
+        auto ui = sample.load(&ignoreEvents);
+        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Customize.BorderRemoval.left", 50}}));
+        TwDlgCustom* custom = ui->controller()->dlgCustom();
+        QCOMPARE(custom->unit(), std::uint32_t(TwDlgCustom::Millimetre));
+        QString shownMillimetres, shownInches;
+        double inches = 0;
+        auto timer = whenModal<TwDlgCustom>([&](TwDlgCustom* d) {
+            shownMillimetres = d->field("removalLeft")->text();
+            d->cmbUnit()->setCurrentIndex(d->cmbUnit()->findText("Inches"));
+            emit d->cmbUnit()->activated(d->cmbUnit()->currentIndex());
+            inches = d->margin("removalLeft");
+            shownInches = d->field("removalLeft")->text();
+            QLineEdit* top = d->field("removalTop");
+            top->setFocus();
+            top->selectAll();
+            QTest::keyClicks(top, "0.1");
+            QTest::mouseClick(d->btnOK(), Qt::LeftButton);
+        });
+        custom->runModal();
+        QCOMPARE(shownMillimetres, QStringLiteral("5.0"));
+        QVERIFY2(qAbs(inches - 5.0 / 25.4) < 1e-9, qPrintable(QString::number(inches, 'g', 12)));
+        QCOMPARE(shownInches, QStringLiteral("0.20"));
+        QCOMPARE(ui->dataForKeyPath("Customize.BorderRemoval.left"), TwValue(50));
+        QCOMPARE(ui->dataForKeyPath("Customize.BorderRemoval.top"), TwValue(25));
+        QCOMPARE(ui->dataForKeyPath("Customize.RemoveShadow.bottom"), TwValue(30));
+        const TwValue saved = SampleScanner::stored("customize");
+        QVERIFY(saved.dict());
+        QCOMPARE(saved.dict()->value("BorderRemoval").dict()->value("top"), TwValue(25));
+
+        // Opened again in inches; Cancel leaves the model alone.
+        timer = whenModal<TwDlgCustom>([&](TwDlgCustom* d) {
+            shownInches = d->field("removalTop")->text();
+            d->setUnit(TwDlgCustom::Millimetre);
+            shownMillimetres = d->field("removalTop")->text();
+            QTest::keyClick(d, Qt::Key_Escape);
+        });
+        custom->runModal();
+        QCOMPARE(shownInches, QStringLiteral("0.10"));
+        QCOMPARE(shownMillimetres, QStringLiteral("2.5"));
+        QCOMPARE(ui->dataForKeyPath("Customize.BorderRemoval.top"), TwValue(25));
+    }
+
+    // The unit set to itself tells nobody; another unit tells each margin once.
+    void aUnitSetToItselfSendsNoNotices() {
+        auto ui = sample.load(&ignoreEvents);
+        TwDlgCustom* custom = ui->controller()->dlgCustom();
+        custom->bindControlAll();
+        std::vector<std::unique_ptr<NoticeCounter>> counters;
+        counters.push_back(std::make_unique<NoticeCounter>(custom->ownValues(), "unit"));
+        for (const char* key : TwDlgCustom::kMarginKeys)
+            counters.push_back(std::make_unique<NoticeCounter>(custom->ownValues(), key));
+        auto total = [&] {
+            int n = 0;
+            for (auto& c : counters)
+                n += c->count;
+            return n;
+        };
+        custom->setUnit(TwDlgCustom::Millimetre);
+        QCOMPARE(total(), 0);
+        custom->setUnit(TwDlgCustom::Inch);
+        QCOMPARE(total(), 9);
+        for (auto& c : counters)
+            QCOMPARE(c->count, 1);
+        QVERIFY(qAbs(custom->margin("shadowLeft") - 3.0 / 25.4) < 1e-9);
+        custom->unbindControlAll();
+    }
+
+    // A margin beyond the model's limit (shadows up to 25.4 mm) is refused and nothing is stored.
+    void aMarginBeyondItsLimitIsRefused() {
+        QStringList alerts;
+        TwSetFormatterAlert([&](QWidget*, const QString& message) { alerts << message; });
+        auto ui = sample.load(&ignoreEvents);
+        bool stayed = false;
+        auto timer = whenModal<TwDlgCustom>([&](TwDlgCustom* d) {
+            QLineEdit* shadow = d->field("shadowRight");
+            shadow->setFocus();
+            shadow->selectAll();
+            QTest::keyClicks(shadow, "30");
+            QTest::mouseClick(d->btnOK(), Qt::LeftButton);
+            stayed = d->isVisible();
+            QTest::mouseClick(d->btnCancel(), Qt::LeftButton);
+        });
+        ui->controller()->onCustomize();
+        TwSetFormatterAlert({});
+        QVERIFY(stayed);
+        QCOMPARE(alerts.size(), 1);
+        QVERIFY2(alerts[0].contains("25.4"), qPrintable(alerts[0]));
+        QCOMPARE(ui->dataForKeyPath("Customize.RemoveShadow.right"), TwValue(30));
+        QVERIFY(SampleScanner::stored("customize").isNull());
+    }
+
+    // ---- Pictures (VMX_DIALOG_SHOTS=<dir>, under xvfb-run for real windows) ----
+
+    void pictures() {
+        if (dialogShotsFolder().isEmpty())
+            QSKIP("VMX_DIALOG_SHOTS names no folder");
+        auto ui = sample.load(&ignoreEvents);
+        ui->showUi(true, false, false);
+        auto* c = ui->controllerIfMade();
+        QStringList saved;
+        auto take = [&](const char* name) {
+            return whenModal<TwPanel>([&saved, name](TwPanel* p) {
+                QTest::qWait(200); // laid out and painted
+                saved << saveWindowsPicture(QString::fromLatin1(name), {p});
+                QTest::keyClick(p, Qt::Key_Escape);
+            });
+        };
+        ui->setDataWithKeyPathValue(
+            TwValue::dictionary({{"Customize.BorderRemoval.left", 50}, {"Customize.RemoveShadow.top", 15}}));
+        auto t1 = take("Customize");
+        c->onCustomize();
+        auto t2 = take("About");
+        c->onAbout();
+        auto t3 = take("DoubleExposure");
+        c->onDoubleExposure();
+        auto t4 = take("PageSeparation");
+        c->onPageSeparetion();
+        auto t5 = take("SaveSetting");
+        c->onSaveSetting();
+        c->onStart(); // a scan shows the Stop button
+        ui->showProgressDialog();
+        const std::uint32_t progress[3] = {0, 5, 2};
+        ui->setProgress(progress);
+        QTest::qWait(200);
+        saved << saveWindowsPicture(QStringLiteral("Scanning"), {c->scanningPanel()});
+        ui->hideProgressDialog();
+        ui->hideUi();
+        QCOMPARE(saved.size(), 6);
+        QVERIFY2(!saved.contains(QString()), "a picture was not written");
+        qInfo("%s", qPrintable(saved.join(' ')));
     }
 };
 

@@ -91,7 +91,8 @@ private slots:
 
     void contentEntriesAreOwnCopies() {
         auto ui = loaded();
-        ui->dataForKeyPath("content.Resolution").list()->at(0).dict()->set("display", "changed");
+        // The store's own list, edited in place, is not the model definition's.
+        ui->model()->valueForKeyPath("content.Resolution").list()->at(0).dict()->set("display", "changed");
         QCOMPARE(def.options.dict()->value("Resolution").list()->at(0).dict()->value("display").stringValue(),
                  std::string("300 dpi"));
     }

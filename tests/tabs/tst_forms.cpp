@@ -117,6 +117,21 @@ text: labGammaRed labGammaGreen labGammaBlue labGammaMin labGammaMid labGammaMax
 curves: viewGamma
 sample: viewSample)",
          "btnSaveAs=onSaveAs btnDelete=onDelete btnClose=onClose"},
+        {"TwDlgAbout", "",
+         "text: txtDriverVersion txtDriverVerInfo txtScannerProduct txtScannerVersion txtScannerInterface "
+         "txtCopyright\npush: btnOK",
+         "btnOK=onOK"},
+        {"TwDlgScanning", "", "push: btnStop", "btnStop=onScanCancel"},
+        {"TwDlgDoubleExposure", "",
+         "radio: rdoDoubleExposure/4\npopup: cmbPaperSize\npush: btnOK btnCancel btnHelp",
+         "btnOK=onOK btnCancel=onCancel btnHelp=onHelp"},
+        {"TwDlgPageSeparation", "", "radio: rdoPageSeparation/4\npush: btnOK btnCancel btnHelp",
+         "btnOK=onOK btnCancel=onCancel btnHelp=onHelp"},
+        {"TwDlgCustom", "",
+         "popup: cmbUnit\nbox: boxRemoval boxShadow\nfield: txtRemovalLeft txtRemovalTop txtRemovalRight "
+         "txtRemovalBottom txtShadowLeft txtShadowTop txtShadowRight txtShadowBottom\npush: btnOK btnCancel "
+         "btnHelp",
+         "btnOK=onOK btnCancel=onCancel btnHelp=onHelp"},
     };
     return list;
 }

@@ -1,0 +1,123 @@
+#include "TwDlgPageOrder.h"
+
+#include "OrvaDebug.h"
+#include "TwBindingWidgets.h"
+#include "TwResponderBinding.h"
+#include "TwainDialogController.h"
+#include "TwainDialogData.h"
+#include "TwainViewLayout.h"
+#include "ui_TwDlgDoubleExposure.h"
+#include "ui_TwDlgPageSeparation.h"
+
+#include <QAbstractButton>
+#include <QIcon>
+
+namespace {
+constexpr const char* kPageOrder = "pageOrder";
+constexpr const char* kPaperSize = "paperSize";
+} // namespace
+
+// ---- TwDlgPageOrder ----------------------------------------------------------------------------
+
+TwDlgPageOrder::TwDlgPageOrder(QWidget* parent) : TwPanel(parent) {
+    ownValues().setValueForKeyPathWithoutNotification(TwValue(0), kPageOrder);
+}
+
+void TwDlgPageOrder::setPageOrderControl(TwSegmentedControl* control, bool pageSeparation) {
+    m_pageOrderControl = control;
+    const auto buttons = control->buttons();
+    for (int order = 0; order < buttons.size(); ++order) {
+        // The same pictures as the Layout tab shows beside its Settings... buttons.
+        const std::string path = TwainViewLayout::pageOrderIconPath(order, pageSeparation);
+        if (!path.empty())
+            buttons[order]->setIcon(QIcon(QString::fromStdString(path)));
+    }
+}
+
+void TwDlgPageOrder::setPageOrder(int order) {
+    ownValues().setValueForKeyPath(TwValue(order), kPageOrder);
+}
+
+int TwDlgPageOrder::pageOrder() {
+    return int(ownValues().valueForKeyPath(kPageOrder).intValue());
+}
+
+void TwDlgPageOrder::bindControlAll() {
+    TwPanel::bindControlAll();
+    responderBinding()->bindValue(m_pageOrderControl, &ownValues(), kPageOrder);
+}
+
+void TwDlgPageOrder::onOK() {
+    setReturnCode(1);
+    close();
+}
+
+void TwDlgPageOrder::onCancel() {
+    setReturnCode(0);
+    close();
+}
+
+// ---- TwDlgDoubleExposure -----------------------------------------------------------------------
+
+TwDlgDoubleExposure::TwDlgDoubleExposure(QWidget* parent)
+    : TwDlgPageOrder(parent), ui(std::make_unique<Ui::TwDlgDoubleExposure>()) {
+    ui->setupUi(this);
+    setPageOrderControl(ui->rdoDoubleExposure, false);
+    ownValues().setValueForKeyPathWithoutNotification(TwValue(0), kPaperSize);
+    connectActions(this);
+}
+
+TwDlgDoubleExposure::~TwDlgDoubleExposure() = default;
+
+TwSegmentedControl* TwDlgDoubleExposure::rdoDoubleExposure() const {
+    return ui->rdoDoubleExposure;
+}
+QComboBox* TwDlgDoubleExposure::cmbPaperSize() const {
+    return ui->cmbPaperSize;
+}
+QPushButton* TwDlgDoubleExposure::btnOK() const {
+    return ui->btnOK;
+}
+QPushButton* TwDlgDoubleExposure::btnCancel() const {
+    return ui->btnCancel;
+}
+
+void TwDlgDoubleExposure::setPaperSize(int index) {
+    ownValues().setValueForKeyPath(TwValue(index), kPaperSize);
+}
+
+int TwDlgDoubleExposure::paperSize() {
+    return int(ownValues().valueForKeyPath(kPaperSize).intValue());
+}
+
+void TwDlgDoubleExposure::bindControlAll() {
+    TwDlgPageOrder::bindControlAll();
+    TwainDialogData* model = windowController() ? windowController()->dialogData() : nullptr;
+    if (!model) {
+        OrvaLog(kOrvaLogError, "TwDlgDoubleExposure::bindControlAll ERROR: no model to bind to\n");
+        return;
+    }
+    responderBinding()->bindContent(ui->cmbPaperSize, model, "content.PaperSizeAllPlusNone");
+    responderBinding()->bindSelectedIndex(ui->cmbPaperSize, &ownValues(), kPaperSize);
+}
+
+// ---- TwDlgPageSeparation -----------------------------------------------------------------------
+
+TwDlgPageSeparation::TwDlgPageSeparation(QWidget* parent)
+    : TwDlgPageOrder(parent), ui(std::make_unique<Ui::TwDlgPageSeparation>()) {
+    ui->setupUi(this);
+    setPageOrderControl(ui->rdoPageSeparation, true);
+    connectActions(this);
+}
+
+TwDlgPageSeparation::~TwDlgPageSeparation() = default;
+
+TwSegmentedControl* TwDlgPageSeparation::rdoPageSeparation() const {
+    return ui->rdoPageSeparation;
+}
+QPushButton* TwDlgPageSeparation::btnOK() const {
+    return ui->btnOK;
+}
+QPushButton* TwDlgPageSeparation::btnCancel() const {
+    return ui->btnCancel;
+}
