@@ -19,7 +19,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
-#include <QLabel>
 #include <QPixmap>
 #include <QPushButton>
 #include <QTimer>
@@ -32,8 +31,7 @@ namespace {
 constexpr int kMaxProfiles = 50;
 constexpr int kPrescanSessionPoll = 200; // ms
 constexpr int kPreviewGap = 10;          // points between the dialog and the preview
-// The page beside a continue-scan question: at most this many pixels a side, this far from it.
-constexpr int kContinueScanPageSide = 520;
+// The page beside a continue-scan question stands this far from it.
 constexpr int kContinueScanPageGap = 10;
 
 TwainDialogController::UrlOpener& urlOpener() {
@@ -646,15 +644,17 @@ void TwainDialogController::setPreviewImages(TwPreviewRecord* record) {
 }
 
 void TwainDialogController::setPreviewImages(TwPreviewRecord* record, bool freeImage) {
+    handOverImages(previewPanel(), record, freeImage);
+}
+
+void TwainDialogController::handOverImages(TwPreviewPanel* preview, TwPreviewRecord* record, bool freeImage) {
     if (!record)
         return;
     QByteArray files[2];
     TwPreviewSide* sides[2] = {&record->front, &record->back};
     for (int i = 0; i < 2; ++i) {
-        TwPreviewSide* side = sides[i];
-        if (!side->pDIB)
-            continue;
-        files[i] = CreateImage(side->pDIB, side->imageLength);
+        if (sides[i]->pDIB)
+            files[i] = CreateImage(sides[i]->pDIB, sides[i]->imageLength);
     }
     if (freeImage)
         releasePreviewImages(record);
@@ -662,7 +662,6 @@ void TwainDialogController::setPreviewImages(TwPreviewRecord* record, bool freeI
             "TwainDialogController::setPreviewImages", record->front.colorRatio, record->front.whiteRatio,
             record->front.blackRatio, record->back.colorRatio, record->back.whiteRatio,
             record->back.blackRatio);
-    TwPreviewPanel* preview = previewPanel();
     if (!preview)
         return;
     preview->setColorRatioFront(record->front.colorRatio);
@@ -710,39 +709,35 @@ void TwainDialogController::showContinueScanPage(TwPreviewRecord* record, QWidge
         releasePreviewImages(record);
         return;
     }
-    const TwPreviewSide& front = record->front;
-    QImage page = QImage::fromData(CreateImage(front.pDIB, front.imageLength), "BMP");
-    releasePreviewImages(record);
-    if (page.isNull()) {
-        OrvaLog(kOrvaLogError, "ERROR: %s: the page is no bitmap Qt can read; only the question shows\n",
-                "TwainDialogController::showContinueScanPage");
+    const auto layout =
+        TwDibLayoutOf(record->front.pDIB, record->front.imageLength, "TwainDialogController::showContinueScanPage");
+    if (!layout) {
+        releasePreviewImages(record); // refused, logged: only the question shows
         return;
     }
-    // The bitmap's rows run top down, but a bitmap file of positive height is read bottom up.
-    page = page.mirrored(false, true);
-    const QSize fit(kContinueScanPageSide, kContinueScanPageSide);
-    if (page.width() > fit.width() || page.height() > fit.height())
-        page = page.scaled(fit, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-
-    // A window of the question's: shown with it, not blocked by it, and gone with it.
-    auto* window = new QLabel(question, Qt::Window);
-    window->setObjectName(QStringLiteral("continueScanPage"));
-    window->setAttribute(Qt::WA_DeleteOnClose);
-    window->setAttribute(Qt::WA_ShowWithoutActivating);
-    window->setWindowTitle(question ? question->windowTitle() : m_modelName);
-    window->setPixmap(QPixmap::fromImage(page));
-    window->setAlignment(Qt::AlignCenter);
-    window->setFrameShape(QFrame::Box);
-    window->adjustSize();
-    if (question)
-        window->move(question->frameGeometry().topRight() + QPoint(kContinueScanPageGap, 0));
-    window->show();
-    m_continueScanPage = window;
+    // A preview window of the question's own: shown with it, taking input while it runs (a window
+    // of a modal window is not blocked by it), and gone with it. The prescan preview stays as it is.
+    TwPreviewPanel* page = m_previewMaker && question ? m_previewMaker(question) : nullptr;
+    if (!page) {
+        releasePreviewImages(record);
+        return;
+    }
+    page->setWindowController(this);
+    // A page that does not say its resolution is shown as if scanned at 100 dpi.
+    auto size = bitmapSizeMillimetres(record->front.pDIB, record->front.imageLength);
+    page->setSizeFromScanImage(size ? QSizeF(size->first, size->second)
+                                    : QSizeF(layout->width, layout->height) * (kTwMillimetresPerInch / 100.0));
+    page->setIsModal(false);
+    page->setDisplayOnly(true);
+    handOverImages(page, record, true);
+    page->showWindow();
+    page->move(question->frameGeometry().topRight() + QPoint(kContinueScanPageGap, 0));
+    m_continueScanPage = page;
 }
 
 void TwainDialogController::closeContinueScanPage() {
     if (m_continueScanPage)
-        m_continueScanPage->close();
+        m_continueScanPage->closePanel();
     m_continueScanPage = nullptr;
 }
 

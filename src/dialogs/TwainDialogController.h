@@ -128,13 +128,13 @@ public:
 
     // ---- The problem page of a continue-scan question ----
     // The one place that receives the page a continue-scan question is about: the front image of
-    // the record the data source filled for event 0x1001. It is shown in a window of its own beside
-    // the question (the prescan preview in display-only mode is to take this over); every image of
-    // the record is freed here. Without a front image "ERROR: pDIB = NULL" is logged and only the
-    // question shows.
+    // the record the data source filled for event 0x1001. It is shown beside the question in a
+    // preview window in display-only mode (pages only, hand and zoom tools), a window of the
+    // question's; every image of the record is freed here. Without a front image "ERROR: pDIB =
+    // NULL" is logged and only the question shows.
     void showContinueScanPage(TwPreviewRecord* record, QWidget* question);
     void closeContinueScanPage();
-    QWidget* continueScanPage() const { return m_continueScanPage; }
+    TwPreviewPanel* continueScanPage() const { return m_continueScanPage; }
 
     // ---- Progress ----
 
@@ -174,6 +174,8 @@ private:
     void applyButtonTextKeys(QWidget* root);
 
     TwPreviewPanel* previewPanel();
+    // Pages and ratios of the record to the preview window (none: only freed when asked).
+    void handOverImages(TwPreviewPanel* preview, TwPreviewRecord* record, bool freeImage);
     void placePreview(TwPreviewPanel* preview);
 
     QPointer<TwDlgMain> m_window;
@@ -189,7 +191,7 @@ private:
     QPointer<TwDlgCustom> m_dlgCustom;
     QPointer<TwDlgDoubleExposure> m_dlgDoubleExposure;
     QPointer<TwDlgPageSeparation> m_dlgPageSeparation;
-    QPointer<QWidget> m_continueScanPage;
+    QPointer<TwPreviewPanel> m_continueScanPage;
     QString DSHelpBookName;
     VmxUICallback pfCallback = nullptr;
     bool UiOnly = false;

@@ -539,6 +539,8 @@ void TwDlgPreview::showWindow() {
     setSelectedSide(0);
     const bool select = !displayOnly() && IsEnableArea();
     ui->segControl->buttons().value(0)->setEnabled(select);
+    // A page only: there are no areas to pick.
+    ui->cmbArea->setVisible(!displayOnly());
     setTool(select ? 0 : 1);
     view->setScanImage(m_imageFront);
     // The scroll area gets its size from the layout before the page is fitted into it.
