@@ -4,18 +4,18 @@
 // dependency runs one way.
 #pragma once
 
+#include "ImageShared.h"
 #include "TwPanel.h"
 
-#include <QByteArray>
 #include <QSizeF>
 
 class TwPreviewPanel : public TwPanel {
 public:
     using TwPanel::TwPanel;
 
-    // Bitmap files of the two sides (TwainDialogController::CreateImage); an empty one leaves that
-    // side's page as it was.
-    virtual void setPrescanImage(const QByteArray& frontBitmapFile, const QByteArray& backBitmapFile) = 0;
+    // The bitmaps of the two sides as the data source handed them over, owned from now on; none
+    // leaves that side's page as it was.
+    virtual void setPrescanImage(TwOwnedDIB front, TwOwnedDIB back) = 0;
     // Shows the window with the front page fitted, its tools and, unless display-only, its areas.
     virtual void showWindow() = 0;
 

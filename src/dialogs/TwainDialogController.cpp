@@ -650,14 +650,18 @@ void TwainDialogController::setPreviewImages(TwPreviewRecord* record, bool freeI
 void TwainDialogController::handOverImages(TwPreviewPanel* preview, TwPreviewRecord* record, bool freeImage) {
     if (!record)
         return;
-    QByteArray files[2];
+    // The bitmaps go to the preview as they are, to be freed there; a record whose owner keeps its
+    // bitmaps hands over copies.
+    TwOwnedDIB pages[2];
     TwPreviewSide* sides[2] = {&record->front, &record->back};
     for (int i = 0; i < 2; ++i) {
-        if (sides[i]->pDIB)
-            files[i] = CreateImage(sides[i]->pDIB, sides[i]->imageLength);
+        if (!sides[i]->pDIB)
+            continue;
+        if (freeImage)
+            pages[i] = TwOwnedDIB(std::exchange(sides[i]->pDIB, nullptr), sides[i]->imageLength);
+        else
+            pages[i] = TwOwnedDIB::copyOf(sides[i]->pDIB, sides[i]->imageLength);
     }
-    if (freeImage)
-        releasePreviewImages(record);
     OrvaLog(kOrvaLogDebug, "\t%s: ratios front %.3f/%.3f/%.3f back %.3f/%.3f/%.3f\n",
             "TwainDialogController::setPreviewImages", record->front.colorRatio, record->front.whiteRatio,
             record->front.blackRatio, record->back.colorRatio, record->back.whiteRatio,
@@ -670,7 +674,7 @@ void TwainDialogController::handOverImages(TwPreviewPanel* preview, TwPreviewRec
     preview->setColorRatioBack(record->back.colorRatio);
     preview->setWhiteRatioBack(record->back.whiteRatio);
     preview->setBlackRatioBack(record->back.blackRatio);
-    preview->setPrescanImage(files[0], files[1]);
+    preview->setPrescanImage(std::move(pages[0]), std::move(pages[1]));
 }
 
 void TwainDialogController::releasePreviewImages(TwPreviewRecord* record) {
@@ -686,11 +690,6 @@ void TwainDialogController::previewRescan() {
     TwPreviewRecord record{};
     if (sendEvent(kVmxEventPreviewRescan, &record) == 0 && pfCallback)
         setPreviewImages(&record);
-}
-
-QByteArray TwainDialogController::CreateImage(const void* bitmap, std::uint32_t length) {
-    std::vector<unsigned char> file = CreateBMPFileBytes(bitmap, length);
-    return QByteArray(reinterpret_cast<const char*>(file.data()), qsizetype(file.size()));
 }
 
 std::optional<std::pair<double, double>> TwainDialogController::bitmapSizeMillimetres(const void* bitmap,
@@ -709,8 +708,8 @@ void TwainDialogController::showContinueScanPage(TwPreviewRecord* record, QWidge
         releasePreviewImages(record);
         return;
     }
-    const auto layout =
-        TwDibLayoutOf(record->front.pDIB, record->front.imageLength, "TwainDialogController::showContinueScanPage");
+    const auto layout = TwDibLayoutOf(record->front.pDIB, record->front.imageLength,
+                                      "TwainDialogController::showContinueScanPage");
     if (!layout) {
         releasePreviewImages(record); // refused, logged: only the question shows
         return;
@@ -725,8 +724,9 @@ void TwainDialogController::showContinueScanPage(TwPreviewRecord* record, QWidge
     page->setWindowController(this);
     // A page that does not say its resolution is shown as if scanned at 100 dpi.
     auto size = bitmapSizeMillimetres(record->front.pDIB, record->front.imageLength);
-    page->setSizeFromScanImage(size ? QSizeF(size->first, size->second)
-                                    : QSizeF(layout->width, layout->height) * (kTwMillimetresPerInch / 100.0));
+    page->setSizeFromScanImage(size
+                                   ? QSizeF(size->first, size->second)
+                                   : QSizeF(layout->width, layout->height) * (kTwMillimetresPerInch / 100.0));
     page->setIsModal(false);
     page->setDisplayOnly(true);
     handOverImages(page, record, true);

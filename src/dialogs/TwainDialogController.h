@@ -114,9 +114,6 @@ public:
     void setPreviewImages(TwPreviewRecord* record);
     void setPreviewImages(TwPreviewRecord* record, bool freeImage);
     void previewRescan();
-    // A bitmap file (14-byte file header, then the bitmap) for a device-independent bitmap of
-    // that length; empty (logged) for no bitmap or one whose header does not fit the length.
-    static QByteArray CreateImage(const void* bitmap, std::uint32_t length);
     // Width and height in millimetres from a bitmap header, or nothing when the header is
     // missing, short or has no resolution.
     static std::optional<std::pair<double, double>> bitmapSizeMillimetres(const void* bitmap,

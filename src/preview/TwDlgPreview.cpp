@@ -484,13 +484,13 @@ void TwDlgPreview::onZoomFit() {
 
 // ---- Pages ---------------------------------------------------------------------------------------
 
-void TwDlgPreview::setPrescanImage(const QByteArray& frontFile, const QByteArray& backFile) {
+void TwDlgPreview::setPrescanImage(TwOwnedDIB front, TwOwnedDIB back) {
     ui->viewPreview->setScanImage(QImage());
-    if (!frontFile.isEmpty())
-        m_imageFront = TwPrescanPageFromBitmapFile(frontFile);
-    if (!backFile.isEmpty()) {
+    if (front)
+        m_imageFront = CreateImage(front);
+    if (back) {
         m_imageBack = QImage();
-        m_backFile = backFile;
+        m_backPage = std::move(back);
     }
     // A hidden window shows the front when it opens: its back page need not be read yet.
     const int side = isVisible() ? ui->segSide->selectedIndex() : 0;
@@ -500,8 +500,8 @@ void TwDlgPreview::setPrescanImage(const QByteArray& frontFile, const QByteArray
 }
 
 const QImage& TwDlgPreview::imageBack() {
-    if (!m_backFile.isEmpty())
-        m_imageBack = TwPrescanPageFromBitmapFile(std::exchange(m_backFile, QByteArray()));
+    if (m_backPage)
+        m_imageBack = CreateImage(std::exchange(m_backPage, TwOwnedDIB()));
     return m_imageBack;
 }
 
@@ -509,7 +509,7 @@ void TwDlgPreview::dropPages() {
     ui->viewPreview->setScanImage(QImage());
     m_imageFront = QImage();
     m_imageBack = QImage();
-    m_backFile = QByteArray();
+    m_backPage = TwOwnedDIB();
 }
 
 void TwDlgPreview::makeCursors() {

@@ -78,7 +78,7 @@ public:
 
     // ---- From the controller ----
 
-    void setPrescanImage(const QByteArray& frontBitmapFile, const QByteArray& backBitmapFile) override;
+    void setPrescanImage(TwOwnedDIB front, TwOwnedDIB back) override;
     void showWindow() override;
     void bindControlAll() override;
     void windowWillClose() override;
@@ -165,7 +165,7 @@ private:
     void createThread();
     void stopThread();
     void refreshStatus();
-    bool hasBackPage() const { return !m_imageBack.isNull() || !m_backFile.isEmpty(); }
+    bool hasBackPage() const { return !m_imageBack.isNull() || bool(m_backPage); }
     void dropPages();
 
     std::unique_ptr<Ui::TwDlgPreview> ui;
@@ -173,7 +173,7 @@ private:
     std::uint16_t m_selectedSide = 0;
     QImage m_imageFront;
     QImage m_imageBack;
-    QByteArray m_backFile; // the back page's bitmap file until the page is read
+    TwOwnedDIB m_backPage; // the back page's bitmap until the page is read
     QCursor cursorMove;
     QCursor cursorSelect;
     QCursor cursorZoomIn;

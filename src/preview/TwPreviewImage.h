@@ -1,12 +1,16 @@
-// Prescan pages from the bitmap files the controller makes of the data source's bitmaps
-// (TwainDialogController::CreateImage), read with Qt's BMP reader.
+// Prescan pages: a data source's bitmap made into a picture with Qt's BMP reader.
 #pragma once
 
-#include <QByteArray>
+#include "ImageShared.h"
+
 #include <QImage>
 
-// The page of a bitmap file, its first row at the top. A data source's bitmap keeps its rows top
-// down whatever the sign of its height, where a BMP file with a positive height counts them from
-// the bottom; the file's height is made negative before reading, which costs nothing. Null
-// (logged) for an empty or unreadable file.
-QImage TwPrescanPageFromBitmapFile(QByteArray file);
+// CreateImage: the page of a bitmap, its first row at the top. Qt's BMP reader reads the bitmap
+// file that the 14-byte file header and the bitmap make (CreateBMPFileHeader), served to it in
+// place: the pixels are not copied first. A data source's bitmap keeps its rows top down whatever
+// the sign of its height, where a BMP file with a positive height counts them from the bottom; the
+// reader is told a negative height. Null (logged) for no bitmap, a refused one or one Qt cannot read.
+QImage CreateImage(const void* bitmap, std::size_t length);
+inline QImage CreateImage(const TwOwnedDIB& page) {
+    return CreateImage(page.data(), page.length());
+}

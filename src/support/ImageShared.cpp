@@ -10,6 +10,7 @@
 #include <limits>
 #include <string>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -375,14 +376,14 @@ void SaveProcessBMP(const void* dib, std::size_t length, std::uint8_t page, std:
     SaveBMP(dib, length, (folder + name).c_str(), swapRGB);
 }
 
-std::vector<unsigned char> CreateBMPFileBytes(const void* dib, std::size_t length) {
-    auto layout = TwDibLayoutOf(dib, length, "CreateBMPFileBytes");
+std::optional<std::array<unsigned char, 14>> CreateBMPFileHeader(const void* dib, std::size_t length) {
+    auto layout = TwDibLayoutOf(dib, length, "CreateBMPFileHeader");
     if (!layout)
-        return {};
+        return std::nullopt;
     if (length > kMaxDIBBytes - 14) {
-        OrvaLog(kOrvaLogError, "ERROR: %s: %zu bytes do not fit a bitmap file\n", "CreateBMPFileBytes",
+        OrvaLog(kOrvaLogError, "ERROR: %s: %zu bytes do not fit a bitmap file\n", "CreateBMPFileHeader",
                 length);
-        return {};
+        return std::nullopt;
     }
     // Deliberately by bit count alone, not by the palette the header implies.
     std::uint32_t pixelOffset = 54;
@@ -390,12 +391,44 @@ std::vector<unsigned char> CreateBMPFileBytes(const void* dib, std::size_t lengt
         pixelOffset = 62;
     else if (layout->bitCount == 8)
         pixelOffset = 1078;
-    std::vector<unsigned char> file(length + 14);
-    writeUInt16(file.data(), 19778); // "BM"
-    writeUInt32(file.data() + 2, std::uint32_t(length + 14));
-    writeUInt32(file.data() + 10, pixelOffset);
-    std::memcpy(file.data() + 14, dib, length);
-    return file;
+    std::array<unsigned char, 14> header{};
+    writeUInt16(header.data(), 19778); // "BM"
+    writeUInt32(header.data() + 2, std::uint32_t(length + 14));
+    writeUInt32(header.data() + 10, pixelOffset);
+    return header;
+}
+
+// ---- Bitmaps handed over -------------------------------------------------------------------------
+
+TwOwnedDIB::TwOwnedDIB(void* dib, std::size_t length) : m_dib(dib), m_length(dib ? length : 0) {}
+
+TwOwnedDIB TwOwnedDIB::copyOf(const void* dib, std::size_t length) {
+    if (!dib || length == 0)
+        return {};
+    void* copy = std::malloc(length);
+    if (!copy) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: no copy of %zu bytes can be allocated\n", "TwOwnedDIB::copyOf",
+                length);
+        return {};
+    }
+    std::memcpy(copy, dib, length);
+    return TwOwnedDIB(copy, length);
+}
+
+TwOwnedDIB::~TwOwnedDIB() {
+    std::free(m_dib);
+}
+
+TwOwnedDIB::TwOwnedDIB(TwOwnedDIB&& other) noexcept
+    : m_dib(std::exchange(other.m_dib, nullptr)), m_length(std::exchange(other.m_length, 0)) {}
+
+TwOwnedDIB& TwOwnedDIB::operator=(TwOwnedDIB&& other) noexcept {
+    if (this != &other) {
+        std::free(m_dib);
+        m_dib = std::exchange(other.m_dib, nullptr);
+        m_length = std::exchange(other.m_length, 0);
+    }
+    return *this;
 }
 
 // ---- Memory handles ------------------------------------------------------------------------------

@@ -118,10 +118,35 @@ void SaveBMP(const void* dib, std::size_t length, const char* path, std::uint8_t
 // For diagnosis: SaveBMP to "$HOME/Pictures/Page<page>_<step in hex>_<index>.bmp".
 void SaveProcessBMP(const void* dib, std::size_t length, std::uint8_t page, std::uint8_t step,
                     std::uint16_t index, std::uint8_t swapRGB);
-// The bytes of a BMP file holding dib: a 14-byte file header ("BM", size length + 14, pixels at 62
-// for 1 bit, 1078 for 8 bits, 54 for anything else, whatever the palette), then the length bytes.
-// Empty for no bitmap or a refused one.
-std::vector<unsigned char> CreateBMPFileBytes(const void* dib, std::size_t length);
+// The 14-byte file header that makes dib, put right behind it, a BMP file: "BM", size length + 14,
+// pixels at 62 for 1 bit, 1078 for 8 bits, 54 for anything else, whatever the palette. Nothing for
+// no bitmap or a refused one.
+std::optional<std::array<unsigned char, 14>> CreateBMPFileHeader(const void* dib, std::size_t length);
+
+// A bitmap the data source handed over, owned from then on: freed with free() when dropped, as the
+// data source allocated it with malloc().
+class TwOwnedDIB {
+public:
+    TwOwnedDIB() = default;
+    // Takes the block; a null one is no bitmap.
+    TwOwnedDIB(void* dib, std::size_t length);
+    // A copy of a bitmap whose owner keeps it; no bitmap when it cannot be allocated (logged).
+    static TwOwnedDIB copyOf(const void* dib, std::size_t length);
+    ~TwOwnedDIB();
+    TwOwnedDIB(TwOwnedDIB&& other) noexcept;
+    TwOwnedDIB& operator=(TwOwnedDIB&& other) noexcept;
+    TwOwnedDIB(const TwOwnedDIB&) = delete;
+    TwOwnedDIB& operator=(const TwOwnedDIB&) = delete;
+
+    const void* data() const { return m_dib; }
+    void* data() { return m_dib; }
+    std::size_t length() const { return m_length; }
+    explicit operator bool() const { return m_dib != nullptr; }
+
+private:
+    void* m_dib = nullptr;
+    std::size_t m_length = 0;
+};
 
 // ---- Memory handles ------------------------------------------------------------------------------
 
