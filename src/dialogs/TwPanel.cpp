@@ -10,6 +10,8 @@
 #include <QCloseEvent>
 #include <QScreen>
 
+#include <algorithm>
+
 namespace {
 constexpr const char* kConnectedProperty = "twActionConnected";
 } // namespace
@@ -175,6 +177,32 @@ void TwPanel::connectActions(QWidget* root) {
                         className(), slot.constData());
         });
     }
+}
+
+void TwPanel::placeBeside(const QWidget* other, int gap, Level level) {
+    if (!other)
+        return;
+    const QRect anchor = other->frameGeometry();
+    QRect frame = frameGeometry();
+    const int decoration = frame.height() - height();
+    const QScreen* s = other->screen();
+    const QRect available = s ? s->availableGeometry() : QRect();
+    if (available.isValid() && frame.height() > available.height()) {
+        resize(width(), std::max(minimumHeight(), available.height() - decoration));
+        frame = frameGeometry();
+    }
+    frame.moveLeft(anchor.right() + 1 + gap);
+    if (level == Level::Tops)
+        frame.moveTop(anchor.top());
+    else
+        frame.moveBottom(anchor.bottom());
+    if (available.isValid()) {
+        frame.moveRight(std::min(frame.right(), available.right()));
+        frame.moveLeft(std::max(frame.left(), available.left()));
+        frame.moveBottom(std::min(frame.bottom(), available.bottom()));
+        frame.moveTop(std::max(frame.top(), available.top()));
+    }
+    move(frame.topLeft());
 }
 
 void TwPanel::observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange&, void*) {}

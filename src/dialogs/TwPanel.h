@@ -59,6 +59,11 @@ public:
     void closePanel();
     // Centres the panel over the controller's main window.
     void center();
+    // Places the panel gap points right of the other window, tops or bottoms level, and then moves
+    // and if need be shortens it so that it lies on the screen (overlapping the other window rather
+    // than leaving the screen).
+    enum class Level { Tops, Bottoms };
+    void placeBeside(const QWidget* other, int gap, Level level);
 
     // The text of a string-table key through the controller (the data source's table first), or
     // this module's own table when the panel has no controller.

@@ -609,13 +609,8 @@ TwPreviewPanel* TwainDialogController::previewPanel() {
 }
 
 void TwainDialogController::placePreview(TwPreviewPanel* preview) {
-    if (!m_window)
-        return;
-    // Beside the dialog's right edge, bottoms level.
-    const QRect main = m_window->frameGeometry();
-    QRect frame = preview->frameGeometry();
-    frame.moveBottomLeft(QPoint(main.right() + 1 + kPreviewGap, main.bottom()));
-    preview->move(frame.topLeft());
+    // Beside the dialog's right edge, bottoms level, on the screen.
+    preview->placeBeside(m_window, kPreviewGap, TwPanel::Level::Bottoms);
 }
 
 void TwainDialogController::closePreview() {
@@ -731,7 +726,7 @@ void TwainDialogController::showContinueScanPage(TwPreviewRecord* record, QWidge
     page->setDisplayOnly(true);
     handOverImages(page, record, true);
     page->showWindow();
-    page->move(question->frameGeometry().topRight() + QPoint(kContinueScanPageGap, 0));
+    page->placeBeside(question, kContinueScanPageGap, TwPanel::Level::Tops);
     m_continueScanPage = page;
 }
 

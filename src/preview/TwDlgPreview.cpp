@@ -476,6 +476,12 @@ void TwDlgPreview::onControl() {
     ui->viewPreview->resetCursorRects();
 }
 
+void TwDlgPreview::resizeEvent(QResizeEvent* event) {
+    TwPreviewPanel::resizeEvent(event);
+    if (isVisible() && ui->viewPreview->zoomIndex() == 0)
+        onZoomFit();
+}
+
 void TwDlgPreview::onZoomFit() {
     ui->viewPreview->doZoominit(GetCurrentPaperSize(),
                                 ui->sclPreview ? QSizeF(ui->sclPreview->size()) : QSizeF());

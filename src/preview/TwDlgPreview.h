@@ -151,6 +151,10 @@ public:
     static const std::vector<std::string>& dataNeedCloseWindow();
     static const std::vector<std::string>& dataRescan();
 
+protected:
+    // A page shown to fit goes on fitting the window as it is resized.
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     TwainDialogData* model() const;
     const TwAreaInfo* selectedRecord() const;

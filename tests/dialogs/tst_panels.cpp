@@ -17,6 +17,8 @@
 #include "TwainView.h"
 
 #include <QComboBox>
+#include <QScreen>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -549,6 +551,38 @@ private slots:
         QCOMPARE(saved.size(), 6);
         QVERIFY2(!saved.contains(QString()), "a picture was not written");
         qInfo("%s", qPrintable(saved.join(' ')));
+    }
+
+    // A panel placed beside another window lies on the screen: beside it where there is room,
+    // pushed back onto the screen and shortened where there is not.
+    void aPanelBesideAnotherStaysOnTheScreen_data() {
+        QTest::addColumn<QRect>("other");
+        QTest::addColumn<int>("level"); // 0 tops, 1 bottoms
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QRect>("expected"); // relative to the screen's available area
+        QTest::newRow("room: tops level") << QRect(100, 100, 400, 300) << 0 << QSize(300, 200)
+                                          << QRect(510, 100, 300, 200);
+        QTest::newRow("room: bottoms level") << QRect(100, 400, 400, 300) << 1 << QSize(300, 500)
+                                             << QRect(510, 200, 300, 500);
+        QTest::newRow("no room right: pushed left") << QRect(2000, 100, 400, 300) << 0 << QSize(600, 200)
+                                                    << QRect(1960, 100, 600, 200);
+        QTest::newRow("above the top: pushed down") << QRect(100, 100, 400, 300) << 1 << QSize(300, 800)
+                                                    << QRect(510, 0, 300, 800);
+        QTest::newRow("taller than the screen: shortened") << QRect(100, 100, 400, 300) << 0
+                                                           << QSize(300, 3000) << QRect(510, 0, 300, 1440);
+    }
+    void aPanelBesideAnotherStaysOnTheScreen() {
+        QFETCH(QRect, other);
+        QFETCH(int, level);
+        QFETCH(QSize, size);
+        QFETCH(QRect, expected);
+        const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+        QWidget anchor;
+        anchor.setGeometry(other.translated(screen.topLeft()));
+        TwPanel panel;
+        panel.resize(size);
+        panel.placeBeside(&anchor, 10, level == 0 ? TwPanel::Level::Tops : TwPanel::Level::Bottoms);
+        QCOMPARE(QRect(panel.pos() - screen.topLeft(), panel.size()), expected);
     }
 };
 
