@@ -191,6 +191,15 @@ void TwPanel::placeBeside(const QWidget* other, int gap, Level level) {
         resize(width(), std::max(minimumHeight(), available.height() - decoration));
         frame = frameGeometry();
     }
+    // Where the screen leaves less room to the right than the panel takes, a panel that may be
+    // narrower is made as narrow as the room rather than laid over the other window.
+    const int decorationWidth = frame.width() - width();
+    const int room = available.isValid() ? available.right() - (anchor.right() + gap) : frame.width();
+    const int narrowest = std::max({minimumWidth(), minimumSizeHint().width(), 1}) + decorationWidth;
+    if (frame.width() > room && room >= narrowest) {
+        resize(room - decorationWidth, height());
+        frame = frameGeometry();
+    }
     frame.moveLeft(anchor.right() + 1 + gap);
     if (level == Level::Tops)
         frame.moveTop(anchor.top());

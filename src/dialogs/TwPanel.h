@@ -59,9 +59,9 @@ public:
     void closePanel();
     // Centres the panel over the controller's main window.
     void center();
-    // Places the panel gap points right of the other window, tops or bottoms level, and then moves
-    // and if need be shortens it so that it lies on the screen (overlapping the other window rather
-    // than leaving the screen).
+    // Places the panel gap points right of the other window, tops or bottoms level, so that it lies
+    // on the screen: narrowed to the room there (not below its smallest size), shortened if taller
+    // than the screen, and pushed back onto the screen, over the other window, if that is not enough.
     enum class Level { Tops, Bottoms };
     void placeBeside(const QWidget* other, int gap, Level level);
 

@@ -564,7 +564,9 @@ private slots:
                                           << QRect(510, 100, 300, 200);
         QTest::newRow("room: bottoms level") << QRect(100, 400, 400, 300) << 1 << QSize(300, 500)
                                              << QRect(510, 200, 300, 500);
-        QTest::newRow("no room right: pushed left") << QRect(2000, 100, 400, 300) << 0 << QSize(600, 200)
+        QTest::newRow("little room right: narrowed") << QRect(1600, 100, 400, 300) << 0 << QSize(600, 200)
+                                                     << QRect(2010, 100, 550, 200);
+        QTest::newRow("no room right: pushed left") << QRect(2540, 100, 10, 300) << 0 << QSize(600, 200)
                                                     << QRect(1960, 100, 600, 200);
         QTest::newRow("above the top: pushed down") << QRect(100, 100, 400, 300) << 1 << QSize(300, 800)
                                                     << QRect(510, 0, 300, 800);
