@@ -349,6 +349,7 @@ int SampleDataSource::runDialog() {
     const auto shown = Clock::now();
     bool pressed = false;
     bool scanPressed = false;
+    bool prescanPressed = false;
     // A data source without a Qt loop of its own lets the module run its events, also while its
     // scan thread waits for an answer.
     while (!g_closed || scanRunning()) {
@@ -359,6 +360,12 @@ int SampleDataSource::runDialog() {
             std::printf("pressing Scan by itself after %.1f s\n", m_options.scanAfter);
             std::fflush(stdout);
             m_ui->performDialogAction("onStart");
+        }
+        if (m_options.prescanAfter > 0 && !prescanPressed && elapsed >= m_options.prescanAfter) {
+            prescanPressed = true;
+            std::printf("pressing Prescan by itself after %.1f s\n", m_options.prescanAfter);
+            std::fflush(stdout);
+            m_ui->performDialogAction("onPrescan");
         }
         // A scan in progress is let finish before the dialog closes by itself.
         if (m_options.closeAfter > 0 && !pressed && elapsed >= m_options.closeAfter && !scanRunning()) {

@@ -33,8 +33,9 @@ struct SampleOptions {
     // The simulated scan that Scan starts; headless, --scan runs it without the dialog.
     SampleScanOptions scan;
     bool headlessScan = false;
-    // Presses Scan by itself after that many seconds (0: never).
+    // Presses Scan, or Prescan, by itself after that many seconds (0: never).
     double scanAfter = 0;
+    double prescanAfter = 0;
 };
 
 class SampleDataSource {

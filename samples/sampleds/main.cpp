@@ -12,7 +12,8 @@ void usage() {
     std::printf(
         "usage: sampleds [--headless] [--modeless] [--settings-only] [--close-after SECONDS [--ok]]\n"
         "                [--screenshot FILE.png] [--screenshot-tabs DIR] [--no-flatbed] [--no-passport]\n"
-        "                [--set KEYPATH=VALUE]... [--prescan FILE.bmp] [--module PATH] [--bundle PATH]\n"
+        "                [--set KEYPATH=VALUE]... [--prescan FILE.bmp] [--prescan-after SECONDS]\n"
+        "                [--module PATH] [--bundle PATH]\n"
         "                [--scan] [--scan-after SECONDS] [--scan-pages N] [--double-feed-at K]\n"
         "                [--paper-wait SECONDS] [--page-time MS] [--auto-answer continue|stop]\n"
         "                [--answer-after SECONDS]\n"
@@ -25,7 +26,9 @@ void usage() {
         "  --settings-only    settings-only mode: OK enabled, Scan disabled\n"
         "  --close-after S    press Cancel (or OK with --ok) by itself after S seconds, once a scan\n"
         "                     in progress has ended\n"
-        "  --screenshot F     save a picture of the dialog just before it closes by itself\n"
+        "  --prescan-after S  press Prescan by itself after S seconds\n"
+        "  --screenshot F     save a picture of the dialog, and of the preview when it is open, just\n"
+        "                     before the dialog closes by itself\n"
         "  --screenshot-tabs D  save one picture per tab into D just before it closes by itself\n"
         "The simulated scan (Scan in the dialog, or --scan with --headless) runs on a thread of its\n"
         "own with the progress panel:\n"
@@ -103,7 +106,7 @@ int main(int argc, char** argv) {
                 std::fprintf(stderr, "sampleds: --auto-answer wants continue or stop\n");
                 return 2;
             }
-        } else if ((arg == "--scan-after" || arg == "--scan-pages" || arg == "--double-feed-at" ||
+        } else if ((arg == "--scan-after" || arg == "--prescan-after" || arg == "--scan-pages" || arg == "--double-feed-at" ||
                     arg == "--paper-wait" || arg == "--page-time" || arg == "--answer-after") &&
                    i + 1 < argc) {
             const bool count = arg == "--scan-pages" || arg == "--double-feed-at" || arg == "--page-time";
@@ -113,6 +116,8 @@ int main(int argc, char** argv) {
                 return 2;
             if (arg == "--scan-after")
                 options.scanAfter = *value;
+            else if (arg == "--prescan-after")
+                options.prescanAfter = *value;
             else if (arg == "--scan-pages")
                 options.scan.pages = int(*value);
             else if (arg == "--double-feed-at")

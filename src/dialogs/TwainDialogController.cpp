@@ -21,6 +21,7 @@
 #include <QImage>
 #include <QPixmap>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 
 #include <algorithm>
@@ -609,7 +610,19 @@ TwPreviewPanel* TwainDialogController::previewPanel() {
 }
 
 void TwainDialogController::placePreview(TwPreviewPanel* preview) {
-    // Beside the dialog's right edge, bottoms level, on the screen.
+    if (!m_window)
+        return;
+    // Beside the dialog's right edge, bottoms level, on the screen. Where the screen leaves too
+    // little room on the right, the dialog first moves left as far as it can, so that the two do
+    // not cover each other.
+    if (const QScreen* screen = m_window->screen()) {
+        const QRect available = screen->availableGeometry();
+        const QRect main = m_window->frameGeometry();
+        const int overflow = main.right() + kPreviewGap + preview->frameGeometry().width() - available.right();
+        const int shift = std::min(overflow, main.left() - available.left());
+        if (shift > 0)
+            m_window->move(m_window->pos() - QPoint(shift, 0));
+    }
     preview->placeBeside(m_window, kPreviewGap, TwPanel::Level::Bottoms);
 }
 

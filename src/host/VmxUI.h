@@ -236,8 +236,9 @@ public:
     // not an action.
     virtual bool performDialogAction(const std::string& action) = 0;
     // Saves a PNG picture of the shown dialog, with the tab of that identifier ("Basic", "Area",
-    // ...) in front when one is named; false when nothing is shown, the dialog has no such tab or
-    // the file can't be written.
+    // ...) in front when one is named; without a tab, an open prescan preview is in the picture
+    // too, beside the dialog as on the screen. False when nothing is shown, the dialog has no such
+    // tab or the file can't be written.
     virtual bool saveDialogPicture(const std::string& pngPath, const std::string& tabIdentifier) = 0;
 };
 

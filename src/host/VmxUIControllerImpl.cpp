@@ -12,6 +12,7 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPixmap>
 #include <QTabWidget>
 #include <QTimer>
@@ -373,7 +374,20 @@ bool VmxUIControllerImpl::saveDialogPicture(const std::string& pngPath, const st
         }
         // Let the tab lay itself out and paint before the picture is taken.
         QCoreApplication::processEvents();
-        saved = window->grab().save(QString::fromStdString(pngPath), "PNG");
+        // The whole dialog: with the preview beside it when that is open, as they lie on the screen.
+        QList<QWidget*> windows{window};
+        if (QWidget* preview = _dlgController->dlgPreview(); preview && preview->isVisible() && tabIdentifier.empty())
+            windows << preview;
+        QRect bounds;
+        for (QWidget* w : windows)
+            bounds |= w->geometry();
+        QPixmap picture(bounds.size());
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        for (QWidget* w : windows)
+            painter.drawPixmap(w->geometry().topLeft() - bounds.topLeft(), w->grab());
+        painter.end();
+        saved = picture.save(QString::fromStdString(pngPath), "PNG");
     });
     if (!saved)
         OrvaLog(kOrvaLogError, "ERROR: %s: no picture saved to %s\n", "VmxUIController::saveDialogPicture",
