@@ -106,8 +106,9 @@ int main(int argc, char** argv) {
                 std::fprintf(stderr, "sampleds: --auto-answer wants continue or stop\n");
                 return 2;
             }
-        } else if ((arg == "--scan-after" || arg == "--prescan-after" || arg == "--scan-pages" || arg == "--double-feed-at" ||
-                    arg == "--paper-wait" || arg == "--page-time" || arg == "--answer-after") &&
+        } else if ((arg == "--scan-after" || arg == "--prescan-after" || arg == "--scan-pages" ||
+                    arg == "--double-feed-at" || arg == "--paper-wait" || arg == "--page-time" ||
+                    arg == "--answer-after") &&
                    i + 1 < argc) {
             const bool count = arg == "--scan-pages" || arg == "--double-feed-at" || arg == "--page-time";
             auto value =

@@ -618,7 +618,8 @@ void TwainDialogController::placePreview(TwPreviewPanel* preview) {
     if (const QScreen* screen = m_window->screen()) {
         const QRect available = screen->availableGeometry();
         const QRect main = m_window->frameGeometry();
-        const int overflow = main.right() + kPreviewGap + preview->frameGeometry().width() - available.right();
+        const int overflow =
+            main.right() + kPreviewGap + preview->frameGeometry().width() - available.right();
         const int shift = std::min(overflow, main.left() - available.left());
         if (shift > 0)
             m_window->move(m_window->pos() - QPoint(shift, 0));

@@ -376,13 +376,15 @@ bool VmxUIControllerImpl::saveDialogPicture(const std::string& pngPath, const st
         QCoreApplication::processEvents();
         // The whole dialog: with the preview beside it when that is open, as they lie on the screen.
         QList<QWidget*> windows{window};
-        if (QWidget* preview = _dlgController->dlgPreview(); preview && preview->isVisible() && tabIdentifier.empty())
+        if (QWidget* preview = _dlgController->dlgPreview();
+            preview && preview->isVisible() && tabIdentifier.empty())
             windows << preview;
         QRect bounds;
         for (QWidget* w : windows)
             bounds |= w->geometry();
         QPixmap picture(bounds.size());
-        picture.fill(Qt::transparent);
+        picture.fill(window->palette().color(QPalette::Window).darker(115)); // the desktop between
+
         QPainter painter(&picture);
         for (QWidget* w : windows)
             painter.drawPixmap(w->geometry().topLeft() - bounds.topLeft(), w->grab());

@@ -17,12 +17,12 @@
 #include "TwainView.h"
 
 #include <QComboBox>
-#include <QScreen>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
@@ -560,18 +560,18 @@ private slots:
         QTest::addColumn<int>("level"); // 0 tops, 1 bottoms
         QTest::addColumn<QSize>("size");
         QTest::addColumn<QRect>("expected"); // relative to the screen's available area
-        QTest::newRow("room: tops level") << QRect(100, 100, 400, 300) << 0 << QSize(300, 200)
-                                          << QRect(510, 100, 300, 200);
-        QTest::newRow("room: bottoms level") << QRect(100, 400, 400, 300) << 1 << QSize(300, 500)
-                                             << QRect(510, 200, 300, 500);
-        QTest::newRow("little room right: narrowed") << QRect(1600, 100, 400, 300) << 0 << QSize(600, 200)
-                                                     << QRect(2010, 100, 550, 200);
-        QTest::newRow("no room right: pushed left") << QRect(2540, 100, 10, 300) << 0 << QSize(600, 200)
-                                                    << QRect(1960, 100, 600, 200);
-        QTest::newRow("above the top: pushed down") << QRect(100, 100, 400, 300) << 1 << QSize(300, 800)
-                                                    << QRect(510, 0, 300, 800);
-        QTest::newRow("taller than the screen: shortened") << QRect(100, 100, 400, 300) << 0
-                                                           << QSize(300, 3000) << QRect(510, 0, 300, 1440);
+        QTest::newRow("room: tops level")
+            << QRect(100, 100, 400, 300) << 0 << QSize(300, 200) << QRect(510, 100, 300, 200);
+        QTest::newRow("room: bottoms level")
+            << QRect(100, 400, 400, 300) << 1 << QSize(300, 500) << QRect(510, 200, 300, 500);
+        QTest::newRow("little room right: narrowed")
+            << QRect(1600, 100, 400, 300) << 0 << QSize(600, 200) << QRect(2010, 100, 550, 200);
+        QTest::newRow("no room right: pushed left")
+            << QRect(2540, 100, 10, 300) << 0 << QSize(600, 200) << QRect(1960, 100, 600, 200);
+        QTest::newRow("above the top: pushed down")
+            << QRect(100, 100, 400, 300) << 1 << QSize(300, 800) << QRect(510, 0, 300, 800);
+        QTest::newRow("taller than the screen: shortened")
+            << QRect(100, 100, 400, 300) << 0 << QSize(300, 3000) << QRect(510, 0, 300, 1440);
     }
     void aPanelBesideAnotherStaysOnTheScreen() {
         QFETCH(QRect, other);
