@@ -161,7 +161,8 @@ void TwPanel::connectActions(QWidget* root) {
         buttons.prepend(self);
     for (QAbstractButton* button : buttons) {
         const QString action = button->property("action").toString();
-        if (action.isEmpty() || button->property(kConnectedProperty).toBool())
+        // A panel made over this one (a window of its own) connects its own buttons.
+        if (action.isEmpty() || button->property(kConnectedProperty).toBool() || button->window() != window())
             continue;
         button->setProperty(kConnectedProperty, true);
         connect(button, &QAbstractButton::clicked, this, [this, button, action] {

@@ -72,7 +72,7 @@ public:
     int showMessageBox(const QString& message, std::uint32_t messageType);
     // Sends every button with an "action" property below root to that action when it is pressed:
     // the panel's own slot of that name when it has one (onOK, onCancel), else the controller's
-    // action (onHelp, onScanCancel, ...). A button is connected once.
+    // action (onHelp, onScanCancel, ...). A button is connected once, and only by its own window.
     void connectActions(QWidget* root);
 
     void observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
