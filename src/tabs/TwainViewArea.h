@@ -46,10 +46,6 @@ public:
     // Recomputes one field's range from the model's limits for the key path: inches (0) with two
     // places, millimetres (1) with one. A zero-length range or another unit leaves it alone.
     void setFormatter(TwainNumberFormatter* formatter, const std::string& keyPath, std::int32_t unit);
-    // Gives control a the frame of control b (a zero rectangle when b is absent).
-    void setControlFrame(QWidget* a, QWidget* b);
-    // Gives each back control the frame of its front twin.
-    void setBackSideControlPosition();
 
     // The integer range of a start and length in millimetres for the unit; nothing for a unit
     // other than 0 and 1.
