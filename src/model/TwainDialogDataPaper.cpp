@@ -3,6 +3,7 @@
 #include "TwainDialogData.h"
 
 #include "OrvaDebug.h"
+#include "TwScoped.h"
 
 #include <algorithm>
 #include <cmath>
@@ -272,10 +273,10 @@ void TwainDialogData::writeAreaValue(const std::string& rest, double millimetres
     myChangeValue(TwValue(millimetres), dataKey);
     std::string tempKey = "temp.Area." + rest;
     TwValue shown(AreaUnitIsInch() ? millimetres / kTwMillimetresPerInch : millimetres);
-    bool saved = m_bForbitChange;
-    m_bForbitChange = true;
-    myChangeValue(shown, tempKey);
-    m_bForbitChange = saved;
+    {
+        TwScopedValue forbid(m_bForbitChange, true);
+        myChangeValue(shown, tempKey);
+    }
     if (editedRest && *editedRest == rest)
         TextEditRefresh(shown, tempKey);
 }
