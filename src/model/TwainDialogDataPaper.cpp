@@ -343,7 +343,7 @@ void TwainDialogData::ValidateAreaRectAll() {
     fitAreas(nullptr);
 }
 
-TwSize TwainDialogData::GetFormatterRange(const std::string& keyPath) {
+TwRange TwainDialogData::GetFormatterRange(const std::string& keyPath) {
     std::string rest = areaRest(keyPath);
     if (rest.empty())
         return {};
@@ -354,7 +354,7 @@ TwSize TwainDialogData::GetFormatterRange(const std::string& keyPath) {
         return valueForKeyPath("Data.Area.Measure." + r).doubleValue();
     };
     auto range = [](double start, double end) {
-        return TwSize{start, std::max(0.0, end - start)};
+        return TwRange{start, std::max(0.0, end - start)};
     };
     for (const auto& row : AreaValidInfos) {
         const double minW = row.minWidth, minL = row.minLength;

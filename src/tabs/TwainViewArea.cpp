@@ -310,9 +310,9 @@ void TwainViewArea::setFormatterForUnitAll(std::int32_t unit) {
             setFormatter(formatter, keyPath, unit);
 }
 
-std::optional<TwTextRange> TwainViewArea::rangeForUnit(const TwSize& range, std::int32_t unit) {
-    const double lo = float(range.width);
-    const double hi = float(range.width + range.length);
+std::optional<TwTextRange> TwainViewArea::rangeForUnit(const TwRange& range, std::int32_t unit) {
+    const double lo = float(range.start);
+    const double hi = float(range.start + range.length);
     std::optional<int> minimum, maximum;
     int places = 0;
     if (unit == 0) {
@@ -336,7 +336,7 @@ void TwainViewArea::setFormatter(TwainNumberFormatter* formatter, const std::str
     TwainDialogData* model = bindObject();
     if (!model || !formatter)
         return;
-    const TwSize range = model->GetFormatterRange(keyPath);
+    const TwRange range = model->GetFormatterRange(keyPath);
     if (range.length == 0)
         return;
     const std::optional<TwTextRange> r = rangeForUnit(range, unit);
