@@ -2,8 +2,11 @@
 // window with every tab bound (a new facade each time, so the window and its tabs are made anew;
 // and the same facade showing again), and whether memory grows over 200 show and hide cycles.
 // The heap grows over the first few dozen cycles while Qt's caches fill (glyphs, style pixmaps),
-// then stays flat: the second hundred cycles is the figure that tells a leak.
+// then stays flat: the second hundred cycles is the figure that tells a leak. The resident size is
+// read at both ends after the allocator has handed its free memory back (malloc_trim), so that the
+// two readings compare; the heap figures are the bytes in use, which trimming does not change.
 // Prints one line per figure: "name: value unit".
+#include "BenchHome.h"
 #include "OrvaDebug.h"
 #include "SampleModelDef.h"
 #include "TwDlgMain.h"
@@ -14,7 +17,6 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEvent>
-#include <QTemporaryDir>
 
 #include <malloc.h>
 
@@ -41,14 +43,16 @@ double median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-long rssKilobytes() {
+// The resident size once the allocator has returned what it can.
+long trimmedRssKilobytes() {
+    malloc_trim(0);
     std::ifstream statm("/proc/self/statm");
     long pages = 0, resident = 0;
     statm >> pages >> resident;
     return resident * 4;
 }
 
-double heapKilobytes() {
+double heapInUseKilobytes() {
     return double(mallinfo2().uordblks) / 1024.0;
 }
 
@@ -95,8 +99,7 @@ void settle() {
 int main(int argc, char** argv) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsSet("DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    QTemporaryDir config; // the benchmark's settings never reach the user's
-    qputenv("XDG_CONFIG_HOME", config.path().toLocal8Bit());
+    BenchHome home;
     // The offscreen platform's notes about raise() and size hints are no figures.
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
         if (type != QtDebugMsg && type != QtWarningMsg && type != QtInfoMsg)
@@ -136,8 +139,8 @@ int main(int argc, char** argv) {
     openToFirstPaint(*ui);
     ui->hideUi();
     settle();
-    const long rssFirst = rssKilobytes();
-    const double heapFirst = heapKilobytes();
+    const long rssFirst = trimmedRssKilobytes();
+    const double heapFirst = heapInUseKilobytes();
     double heapMid = 0;
     for (int i = 0; i < 200; ++i) {
         double ms = openToFirstPaint(*ui);
@@ -146,19 +149,18 @@ int main(int argc, char** argv) {
         ui->hideUi();
         settle();
         if (i == 99)
-            heapMid = heapKilobytes();
+            heapMid = heapInUseKilobytes();
     }
-    malloc_trim(0);
-    const long rssAfter = rssKilobytes();
-    const double heapAfter = heapKilobytes();
+    const long rssAfter = trimmedRssKilobytes();
+    const double heapAfter = heapInUseKilobytes();
 
     std::printf("dialog_tabs_bound: %d tabs\n", tabs);
     std::printf("dialog_open_to_first_paint_new_window: %.1f ms\n", median(cold));
     std::printf("dialog_open_to_first_paint_again: %.1f ms\n", median(warm));
-    std::printf("dialog_rss_after_first_cycle: %ld kB\n", rssFirst);
-    std::printf("dialog_rss_after_200_cycles: %ld kB\n", rssAfter);
-    std::printf("dialog_rss_growth_over_200_cycles: %ld kB\n", rssAfter - rssFirst);
-    std::printf("dialog_heap_growth_over_200_cycles: %.1f kB\n", heapAfter - heapFirst);
-    std::printf("dialog_heap_growth_cycles_100_to_200: %.1f kB\n", heapAfter - heapMid);
+    std::printf("dialog_rss_trimmed_after_first_cycle: %ld kB\n", rssFirst);
+    std::printf("dialog_rss_trimmed_after_200_more_cycles: %ld kB\n", rssAfter);
+    std::printf("dialog_rss_trimmed_growth_over_200_cycles: %ld kB\n", rssAfter - rssFirst);
+    std::printf("dialog_heap_in_use_growth_over_200_cycles: %.1f kB\n", heapAfter - heapFirst);
+    std::printf("dialog_heap_in_use_growth_cycles_100_to_200: %.1f kB\n", heapAfter - heapMid);
     return 0;
 }

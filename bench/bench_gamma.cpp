@@ -3,6 +3,7 @@
 // (the binding writes the position, the gamma follows, the three tables are rebuilt, both views
 // repaint, the sample converted anew). Red is dragged with the link on, so that each step moves all
 // three channels. Prints one line per figure: "name: value unit".
+#include "BenchHome.h"
 #include "OrvaDebug.h"
 #include "SampleModelDef.h"
 #include "TwBundle.h"
@@ -16,7 +17,6 @@
 #include <QCheckBox>
 #include <QElapsedTimer>
 #include <QSlider>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cstdio>
@@ -32,9 +32,7 @@ double percentile(std::vector<double> values, double p) {
 int main(int argc, char** argv) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsSet("DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    QTemporaryDir home; // the benchmark's settings never reach the user's
-    qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
-    qputenv("HOME", home.path().toLocal8Bit());
+    BenchHome home;
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
         if (type != QtDebugMsg && type != QtWarningMsg && type != QtInfoMsg)
             std::fprintf(stderr, "%s\n", qPrintable(text));
@@ -54,7 +52,7 @@ int main(int argc, char** argv) {
     VmxUIControllerImpl ui;
     ui.initWithDSBundle(bundle);
     ui.setModelDef(&def);
-    ui.setDataWithDictionary(capabilities, 0);
+    ui.setDataWithDictionary(capabilities.deepCopy(), 0);
 
     TwDlgCustomGamma* dialog = ui.controller()->dlgGamma();
     dialog->setIsColor(true);

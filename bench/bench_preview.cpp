@@ -5,6 +5,7 @@
 // zoom, and one zoom step; and, to compare machines, what the first touch of 35 MB of memory costs
 // (a decoded page is that large). Prints one line per figure: "name: value unit".
 #include "../tests/preview/PreviewPages.h"
+#include "BenchHome.h"
 #include "OrvaDebug.h"
 #include "SampleModelDef.h"
 #include "TwBindingWidgets.h"
@@ -20,7 +21,6 @@
 #include <QElapsedTimer>
 #include <QMouseEvent>
 #include <QScrollArea>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cstdio>
@@ -133,9 +133,7 @@ double freshMemoryMs() {
 int main(int argc, char** argv) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsSet("DISPLAY"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    QTemporaryDir home; // the benchmark's settings never reach the user's
-    qputenv("HOME", home.path().toLocal8Bit());
-    qputenv("XDG_CONFIG_HOME", home.filePath("config").toLocal8Bit());
+    BenchHome home;
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
         if (type != QtDebugMsg && type != QtWarningMsg && type != QtInfoMsg)
             std::fprintf(stderr, "%s\n", qPrintable(text));

@@ -2,6 +2,7 @@
 
 #include "TwBindingWidgets.h"
 #include "TwBoundControl.h"
+#include "TwElidedText.h"
 #include "TwFormatter.h"
 #include "TwRangeHelpers.h"
 #include "TwValue.h"
@@ -301,12 +302,13 @@ public:
 
 // ---- Read-only label and image view ---------------------------------------------------------------
 
+// A label shows a supplied text, which may be of any length: elided within its place.
 class LabelAdapter : public TwControlAdapter {
 public:
     LabelAdapter() : TwControlAdapter({TwBindingKind::Value}) {}
     const char* name() const override { return "label"; }
     void show(QObject* control, TwBindingKind, const TwBoundControl& state) const override {
-        static_cast<QLabel*>(control)->setText(textOf(state.value(TwBindingKind::Value)));
+        TwElidedText::setText(static_cast<QLabel*>(control), textOf(state.value(TwBindingKind::Value)));
     }
 };
 
@@ -381,6 +383,7 @@ public:
 
 // ---- Group box: a title, and hidden; it is no control, so it has no enable binding -----------------
 
+// The title, a supplied text, is elided to what the box holds.
 class GroupBoxAdapter : public TwControlAdapter {
 public:
     GroupBoxAdapter() : TwControlAdapter({TwBindingKind::Title}) {}
@@ -389,7 +392,7 @@ public:
         return kind == TwBindingKind::Title || kind == TwBindingKind::Hidden;
     }
     void show(QObject* control, TwBindingKind kind, const TwBoundControl& state) const override {
-        static_cast<QGroupBox*>(control)->setTitle(textOf(state.value(kind)));
+        TwElidedText::setTitle(static_cast<QGroupBox*>(control), textOf(state.value(kind)));
     }
 };
 

@@ -5,6 +5,7 @@
 #include "TwObservation.h"
 
 #include <QMetaProperty>
+#include <QScopedValueRollback>
 #include <QValidator>
 
 #include <algorithm>
@@ -156,10 +157,12 @@ bool TwBoundControl::commitEditing(QObject* control) {
     TwBoundControl* set = of(control);
     if (!set)
         return true;
-    ++set->m_depth;
-    bool ok = set->m_adapter->commitEditing(control, *set);
-    if (--set->m_depth == 0)
-        set->m_retired.clear();
+    bool ok = true;
+    {
+        QScopedValueRollback depth(set->m_depth, set->m_depth + 1);
+        ok = set->m_adapter->commitEditing(control, *set);
+    }
+    set->releaseRetired();
     return ok;
 }
 
@@ -180,11 +183,12 @@ const TwBindingOptions* TwBoundControl::options(TwBindingKind kind) const {
 void TwBoundControl::modelChanged(Binding* binding) {
     if (binding->writing)
         return; // the echo of our own write: the control shows it already
-    ++m_depth;
-    binding->value = binding->model->valueForKeyPath(binding->keyPath);
-    show(binding->kind);
-    if (--m_depth == 0)
-        m_retired.clear();
+    {
+        QScopedValueRollback depth(m_depth, m_depth + 1);
+        binding->value = binding->model->valueForKeyPath(binding->keyPath);
+        show(binding->kind);
+    }
+    releaseRetired();
 }
 
 void TwBoundControl::userEdited(TwBindingKind kind, const TwValue& value) {
@@ -193,24 +197,31 @@ void TwBoundControl::userEdited(TwBindingKind kind, const TwValue& value) {
     Binding* b = findKind(kind);
     if (!b)
         return;
-    ++m_depth;
-    b->writing = true;
-    b->model->setValueForKeyPath(value, b->keyPath);
-    b->writing = false;
-    // Still bound? A change handler may have unbound it.
-    if (std::any_of(m_bindings.begin(), m_bindings.end(), [b](const auto& p) { return p.get() == b; })) {
-        TwValue stored = b->model->valueForKeyPath(b->keyPath);
-        b->value = stored;
-        // The model kept something else (a rule corrected it, or the write was refused).
-        if (!stored.isEqual(value))
-            show(kind);
+    {
+        QScopedValueRollback depth(m_depth, m_depth + 1);
+        {
+            QScopedValueRollback writing(b->writing, true);
+            b->model->setValueForKeyPath(value, b->keyPath);
+        }
+        // Still bound? A change handler may have unbound it.
+        if (std::any_of(m_bindings.begin(), m_bindings.end(), [b](const auto& p) { return p.get() == b; })) {
+            TwValue stored = b->model->valueForKeyPath(b->keyPath);
+            b->value = stored;
+            // The model kept something else (a rule corrected it, or the write was refused).
+            if (!stored.isEqual(value))
+                show(kind);
+        }
     }
-    if (--m_depth == 0)
+    releaseRetired();
+}
+
+void TwBoundControl::releaseRetired() {
+    if (m_depth == 0)
         m_retired.clear();
 }
 
 void TwBoundControl::show(TwBindingKind kind) {
-    ++m_showing;
+    QScopedValueRollback showing(m_showing, m_showing + 1);
     switch (kind) {
     case TwBindingKind::Enabled:
     case TwBindingKind::Editable: {
@@ -236,7 +247,6 @@ void TwBoundControl::show(TwBindingKind kind) {
         m_adapter->show(m_control, kind, *this);
         break;
     }
-    --m_showing;
 }
 
 void TwBoundControl::showAll() {

@@ -82,6 +82,8 @@ private:
     void show(TwBindingKind kind);
     void showAll();
     void retire(std::size_t index);
+    // Lets the retired bindings go once no call of the set is under way.
+    void releaseRetired();
 
     QObject* m_control;
     const TwControlAdapter* m_adapter;
@@ -89,6 +91,7 @@ private:
     // Bindings removed while one of them was being told of a change die after the call.
     std::vector<std::unique_ptr<Binding>> m_retired;
     std::vector<QPointer<QObject>> m_watchedFormatters;
+    // Nesting depths: of values being shown, and of calls that may retire a binding.
     int m_showing = 0;
     int m_depth = 0;
     bool m_editsConnected = false;

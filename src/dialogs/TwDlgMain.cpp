@@ -21,13 +21,7 @@ QString withoutPrefix(const QString& className) {
 } // namespace
 
 const QStringList& TwDlgMain::tabClassNames() {
-    // The tabs' own order; the imprinter and patch-code views take no part in the main panel.
-    static const QStringList names = [] {
-        QStringList all = TwainView::classNames();
-        all.removeAll(QStringLiteral("TwainViewImprinter"));
-        all.removeAll(QStringLiteral("TwainViewPatchCode"));
-        return all;
-    }();
+    static const QStringList names = TwainView::classNames(true);
     return names;
 }
 

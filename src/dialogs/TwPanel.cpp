@@ -8,6 +8,7 @@
 
 #include <QAbstractButton>
 #include <QCloseEvent>
+#include <QScopedValueRollback>
 #include <QScreen>
 
 #include <algorithm>
@@ -89,10 +90,8 @@ void TwPanel::windowWillClose() {
 }
 
 bool TwPanel::askShouldClose() {
-    m_asking = true;
-    bool allowed = windowShouldClose();
-    m_asking = false;
-    return allowed;
+    QScopedValueRollback asking(m_asking, true);
+    return windowShouldClose();
 }
 
 void TwPanel::performClose() {

@@ -31,9 +31,15 @@ inline constexpr double kTwMillimetresPerInch = 25.4;
 // ASCII letters compared without regard to case ("yes" equals "YES"); other bytes as they are.
 bool TwEqualsIgnoringCase(std::string_view a, std::string_view b);
 
-// A width and a length, or a start and a length.
+// A width and a length (of a paper: tenths of a millimetre).
 struct TwSize {
     double width = 0;
+    double length = 0;
+};
+
+// The values from start to start + length.
+struct TwRange {
+    double start = 0;
     double length = 0;
 };
 
@@ -180,9 +186,9 @@ public:
     void SetBinaryImageRate();
     void SetGrayDPI();
     void calcAutoCropLength();
-    // Allowed start and length (width = start, length = length) in millimetres for an area key
-    // ("temp.Area.<path>" or "Data.Area.Measure.<path>"); a length of 0 for any other key.
-    TwSize GetFormatterRange(const std::string& keyPath);
+    // The allowed values in millimetres for an area key ("temp.Area.<path>" or
+    // "Data.Area.Measure.<path>"); a length of 0 for any other key.
+    TwRange GetFormatterRange(const std::string& keyPath);
     // Fits every area to the paper; the value at keyPath, just edited, is kept if it can be.
     void ValidateAreaRect(TwainDialogData* object, const std::string& keyPath);
     void ValidateAreaRectAll();

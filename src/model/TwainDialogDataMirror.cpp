@@ -3,6 +3,7 @@
 #include "TwainDialogData.h"
 
 #include "OrvaDebug.h"
+#include "TwScoped.h"
 
 #include <algorithm>
 #include <climits>
@@ -107,10 +108,8 @@ void TwainDialogData::updateValueWhenChangeKeyPath(const std::string& keyPath,
         }
         std::int64_t old = change.oldValue.isNumber() ? change.oldValue.intValue() : -1;
         if (unit != old) {
-            bool saved = m_bForbitChange;
-            m_bForbitChange = true;
+            TwScopedValue forbid(m_bForbitChange, true);
             ModifyMetureValue(TwValue(unit), valueForKeyPath("Data.Area.Measure"), "temp.Area");
-            m_bForbitChange = saved;
         }
     }
     if (p.starts_with("temp."))
@@ -217,11 +216,9 @@ void TwainDialogData::tmepValueChangedKeyPath(const std::string& keyPath, TwainD
                     change.newValue.description().c_str());
             TwValue mm = valueForKeyPath(dataKey);
             if (mm.isNumber()) {
-                bool saved = m_bForbitChange;
-                m_bForbitChange = true;
+                TwScopedValue forbid(m_bForbitChange, true);
                 myChangeValue(AreaUnitIsInch() ? TwValue(mm.doubleValue() / kTwMillimetresPerInch) : mm,
                               keyPath);
-                m_bForbitChange = saved;
             }
             return;
         }

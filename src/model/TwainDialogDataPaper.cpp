@@ -3,6 +3,7 @@
 #include "TwainDialogData.h"
 
 #include "OrvaDebug.h"
+#include "TwScoped.h"
 
 #include <algorithm>
 #include <cmath>
@@ -272,10 +273,10 @@ void TwainDialogData::writeAreaValue(const std::string& rest, double millimetres
     myChangeValue(TwValue(millimetres), dataKey);
     std::string tempKey = "temp.Area." + rest;
     TwValue shown(AreaUnitIsInch() ? millimetres / kTwMillimetresPerInch : millimetres);
-    bool saved = m_bForbitChange;
-    m_bForbitChange = true;
-    myChangeValue(shown, tempKey);
-    m_bForbitChange = saved;
+    {
+        TwScopedValue forbid(m_bForbitChange, true);
+        myChangeValue(shown, tempKey);
+    }
     if (editedRest && *editedRest == rest)
         TextEditRefresh(shown, tempKey);
 }
@@ -342,7 +343,7 @@ void TwainDialogData::ValidateAreaRectAll() {
     fitAreas(nullptr);
 }
 
-TwSize TwainDialogData::GetFormatterRange(const std::string& keyPath) {
+TwRange TwainDialogData::GetFormatterRange(const std::string& keyPath) {
     std::string rest = areaRest(keyPath);
     if (rest.empty())
         return {};
@@ -353,7 +354,7 @@ TwSize TwainDialogData::GetFormatterRange(const std::string& keyPath) {
         return valueForKeyPath("Data.Area.Measure." + r).doubleValue();
     };
     auto range = [](double start, double end) {
-        return TwSize{start, std::max(0.0, end - start)};
+        return TwRange{start, std::max(0.0, end - start)};
     };
     for (const auto& row : AreaValidInfos) {
         const double minW = row.minWidth, minL = row.minLength;

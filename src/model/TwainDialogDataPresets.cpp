@@ -5,6 +5,7 @@
 #include "OrvaDebug.h"
 #include "TwBundle.h"
 #include "TwPreferences.h"
+#include "TwScoped.h"
 
 #include <algorithm>
 
@@ -175,11 +176,10 @@ bool TwainDialogData::AddCustomProfile(const std::string& name) {
     m_profileChanges.emplace_back(name, profile);
     saveCustomProfile();
 
-    bInProfileProcess = true;
+    TwScopedValue inProfile(bInProfileProcess, true);
     readProfiles();
     // The new profile is the current setting already: selecting it must not apply it again.
     setValueForKeyPathUnheardBySelf(TwValue(name), "profiles.name");
-    bInProfileProcess = false;
     return true;
 }
 
@@ -242,10 +242,9 @@ void TwainDialogData::readUntitleProfile() {
                     break;
                 }
         if (found) {
-            bInProfileProcess = true;
+            TwScopedValue inProfile(bInProfileProcess, true);
             SettingApply(found);
             setValueForKeyPathUnheardBySelf(TwValue(*name.str()), "profiles.name");
-            bInProfileProcess = false;
             return;
         }
         // The profile was deleted meanwhile (by another program): the last setting used stands.
@@ -259,9 +258,8 @@ void TwainDialogData::readUntitleProfile() {
     bInProfileProcess = false;
     TwValue untitled = preferenceValue(kUntitledProfileKey);
     if (untitled.isDictionary()) {
-        bInLoadProfile = true;
+        TwScopedValue inLoad(bInLoadProfile, true);
         SettingApply(untitled);
-        bInLoadProfile = false;
     }
 }
 

@@ -107,12 +107,14 @@ TwValue acceptedRules(const TwValue& rules) {
 
 void TwainDialogData::addSelfObserver() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogData::addSelfObserver");
-    m_bInInit = true;
-    initTempDict();
-    addSelfObserverForKeyPath("profiles.name", kTwObserveNew | kTwObserveOld | kTwObserveInitial);
-    addSelfObserverForDict(valueForKey("Data"), "Data", kTwObserveNew | kTwObserveOld | kTwObserveInitial);
-    addSelfObserverForDict(valueForKey("temp"), "temp", kTwObserveNew | kTwObserveOld);
-    m_bInInit = false;
+    {
+        TwScopedValue inInit(m_bInInit, true);
+        initTempDict();
+        addSelfObserverForKeyPath("profiles.name", kTwObserveNew | kTwObserveOld | kTwObserveInitial);
+        addSelfObserverForDict(valueForKey("Data"), "Data",
+                               kTwObserveNew | kTwObserveOld | kTwObserveInitial);
+        addSelfObserverForDict(valueForKey("temp"), "temp", kTwObserveNew | kTwObserveOld);
+    }
     createObserver();
 }
 
@@ -348,8 +350,7 @@ void TwainDialogData::observeValueForKeyPath(const std::string& keyPath, TwObser
                     myChangeValue(valueForKeyPath("profiles.temporary"), "profiles.name");
             }
         } else if (p.starts_with("profiles") && p == "profiles.name") {
-            bool saved = bInProfileProcess;
-            bInProfileProcess = true;
+            TwScopedValue inProfile(bInProfileProcess, true);
             TwValue name = valueForKeyPath("profiles.name");
             if (!name.isNull()) {
                 if (auto profiles = m_CustomProfiles.list()) {
@@ -367,7 +368,6 @@ void TwainDialogData::observeValueForKeyPath(const std::string& keyPath, TwObser
                     }
                 }
             }
-            bInProfileProcess = saved;
         }
         updateEnabledFromKeyPath(keyPath, &change);
         if (!bInProfileProcess && !bInLoadProfile)

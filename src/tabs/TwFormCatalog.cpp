@@ -1,5 +1,6 @@
 #include "TwFormCatalog.h"
 
+#include "TwSettingTabs.h"
 #include "ui_TwDlgAbout.h"
 #include "ui_TwDlgCustom.h"
 #include "ui_TwDlgCustomGamma.h"
@@ -33,8 +34,6 @@
 #include <QStyleOptionSpinBox>
 #include <QWidget>
 
-#include <array>
-
 namespace {
 
 template <class Form, class Base = QWidget> QWidget* make(QWidget* parent) {
@@ -49,19 +48,11 @@ struct Entry {
     QWidget* (*create)(QWidget*);
 };
 
-// Tabs in the order the main panel shows them, the two that take no part last, then the panels.
-const std::array<Entry, 20> kForms{{
-    {"TwainViewBasic", &make<Ui::TwainViewBasic>},
-    {"TwainViewCommon", &make<Ui::TwainViewCommon>},
-    {"TwainViewLayout", &make<Ui::TwainViewLayout>},
-    {"TwainViewBinaryImage", &make<Ui::TwainViewBinaryImage>},
-    {"TwainViewGrayImage", &make<Ui::TwainViewGrayImage>},
-    {"TwainViewColorImage", &make<Ui::TwainViewColorImage>},
-    {"TwainViewFeed", &make<Ui::TwainViewFeed>},
-    {"TwainViewArea", &make<Ui::TwainViewArea>},
-    {"TwainViewControlSheet", &make<Ui::TwainViewControlSheet>},
-    {"TwainViewImprinter", &make<Ui::TwainViewImprinter>},
-    {"TwainViewPatchCode", &make<Ui::TwainViewPatchCode>},
+#define TW_TAB_FORM(identifier, inMainPanel) {"TwainView" #identifier, &make<Ui::TwainView##identifier>},
+const Entry kTabForms[] = {TW_SETTING_TABS(TW_TAB_FORM)};
+#undef TW_TAB_FORM
+
+const Entry kPanelForms[] = {
     {"TwDlgMain", &make<Ui::TwDlgMain, QDialog>},
     {"TwDlgSaveSetting", &make<Ui::TwDlgSaveSetting, QDialog>},
     {"TwDlgPaperSize", &make<Ui::TwDlgPaperSize, QDialog>},
@@ -71,7 +62,15 @@ const std::array<Entry, 20> kForms{{
     {"TwDlgDoubleExposure", &make<Ui::TwDlgDoubleExposure, QDialog>},
     {"TwDlgPageSeparation", &make<Ui::TwDlgPageSeparation, QDialog>},
     {"TwDlgCustom", &make<Ui::TwDlgCustom, QDialog>},
-}};
+};
+
+// The setting tabs' forms, then the panels'.
+template <class Visit> void forEachForm(Visit visit) {
+    for (const Entry& entry : kTabForms)
+        visit(entry);
+    for (const Entry& entry : kPanelForms)
+        visit(entry);
+}
 
 // QLineEdit keeps this much space between its frame and the text.
 constexpr int kLineEditMargin = 2;
@@ -159,20 +158,18 @@ private:
 
 QStringList TwFormCatalog::classNames() {
     QStringList names;
-    for (const Entry& entry : kForms)
-        names << QString::fromLatin1(entry.className);
+    forEachForm([&](const Entry& entry) { names << QString::fromLatin1(entry.className); });
     return names;
 }
 
 QWidget* TwFormCatalog::create(const QString& className, QWidget* parent) {
-    for (const Entry& entry : kForms) {
-        if (className == QLatin1String(entry.className)) {
-            QWidget* form = entry.create(parent);
-            prepare(form);
-            return form;
-        }
-    }
-    return nullptr;
+    QWidget* form = nullptr;
+    forEachForm([&](const Entry& entry) {
+        if (!form && className == QLatin1String(entry.className))
+            form = entry.create(parent);
+    });
+    prepare(form);
+    return form;
 }
 
 void TwFormCatalog::prepare(QWidget* form) {

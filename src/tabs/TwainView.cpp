@@ -2,6 +2,7 @@
 
 #include "OrvaDebug.h"
 #include "TwFormCatalog.h"
+#include "TwSettingTabs.h"
 #include "TwStrings.h"
 #include "TwainDialogData.h"
 #include "TwainViewArea.h"
@@ -24,8 +25,6 @@
 #include <QTableWidget>
 #include <QVariant>
 
-#include <array>
-
 namespace {
 
 struct TabEntry {
@@ -37,20 +36,9 @@ template <class Tab> TwainView* make(QWidget* parent) {
     return new Tab(parent);
 }
 
-// Tabs in the order the main panel shows them, the two that take no part last.
-const std::array<TabEntry, 11> kTabs{{
-    {"TwainViewBasic", &make<TwainViewBasic>},
-    {"TwainViewCommon", &make<TwainViewCommon>},
-    {"TwainViewLayout", &make<TwainViewLayout>},
-    {"TwainViewBinaryImage", &make<TwainViewBinaryImage>},
-    {"TwainViewGrayImage", &make<TwainViewGrayImage>},
-    {"TwainViewColorImage", &make<TwainViewColorImage>},
-    {"TwainViewFeed", &make<TwainViewFeed>},
-    {"TwainViewArea", &make<TwainViewArea>},
-    {"TwainViewControlSheet", &make<TwainViewControlSheet>},
-    {"TwainViewImprinter", &make<TwainViewImprinter>},
-    {"TwainViewPatchCode", &make<TwainViewPatchCode>},
-}};
+#define TW_TAB_MAKER(identifier, inMainPanel) {"TwainView" #identifier, &make<TwainView##identifier>},
+const TabEntry kTabs[] = {TW_SETTING_TABS(TW_TAB_MAKER)};
+#undef TW_TAB_MAKER
 
 // The text of an "IDS_" key, or a null string when no table has it.
 QString localized(TwainDialogData* model, const QString& key) {
@@ -75,10 +63,11 @@ TwainView* TwainView::create(const QString& className, QWidget* parent) {
     return nullptr;
 }
 
-QStringList TwainView::classNames() {
+QStringList TwainView::classNames(bool mainPanelOnly) {
     QStringList names;
-    for (const TabEntry& entry : kTabs)
-        names << QString::fromLatin1(entry.className);
+    for (const TwSettingTab& tab : kTwSettingTabs)
+        if (tab.inMainPanel || !mainPanelOnly)
+            names << QString::fromLatin1(tab.className);
     return names;
 }
 
@@ -132,20 +121,6 @@ void TwainView::addObserverForKeyPath(const std::string& keyPath) {
         m_responderBinding->addResponderObserver(m_bindObject, keyPath);
 }
 
-// Rows in the forms sit in grid and box layouts, which close the gap of a hidden row by
-// themselves; only views placed by hand are moved here.
-void TwainView::adjustViews(const QList<QWidget*>& views, double top, double lineHeight) {
-    double position = top;
-    for (QWidget* view : views) {
-        if (!view || view->isHidden())
-            continue;
-        if (!isManagedByLayout(view))
-            view->move(view->x(), qRound(position));
-        // Qt's y axis points down: the next line is below.
-        position += lineHeight;
-    }
-}
-
 void TwainView::bindLists(const TwBindList& controlDefs, const TwBindList& contents,
                           const TwBindList& enables, const TwBindList& values) {
     if (!m_bindObject || !m_responderBinding)
@@ -154,17 +129,6 @@ void TwainView::bindLists(const TwBindList& controlDefs, const TwBindList& conte
     m_responderBinding->bindContents(contents, m_bindObject);
     m_responderBinding->bindEnableds(enables, m_bindObject);
     m_responderBinding->bindValues(values, m_bindObject);
-}
-
-bool TwainView::isManagedByLayout(const QWidget* view) {
-    const QWidget* parent = view ? view->parentWidget() : nullptr;
-    if (!parent)
-        return false;
-    const auto layouts = parent->findChildren<QLayout*>();
-    for (const QLayout* layout : layouts)
-        if (layout->indexOf(const_cast<QWidget*>(view)) >= 0)
-            return true;
-    return false;
 }
 
 void TwainView::prepareForm() {

@@ -25,7 +25,9 @@ public:
 
     // Creates the tab of that class ("TwainViewFeed", ...) with its form set up, or null.
     static TwainView* create(const QString& className, QWidget* parent = nullptr);
-    static QStringList classNames();
+    // The tabs' class names in the order the main panel shows them; with mainPanelOnly, only the
+    // tabs that take part in the main panel.
+    static QStringList classNames(bool mainPanelOnly = false);
     // The form's "tabIdentifier": Basic, Common, Layout, BinaryImage, GrayImage, ColorImage, Feed,
     // Area, ControlSheet, Imprinter, PatchCode. It is the dialog name of the tab's model
     // definitions (ModelDef.UIControl.<identifier>.<control>).
@@ -44,12 +46,6 @@ public:
     // The same with options 1 (new value).
     void addObserverForKeyPath(const std::string& keyPath);
 
-    // Restacks a column of option rows: from top down, each view that is not hidden gets the next
-    // line (its own x), hidden ones take no line. Views placed by a layout are left alone.
-    void adjustViews(const QList<QWidget*>& views, double top, double lineHeight);
-    // The line of an option row in the forms' hand-placed columns.
-    static constexpr double kOptionLineHeight = 26.0;
-
     // Changes of what the tab observes; the base does nothing.
     void observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
                                 const TwKeyValueChange& change, void* context) override;
@@ -64,8 +60,6 @@ protected:
     // dialog name), contents, enables, values. Nothing when unbound.
     void bindLists(const TwBindList& controlDefs, const TwBindList& contents, const TwBindList& enables,
                    const TwBindList& values);
-    // True when a layout of the parent places the widget: moving it by hand would be undone.
-    static bool isManagedByLayout(const QWidget* view);
     // A tab taken out of its window unbinds first.
     bool event(QEvent* event) override;
 

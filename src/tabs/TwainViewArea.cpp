@@ -237,9 +237,6 @@ void TwainViewArea::bindControlsToObject(TwainDialogData* model) {
     addObserverForKeyPath("Data.Area.Unit", kTwObserveNew | kTwObserveOld);
 
     setFormatterForUnitAll(currentUnit());
-
-    // Both sides in the same place.
-    setBackSideControlPosition();
     OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", "TwainViewArea::bindControlsToObject");
 }
 
@@ -313,9 +310,9 @@ void TwainViewArea::setFormatterForUnitAll(std::int32_t unit) {
             setFormatter(formatter, keyPath, unit);
 }
 
-std::optional<TwTextRange> TwainViewArea::rangeForUnit(const TwSize& range, std::int32_t unit) {
-    const double lo = float(range.width);
-    const double hi = float(range.width + range.length);
+std::optional<TwTextRange> TwainViewArea::rangeForUnit(const TwRange& range, std::int32_t unit) {
+    const double lo = float(range.start);
+    const double hi = float(range.start + range.length);
     std::optional<int> minimum, maximum;
     int places = 0;
     if (unit == 0) {
@@ -339,7 +336,7 @@ void TwainViewArea::setFormatter(TwainNumberFormatter* formatter, const std::str
     TwainDialogData* model = bindObject();
     if (!model || !formatter)
         return;
-    const TwSize range = model->GetFormatterRange(keyPath);
+    const TwRange range = model->GetFormatterRange(keyPath);
     if (range.length == 0)
         return;
     const std::optional<TwTextRange> r = rangeForUnit(range, unit);
@@ -349,21 +346,6 @@ void TwainViewArea::setFormatter(TwainNumberFormatter* formatter, const std::str
         return;
     }
     SetTextRangeFormatter(formatter, r->minimum, r->maximum, r->places);
-}
-
-// The form puts each back control in the grid cell of its front twin, and a layout owns the
-// geometry of what it holds; only controls placed by hand are moved here.
-void TwainViewArea::setControlFrame(QWidget* a, QWidget* b) {
-    if (!a || isManagedByLayout(a))
-        return;
-    a->setGeometry(b ? b->geometry() : QRect());
-}
-
-void TwainViewArea::setBackSideControlPosition() {
-    const QList<QWidget*> front = sideControls(0);
-    const QList<QWidget*> back = sideControls(1);
-    for (qsizetype i = 0; i < front.size() && i < back.size(); ++i)
-        setControlFrame(back[i], front[i]);
 }
 
 TwainNumberFormatter* TwainViewArea::formatterForKeyPath(const std::string& keyPath) const {

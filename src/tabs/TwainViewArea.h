@@ -46,14 +46,10 @@ public:
     // Recomputes one field's range from the model's limits for the key path: inches (0) with two
     // places, millimetres (1) with one. A zero-length range or another unit leaves it alone.
     void setFormatter(TwainNumberFormatter* formatter, const std::string& keyPath, std::int32_t unit);
-    // Gives control a the frame of control b (a zero rectangle when b is absent).
-    void setControlFrame(QWidget* a, QWidget* b);
-    // Gives each back control the frame of its front twin.
-    void setBackSideControlPosition();
 
-    // The integer range of a start and length in millimetres for the unit; nothing for a unit
+    // The formatter range in the unit (scaled integers) of a range in millimetres; nothing for a unit
     // other than 0 and 1.
-    static std::optional<TwTextRange> rangeForUnit(const TwSize& range, std::int32_t unit);
+    static std::optional<TwTextRange> rangeForUnit(const TwRange& range, std::int32_t unit);
 
     // What the tab keeps, for those who look at it from outside.
     TwainNumberFormatter* formatterForKeyPath(const std::string& keyPath) const;

@@ -146,7 +146,4 @@ void TwainViewBinaryImage::bindControlsToObject(TwainDialogData* model) {
     bindLists(controlDefs, contents, enables, values);
 
     responderBinding()->bindSubviewsEnabled(this, model, "enable.BinaryImage.All");
-    adjustViews({ui.btnBorderRemoval, ui.btnRemoveShadow, ui.btnHoleRemoval, ui.btnMirror, ui.btnInvert,
-                 ui.btnAutoSeparation},
-                ui.btnBorderRemoval->y(), kOptionLineHeight);
 }

@@ -109,7 +109,4 @@ void TwainViewColorImage::bindControlsToObject(TwainDialogData* model) {
     bindLists(controlDefs, contents, enables, values);
 
     responderBinding()->bindSubviewsEnabled(this, model, "enable.ColorImage.All");
-    adjustViews({ui.btnBorderRemoval, ui.btnRemoveShadow, ui.btnHoleRemoval, ui.btnMirror, ui.btnSmooth,
-                 ui.btnBackgroundRemoval},
-                ui.btnBorderRemoval->y(), kOptionLineHeight);
 }

@@ -145,10 +145,4 @@ void TwainViewCommon::bindControlsToObject(TwainDialogData* model) {
     // The background choices are the form's own ("White", "Black"), with no list in the model to
     // match a value against: the setting is the chosen row.
     responderBinding()->bindSelectedIndex(ui.cmbBackgroundColor, model, "Data.BackgroundColor");
-
-    adjustViews({ui.btnBorderRemoval, ui.btnRemoveShadow, ui.btnHoleRemoval, ui.btnMirror},
-                ui.btnBorderRemoval->y(), kOptionLineHeight);
-    adjustViews(
-        {ui.btnMargin, ui.btnFitToPage, ui.btnLengthControl, ui.txtBackgroundColor, ui.cmbBackgroundColor},
-        ui.btnMargin->y(), kOptionLineHeight);
 }

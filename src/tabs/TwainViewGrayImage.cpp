@@ -44,6 +44,4 @@ void TwainViewGrayImage::bindControlsToObject(TwainDialogData* model) {
     bindLists(controlDefs, contents, enables, values);
 
     responderBinding()->bindSubviewsEnabled(this, model, "enable.GrayImage.All");
-    adjustViews({ui.btnBorderRemoval, ui.btnRemoveShadow, ui.btnHoleRemoval, ui.btnMirror},
-                ui.btnBorderRemoval->y(), kOptionLineHeight);
 }

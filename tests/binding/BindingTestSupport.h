@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -44,8 +45,11 @@ public:
     void observeValueForKeyPath(const std::string& keyPath, TwObservable*, const TwKeyValueChange& change,
                                 void*) override {
         calls.push_back({keyPath, change});
+        if (onChange)
+            onChange();
     }
     std::vector<Call> calls;
+    std::function<void()> onChange;
 };
 
 // A model definition that offers control definitions only.

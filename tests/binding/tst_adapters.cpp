@@ -24,6 +24,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <stdexcept>
+
 // A widget the class table does not know: found through its USER property.
 class ColourPicker : public QWidget {
     Q_OBJECT
@@ -31,6 +33,8 @@ class ColourPicker : public QWidget {
 public:
     QString colour() const { return m_colour; }
     void setColour(const QString& c) {
+        if (c == refused)
+            throw std::invalid_argument("no colour " + c.toStdString());
         if (c == m_colour)
             return;
         m_colour = c;
@@ -38,6 +42,7 @@ public:
     }
     // What a user pick does.
     void pick(const QString& c) { setColour(c); }
+    QString refused; // a colour the picker throws at
 signals:
     void colourChanged();
 
@@ -515,6 +520,29 @@ private slots:
         picker->pick("blue");
         QCOMPARE(model.valueForKeyPath("Data.Colour"), TwValue("blue"));
         QCOMPARE(writes.count, 2);
+    }
+
+    // A control that throws while it is shown a value, or an observer that throws while the
+    // user's value is written, leaves the binding as it was: edits are heard, values shown.
+    void aThrowLeavesTheBindingWorking() {
+        model.setValueForKeyPath("red", "Data.Colour");
+        auto* picker = new ColourPicker;
+        picker->setParent(window.get());
+        rb->bindValue(picker, &model, "Data.Colour");
+        picker->refused = "black";
+        QVERIFY_THROWS_EXCEPTION(std::invalid_argument, model.setValueForKeyPath("black", "Data.Colour"));
+        picker->pick("blue");
+        QCOMPARE(model.valueForKeyPath("Data.Colour"), TwValue("blue"));
+
+        RecordingResponder thrower;
+        model.addObserver(&thrower, "Data.Colour", kTwObserveNew);
+        thrower.onChange = [] {
+            throw std::runtime_error("observer");
+        };
+        QVERIFY_THROWS_EXCEPTION(std::runtime_error, picker->pick("green"));
+        model.removeObserver(&thrower, "Data.Colour");
+        model.setValueForKeyPath("white", "Data.Colour");
+        QCOMPARE(picker->colour(), QString("white"));
     }
 
     void objectPropertiesByName() {

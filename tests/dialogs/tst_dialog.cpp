@@ -21,6 +21,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
@@ -216,6 +218,39 @@ private slots:
         QCOMPARE(model->observationCount(), shownCount);
         ui->hideUi();
         QCOMPARE(model->observationCount(), own);
+    }
+
+    // Texts the model or the data source supplies, however long, stay within their place: the
+    // labels and group-box titles that show them are elided, with the whole text as tool tip, and
+    // the window keeps its width.
+    void longTextsLeaveTheWindowsWidthAlone() {
+        auto ui = shown();
+        TwDlgMain* w = window(*ui);
+        const int common = w->tabIdentifiers().indexOf(QStringLiteral("Common"));
+        w->tableMain()->setCurrentIndex(common);
+        QApplication::processEvents();
+        const int width = w->width();
+        const int hintWidth = w->sizeHint().width();
+        ui->hideUi();
+
+        const QString text = QStringLiteral("Long text ").repeated(10000);
+        ui->setDataWithKeyPathValue(TwValue::dictionary(
+            {{"temp.GrayDPI", text.toStdString()}, {"temp.Distinction", text.toStdString()}}));
+        ui->showUi(true, false, false);
+        w->tableMain()->setCurrentIndex(common);
+        QApplication::processEvents();
+        w->grab(); // a paint of the whole window, which took seconds with the text laid out whole
+        QVERIFY2(qAbs(w->width() - width) <= 8, qPrintable(QString::number(w->width())));
+        QVERIFY2(qAbs(w->sizeHint().width() - hintWidth) <= 8,
+                 qPrintable(QString::number(w->sizeHint().width())));
+        auto* dpi = w->view(QStringLiteral("Common"))->findChild<QLabel*>(QStringLiteral("txtDPI"));
+        auto* box = w->view(QStringLiteral("Common"))
+                        ->findChild<QGroupBox*>(QStringLiteral("boxDistinctionResolution"));
+        QVERIFY(dpi->text().endsWith(QChar(0x2026)) && dpi->text().size() < 100);
+        QVERIFY(box->title().endsWith(QChar(0x2026)) && box->title().size() < 100);
+        QCOMPARE(dpi->toolTip(), text);
+        QCOMPARE(box->toolTip(), text);
+        ui->hideUi();
     }
 
     // ---- Modes and flags ----

@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+#include <stdexcept>
+
 namespace {
 
 TwValue duplexRule() {
@@ -275,6 +277,49 @@ private slots:
         model->setValueForKeyPath(TwValue(unit), "Data.Area.Unit");
         model->setValueForKeyPath(TwValue(entered), "temp.Area." + key.toStdString());
         QCOMPARE(number(*model, ("Data.Area.Measure." + key.toStdString()).c_str()), stored);
+    }
+
+    // ---- Guards ----
+
+    // An observer that throws in the middle of what the model does leaves none of its guard flags
+    // set: they are set for the span of a call and put back however the call ends.
+    void guardFlagsAreBackAfterAnObserverThrows_data() {
+        QTest::addColumn<QString>("throwingAt");
+        QTest::addColumn<int>("action");
+        QTest::newRow("converting the area to another unit") << "temp.Area.Width" << 0;
+        QTest::newRow("refusing an area value that is no number") << "temp.Area.Width" << 1;
+        QTest::newRow("starting observation") << "temp.GrayDPI" << 2;
+        QTest::newRow("saving a profile") << "profiles.temporary" << 3;
+    }
+    void guardFlagsAreBackAfterAnObserverThrows() {
+        QFETCH(QString, throwingAt);
+        QFETCH(int, action);
+        ChangeRecorder thrower(*model, {qPrintable(throwingAt)});
+        thrower.onChange = [](const std::string& keyPath) {
+            throw std::runtime_error("observer of " + keyPath);
+        };
+        try {
+            switch (action) {
+            case 0:
+                model->setValueForKeyPath(TwValue(0), "Data.Area.Unit");
+                break;
+            case 1:
+                model->setValueForKeyPath(TwValue("wide"), "temp.Area.Width");
+                break;
+            case 2:
+                model->addSelfObserver();
+                break;
+            default:
+                model->AddCustomProfile("Mine");
+                break;
+            }
+        } catch (const std::runtime_error&) {
+        }
+        QVERIFY(!thrower.seen.empty());
+        QVERIFY(!model->m_bForbitChange);
+        QVERIFY(!model->m_bInInit);
+        QVERIFY(!model->bInProfileProcess);
+        QVERIFY(!model->bInLoadProfile);
     }
 };
 

@@ -290,8 +290,8 @@ private slots:
         QFETCH(double, length);
         placeArea(*model, area);
         model->setValueForKeyPathWithoutNotification(TwValue(duplex), "enable.Duplex");
-        TwSize range = model->GetFormatterRange(key.toStdString());
-        QCOMPARE(range.width, start);
+        TwRange range = model->GetFormatterRange(key.toStdString());
+        QCOMPARE(range.start, start);
         QCOMPARE(range.length, length);
     }
 
