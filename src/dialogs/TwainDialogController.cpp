@@ -666,9 +666,12 @@ void TwainDialogController::handOverImages(TwPreviewPanel* preview, TwPreviewRec
     for (int i = 0; i < 2; ++i) {
         if (!sides[i]->pDIB)
             continue;
-        if (freeImage)
-            pages[i] = TwOwnedDIB(std::exchange(sides[i]->pDIB, nullptr), sides[i]->imageLength);
-        else
+        if (freeImage) {
+            // The record is packed: its pointers are read and cleared by value, never by reference.
+            void* dib = sides[i]->pDIB;
+            sides[i]->pDIB = nullptr;
+            pages[i] = TwOwnedDIB(dib, sides[i]->imageLength);
+        } else
             pages[i] = TwOwnedDIB::copyOf(sides[i]->pDIB, sides[i]->imageLength);
     }
     OrvaLog(kOrvaLogDebug, "\t%s: ratios front %.3f/%.3f/%.3f back %.3f/%.3f/%.3f\n",

@@ -54,6 +54,11 @@ public:
     TwValue(TwDate date) : m_v(date) {}
     TwValue(std::shared_ptr<TwArray> a) : m_v(std::move(a)) {}
     TwValue(std::shared_ptr<TwDictionary> d) : m_v(std::move(d)) {}
+    TwValue(const TwValue&) = default;
+    TwValue(TwValue&&) = default;
+    TwValue& operator=(const TwValue&) = default;
+    TwValue& operator=(TwValue&&) = default;
+    ~TwValue() { releaseContainer(); }
 
     // A new, empty mutable container.
     static TwValue dictionary();
@@ -121,6 +126,11 @@ public:
     std::string description() const;
 
 private:
+    // Lets go of a container held here. Containers nested thousands of levels deep (a hostile
+    // model definition, a long key path) are destroyed one level at a time rather than by a
+    // recursion as deep as the nesting, which would overflow a thread's stack.
+    void releaseContainer() noexcept;
+
     std::variant<std::monostate, bool, std::int64_t, double, std::string, std::shared_ptr<const TwBytes>,
                  TwDate, std::shared_ptr<TwArray>, std::shared_ptr<TwDictionary>>
         m_v;
@@ -129,6 +139,8 @@ private:
 // An insertion-ordered dictionary with string keys. Lookups by string_view; large dictionaries
 // get a hash index so that key-path walks stay fast.
 class TwDictionary {
+    friend class TwValue;
+
 public:
     using Entry = std::pair<std::string, TwValue>;
 
@@ -364,21 +376,65 @@ inline bool TwValue::isEqual(const TwValue& o) const {
     }
 }
 
+inline void TwValue::releaseContainer() noexcept {
+    std::shared_ptr<void> container;
+    if (auto d = std::get_if<std::shared_ptr<TwDictionary>>(&m_v))
+        container = std::move(*d);
+    else if (auto a = std::get_if<std::shared_ptr<TwArray>>(&m_v))
+        container = std::move(*a);
+    if (container.use_count() != 1)
+        return;
+    // The first release on a thread drains; the containers its children held are queued while it
+    // does, instead of being destroyed inside their parent's destructor.
+    struct Queue {
+        std::vector<std::shared_ptr<void>> pending;
+        bool draining = false;
+    };
+    static thread_local Queue queue;
+    if (queue.draining) {
+        queue.pending.push_back(std::move(container));
+        return;
+    }
+    queue.draining = true;
+    container.reset();
+    while (!queue.pending.empty()) {
+        std::shared_ptr<void> next = std::move(queue.pending.back());
+        queue.pending.pop_back();
+        next.reset();
+    }
+    queue.draining = false;
+}
+
 inline TwValue TwValue::deepCopy() const {
-    if (auto a = list()) {
-        auto copy = std::make_shared<TwArray>();
-        copy->reserve(a->size());
-        for (auto& v : *a)
-            copy->push_back(v.deepCopy());
-        return TwValue(std::move(copy));
+    auto emptyLike = [](const TwValue& v) {
+        return v.list() ? array() : v.dict() ? dictionary() : v;
+    };
+    TwValue root = emptyLike(*this);
+    // Level by level with a list of containers still to fill, so that the depth of the nesting
+    // costs no stack.
+    std::vector<std::pair<const TwValue*, TwValue*>> toFill{{this, &root}};
+    while (!toFill.empty()) {
+        auto [from, to] = toFill.back();
+        toFill.pop_back();
+        if (auto a = from->list()) {
+            TwArray* out = to->list();
+            out->reserve(a->size());
+            for (auto& v : *a)
+                out->push_back(emptyLike(v));
+            for (std::size_t i = 0; i < a->size(); ++i)
+                if ((*a)[i].list() || (*a)[i].dict())
+                    toFill.push_back({&(*a)[i], &(*out)[i]});
+        } else if (auto d = from->dict()) {
+            TwDictionary* out = to->dict();
+            out->m_entries.reserve(d->size());
+            for (auto& [k, v] : *d)
+                out->m_entries.emplace_back(k, emptyLike(v));
+            for (std::size_t i = 0; i < d->size(); ++i)
+                if (d->at(i).second.list() || d->at(i).second.dict())
+                    toFill.push_back({&d->at(i).second, &out->m_entries[i].second});
+        }
     }
-    if (auto d = dict()) {
-        auto copy = std::make_shared<TwDictionary>();
-        for (auto& [k, v] : *d)
-            copy->set(k, v.deepCopy());
-        return TwValue(std::move(copy));
-    }
-    return *this;
+    return root;
 }
 
 inline std::string TwValue::description() const {

@@ -78,6 +78,27 @@ private slots:
         QCOMPARE(inner.dict()->value("x").intValue(), 1);
     }
 
+    // Far deeper than a thread's stack allows for a recursion per level, even without sanitizers.
+    void deepNestingCopiesAndGoesWithoutRecursion() {
+        constexpr int kLevels = 300000;
+        TwValue deep = TwValue::dictionary({{"leaf", 1}});
+        for (int i = 0; i < kLevels; ++i)
+            deep = i % 2 ? TwValue::dictionary({{"k", deep}}) : TwValue::array({deep});
+        TwValue copy = deep.deepCopy();
+        TwValue original = deep, copied = copy;
+        for (int i = 0; i < kLevels; ++i) {
+            QVERIFY(original.list() != copied.list() || !original.list());
+            QVERIFY(original.dict() != copied.dict() || !original.dict());
+            original = original.list() ? original.list()->at(0) : original.dict()->value("k");
+            copied = copied.list() ? copied.list()->at(0) : copied.dict()->value("k");
+        }
+        copied.dict()->set("leaf", 2);
+        QCOMPARE(original.dict()->value("leaf").intValue(), 1);
+        deep = TwValue();
+        copy = TwValue();
+        QCOMPARE(original.dict()->value("leaf").intValue(), 1); // still held here
+    }
+
     void dictionaryKeepsInsertionOrderAndIndex() {
         TwDictionary d;
         // Enough keys to switch to the hashed index, then removals and re-insertions.
