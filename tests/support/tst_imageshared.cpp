@@ -2,7 +2,7 @@
 // leave room to grow, the byte-row copies, BMP files Qt's reader opens with the right pixels, the
 // bitmap-file bytes of a prescan image, and the refusal of headers that do not fit their buffer.
 #include "ImageShared.h"
-#include "OrvaDebug.h"
+#include "LogCapture.h"
 
 #include <QDir>
 #include <QFile>
@@ -64,22 +64,17 @@ QByteArray palette2(QColor clear, QColor set) {
 class TestImageShared : public QObject {
     Q_OBJECT
     std::unique_ptr<QTemporaryDir> m_dir;
-    QString logPath() const { return m_dir->filePath("orvatwain.log"); }
-    QByteArray logText() const {
-        QFile f(logPath());
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
+    std::unique_ptr<LogCapture> m_log;
+    QByteArray logText() const { return m_log->text().toUtf8(); }
 
 private slots:
     void init() {
         m_dir = std::make_unique<QTemporaryDir>();
         QVERIFY(m_dir->isValid());
-        QFile log(logPath());
-        QVERIFY(log.open(QIODevice::WriteOnly)); // the log writes only to a file that exists
-        OrvaSetLogPaths(QFile::encodeName(logPath()).constData(), nullptr);
+        m_log = std::make_unique<LogCapture>();
     }
     void cleanup() {
-        OrvaSetLogPaths(nullptr, nullptr);
+        m_log.reset();
         SetDIBAllocSleep(nullptr);
         m_dir.reset();
     }
