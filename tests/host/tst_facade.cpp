@@ -1,6 +1,7 @@
 // The facade as the data source drives it without a window: building the model, the paper-source
 // filter, key-path reads and writes, the callback and its capability record, and the trace.
 #include "FakeModelDef.h"
+#include "LogCapture.h"
 #include "OrvaDebug.h"
 #include "TwPlist.h"
 #include "TwainDialogController.h"
@@ -89,38 +90,26 @@ private slots:
         QCOMPARE(values(ui->dataForKeyPath("content.PaperSourceAll")).size(), size_t(6));
     }
 
-    void contentEntriesAreOwnCopies() {
-        auto ui = loaded();
-        // The store's own list, edited in place, is not the model definition's.
-        ui->model()->valueForKeyPath("content.Resolution").list()->at(0).dict()->set("display", "changed");
-        QCOMPARE(def.options.dict()->value("Resolution").list()->at(0).dict()->value("display").stringValue(),
-                 std::string("300 dpi"));
-    }
-
-    void setUIContentsIsOneChange() {
-        auto ui = loaded();
-        Observer o;
-        ui->model()->addObserver(&o, "content.Resolution", kTwObserveNew);
-        ui->model()->addObserver(&o, "content.PaperSource", kTwObserveNew);
-        ui->setUIContents(def.options);
-        QCOMPARE(o.count, 2); // each observed list told once
-        ui->model()->removeObserver(&o, "content.Resolution");
-        ui->model()->removeObserver(&o, "content.PaperSource");
-    }
-
-    void keyPathReadsAndWrites() {
+    // The contents are one change per observed list; key-path writes tell once and ignore a
+    // value that is no dictionary.
+    void contentsAndKeyPathWrites() {
         auto ui = loaded();
         QCOMPARE(ui->dataForKeyPath("Default.Resolution").intValue(), 200);
         Observer o;
+        ui->model()->addObserver(&o, "content.Resolution", kTwObserveNew);
+        ui->model()->addObserver(&o, "content.PaperSource", kTwObserveNew);
         ui->model()->addObserver(&o, "Data.Resolution", kTwObserveNew);
+        ui->setUIContents(def.options);
+        QCOMPARE(o.count, 2);
         ui->setDataWithKeyPathValue(
             TwValue::dictionary({{"Data.Resolution", 600}, {"Data.Feed.NoLookAhead", true}}));
-        QCOMPARE(o.count, 1);
+        QCOMPARE(o.count, 3);
         QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 600);
         QVERIFY(ui->dataForKeyPath("Data.Feed.NoLookAhead").boolValue());
         ui->setDataWithKeyPathValue(TwValue());
         QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 600);
-        ui->model()->removeObserver(&o, "Data.Resolution");
+        for (const char* path : {"content.Resolution", "content.PaperSource", "Data.Resolution"})
+            ui->model()->removeObserver(&o, path);
     }
 
     // Values cross the facade as copies both ways: a sub-dictionary the data source shares between
@@ -146,6 +135,11 @@ private slots:
         ui->DialogData()->valueForKeyPath("Data.Extra").dict()->set("Width", 50);
         ui->customPaperSize().list()->clear();
         QCOMPARE(ui->dataForKeyPath("Data.Extra.Width").intValue(), 20);
+        // The store's contents, edited in place, are not the model definition's.
+        ui->setUIContents(def.options);
+        ui->model()->valueForKeyPath("content.Resolution").list()->at(0).dict()->set("display", "changed");
+        QCOMPARE(def.options.dict()->value("Resolution").list()->at(0).dict()->value("display").stringValue(),
+                 std::string("300 dpi"));
     }
 
     void eventOneNeedsTheCallbackOfTheCurrentModel() {
@@ -182,6 +176,9 @@ private slots:
         ui->getPaperFrame(&back);
         QCOMPARE(back.left, 10.0);
         QCOMPARE(back.top, 20.0);
+        ui->showUi(false, true, true); // without showing: only the flags
+        QVERIFY(!ui->isShow());
+        QVERIFY(ui->isShowModal());
         // Closing drops the model: nothing is forwarded any more.
         ui->closeDS();
         QVERIFY(ui->DialogData() == nullptr);
@@ -197,13 +194,6 @@ private slots:
         QVERIFY(ui->DialogData() != nullptr); // an empty model, still usable
         QVERIFY(ui->dataForKeyPath("Data.Resolution").isNull());
         QCOMPARE(values(ui->dataForKeyPath("content.PaperSource")), (std::vector<int>{0, 1}));
-    }
-
-    void showUiWithoutShowOnlySetsFlags() {
-        auto ui = loaded();
-        ui->showUi(false, true, true);
-        QVERIFY(!ui->isShow());
-        QVERIFY(ui->isShowModal());
     }
 
     // A data source may blank a text on purpose: the facade and the controller keep its answer.
@@ -228,28 +218,19 @@ private slots:
     }
 
     void callsAreTraced() {
-        QTemporaryDir logDir;
-        QString log = logDir.path() + "/orvatwain.log";
-        QFile f(log);
-        QVERIFY(f.open(QIODevice::WriteOnly)); // an empty file switches logging on
-        f.close();
         auto ui = std::make_unique<VmxUIControllerImpl>();
-        OrvaSetLogPaths(log.toLocal8Bit().constData(), nullptr);
-        ui->initWithDSBundle(dir.path().toStdString()); // init points the log at /var/tmp again
-        OrvaSetLogPaths(log.toLocal8Bit().constData(), nullptr);
+        ui->initWithDSBundle(dir.path().toStdString());
+        LogCapture log; // after init, which points the log at a place of its own
         ui->setModelDef(&def);
         ui->setDataWithDictionary(capabilityValues(false, false), 0);
         ui->setCallback(&recordEvent);
         ui->showUi(false, false, true);
         ui->closeDS();
         ui.reset();
-        OrvaSetLogPaths(nullptr, nullptr);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QString text = QString::fromUtf8(f.readAll());
         for (const char* line :
              {"ENTER: VmxUIController::setDataWithDictionary", "hasFlatbed = 0, canPassport = 0",
               "ENTER: VmxUIController::showUi", "\tmodal = 0, onlyUI = 1", "ENTER: VmxUIController::closeDS"})
-            QVERIFY2(text.contains(line), line);
+            QVERIFY2(log.text().contains(line), line);
     }
 };
 

@@ -81,18 +81,13 @@ inline TwValue sideValues(int brightness, int contrast, int gamma) {
 
 // A Data section with every family the reactions touch, the area in millimetres on A4.
 inline TwValue sampleData() {
+    auto side = [] {
+        return TwValue::dictionary(
+            {{"X", 0.0},
+             {"L1", TwValue::dictionary({{"X", 10.0}, {"Y", 10.0}, {"Width", 50.0}, {"Length", 20.0}})}});
+    };
     auto area = TwValue::dictionary(
-        {{"Front",
-          TwValue::dictionary(
-              {{"X", 0.0},
-               {"L1", TwValue::dictionary({{"X", 10.0}, {"Y", 10.0}, {"Width", 50.0}, {"Length", 20.0}})}})},
-         {"Back",
-          TwValue::dictionary(
-              {{"X", 0.0},
-               {"L1", TwValue::dictionary({{"X", 10.0}, {"Y", 10.0}, {"Width", 50.0}, {"Length", 20.0}})}})},
-         {"Y", 0.0},
-         {"Width", 210.0},
-         {"Length", 297.0}});
+        {{"Front", side()}, {"Back", side()}, {"Y", 0.0}, {"Width", 210.0}, {"Length", 297.0}});
     return TwValue::dictionary({{"PaperSource", 0},
                                 {"PaperSize", 1},
                                 {"Resolution", 300},

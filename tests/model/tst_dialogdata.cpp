@@ -3,6 +3,7 @@
 #include "ModelTestSupport.h"
 #include "OrvaDebug.h"
 #include "TwBundle.h"
+#include "TwPlist.h"
 
 #include <QDir>
 #include <QFile>
@@ -23,15 +24,11 @@ std::uint16_t recordCallback(std::uint16_t event, void* data) {
     return 0;
 }
 
-void writeStrings(const QString& bundle, const QList<QPair<QString, QString>>& entries) {
-    const QString dir = bundle + "/Contents/Resources/en.lproj";
-    QDir().mkpath(dir);
-    QByteArray xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>";
-    for (auto& [k, v] : entries)
-        xml += "<key>" + k.toUtf8() + "</key><string>" + v.toUtf8() + "</string>";
-    QFile f(dir + "/Localizable.strings");
+void writeStrings(const QString& bundle, const TwValue& table) {
+    QDir().mkpath(bundle + "/Contents/Resources/en.lproj");
+    QFile f(bundle + "/Contents/Resources/en.lproj/Localizable.strings");
     QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write(xml + "</dict></plist>");
+    f.write(QByteArray::fromStdString(TwPlistToXml(table)));
 }
 
 } // namespace
@@ -47,8 +44,6 @@ private slots:
                                           "range",    "enable", "Data",    "Default",
                                           "profiles", "temp",   "image"};
         QCOMPARE(model.m_dictData.dict()->keys(), expected);
-        QVERIFY(!model.bInProfileProcess && !model.bInLoadProfile && !model.m_bInInit &&
-                !model.m_bForbitChange);
     }
 
     void keyPathReadsAndWrites() {
@@ -144,26 +139,22 @@ private slots:
         QCOMPARE(r.seen.back().oldValue.isNull(), !(options & kTwObserveOld));
     }
 
-    void myChangeValueSkipsEqualValues() {
+    // A plain write tells even when the value is equal; myChangeValue only a real change, once; a
+    // silent write nobody.
+    void whichWritesTell() {
         TwainDialogData model;
         model.setValueForKeyPath(true, "enable.Duplex");
-        ChangeRecorder r(model, {"enable.Duplex"});
+        ChangeRecorder r(model, {"enable.Duplex", "Data.X", "Data"});
         model.myChangeValue(1, "enable.Duplex"); // equal: 1 is true
         QCOMPARE(r.seen.size(), size_t(0));
         model.myChangeValue(false, "enable.Duplex");
         QCOMPARE(r.seen.size(), size_t(1)); // once, not once for the write and once for the bracket
         QVERIFY(!model.valueForKeyPath("enable.Duplex").boolValue());
-        // A plain write tells even when the value is equal.
         model.setValueForKeyPath(false, "enable.Duplex");
         QCOMPARE(r.seen.size(), size_t(2));
-    }
-
-    void silentWriteTellsNobody() {
-        TwainDialogData model;
-        ChangeRecorder r(model, {"Data.X", "Data"});
         model.setValueForKeyPathWithoutNotification(3, "Data.X");
         model.setValueForKeyPathWithoutNotification(dict({{"Y", 1}}), "Data");
-        QCOMPARE(r.seen.size(), size_t(0));
+        QCOMPARE(r.seen.size(), size_t(2));
         QCOMPARE(model.valueForKeyPath("Data.X").intValue(), 3);
         QCOMPARE(model.valueForKeyPath("Data.Y").intValue(), 1);
     }
@@ -181,21 +172,11 @@ private slots:
         QCOMPARE(r.seen.back().newValue.intValue(), 2);
     }
 
-    void sectionMergeInsideABracketTellsAtTheEnd() {
-        TwainDialogData model;
-        ChangeRecorder r(model, {"content.PaperSize", "content.Unit", "Data.Unit"});
-        model.willChangeValueForKey("content");
-        model.setValueForKeyPath(dict({{"PaperSize", TwValue::array()}}), "content");
-        QCOMPARE(r.seen.size(), size_t(0)); // inside the bracket
-        model.didChangeValueForKey("content");
-        QCOMPARE(r.seen.size(), size_t(2)); // everything under the section
-        QVERIFY(r.seen[0].newValue.isArray());
-    }
-
-    void bracketCapturesOldValueAtWill() {
+    void bracketsTellOnceAtTheOuterDid() {
         TwainDialogData model;
         model.setValueForKeyPath(1, "Data.X");
-        ChangeRecorder r(model, {"Data.X"}, kTwObserveNew | kTwObserveOld);
+        ChangeRecorder r(model, {"Data.X", "content.PaperSize", "content.Unit"},
+                         kTwObserveNew | kTwObserveOld);
         model.willChangeValueForKey("Data.X");
         model.willChangeValueForKey("Data.X"); // nested brackets tell once, at the outer did
         model.setValueForKeyPath(2, "Data.X");
@@ -204,8 +185,15 @@ private slots:
         QCOMPARE(r.seen.size(), size_t(0));
         model.didChangeValueForKey("Data.X");
         QCOMPARE(r.seen.size(), size_t(1));
-        QCOMPARE(r.seen[0].oldValue.intValue(), 1);
+        QCOMPARE(r.seen[0].oldValue.intValue(), 1); // taken at will
         QCOMPARE(r.seen[0].newValue.intValue(), 3);
+        // A section merge inside its bracket tells everything under the section at the end.
+        model.willChangeValueForKey("content");
+        model.setValueForKeyPath(dict({{"PaperSize", TwValue::array()}}), "content");
+        QCOMPARE(r.seen.size(), size_t(1));
+        model.didChangeValueForKey("content");
+        QCOMPARE(r.seen.size(), size_t(3));
+        QVERIFY(r.seen[1].newValue.isArray());
     }
 
     void observersChangingThingsWhileTold() {
@@ -242,9 +230,9 @@ private slots:
 
     // ---- plain dictionaries ----
 
-    void dictionaryForKeyPathArray() {
+    void plainDictionaryHelpers() {
         TwainDialogData model;
-        TwValue d = dict({{"a", dict({{"b", 1}})}, {"s", "text"}});
+        TwValue d = dict({{"a", dict({{"b", 1}})}, {"s", "text"}, {"t", "text"}});
         QVERIFY(model.dictionary(d, {}).isNull());
         QCOMPARE(model.dictionary(d, {"a", "b"}).intValue(), 1);
         // A string in the way is replaced by a new dictionary, and the string is what comes back.
@@ -253,28 +241,22 @@ private slots:
         // A missing level is created the same way; the caller gets null and asks again.
         QVERIFY(model.dictionary(d, {"m", "x"}).isNull());
         QVERIFY(d.dict()->value("m").isDictionary());
-    }
 
-    void dictionaryReadCreatesOnlyBelowTheFirstLevel() {
-        TwainDialogData model;
-        TwValue d = dict({{"a", TwValue::dictionary()}, {"s", "text"}});
-        QVERIFY(model.dictionaryRead(d, "s.x").isEqual(TwValue("text"))); // returned as it is
-        QVERIFY(d.dict()->value("s").isString());
+        // Reading returns what is in the way as it is, and creates only below the first level.
+        QVERIFY(model.dictionaryRead(d, "t.x").isEqual(TwValue("text")));
+        QVERIFY(d.dict()->value("t").isString());
         QVERIFY(model.dictionaryRead(d, "missing.x").isNull());
         QVERIFY(!d.dict()->contains("missing"));
-        QVERIFY(model.dictionaryRead(d, "a.b.c").isNull()); // below the first level: created
-        QVERIFY(d.dict()->value("a").dict()->value("b").isDictionary());
-    }
+        QVERIFY(model.dictionaryRead(d, "a.c.d").isNull());
+        QVERIFY(d.dict()->value("a").dict()->value("c").isDictionary());
 
-    void setValueDictionaryForKeyPathArray() {
-        TwainDialogData model;
-        TwValue d = TwValue::dictionary();
-        model.setValue(5, d, {"a", "b", "c"});
-        QCOMPARE(model.dictionaryRead(d, "a.b.c").intValue(), 5);
-        model.setValue(6, d, {}); // nothing
-        QCOMPARE(d.dict()->size(), size_t(1));
-        model.setValue(1, d, {"a", "b", "c", "d"}); // "c" holds a number: refused, logged
-        QCOMPARE(model.dictionaryRead(d, "a.b.c").intValue(), 5);
+        TwValue w = TwValue::dictionary();
+        model.setValue(5, w, {"a", "b", "c"});
+        QCOMPARE(model.dictionaryRead(w, "a.b.c").intValue(), 5);
+        model.setValue(6, w, {}); // nothing
+        QCOMPARE(w.dict()->size(), size_t(1));
+        model.setValue(1, w, {"a", "b", "c", "d"}); // "c" holds a number: refused
+        QCOMPARE(model.dictionaryRead(w, "a.b.c").intValue(), 5);
     }
 
     // ---- texts ----
@@ -282,7 +264,7 @@ private slots:
     void constTextsComeFromTheDataSourceTable() {
         QTemporaryDir dir;
         QString ds = dir.path() + "/DS.bundle";
-        writeStrings(ds, {{"IDS_SIDE_FRONT", "Front side"}});
+        writeStrings(ds, dict({{"IDS_SIDE_FRONT", "Front side"}}));
         qputenv("LANGUAGE", "en");
         TwainDialogData withDS(TwBundle::bundleWithPath(ds.toStdString()));
         std::string fallback = "fallback";
@@ -293,64 +275,48 @@ private slots:
 
     // ---- capabilities ----
 
-    void fix32Record_data() {
-        QTest::addColumn<float>("value");
-        QTest::addColumn<int>("whole");
-        QTest::addColumn<int>("fraction");
-        QTest::newRow("1.5") << 1.5f << 1 << 32768;
-        QTest::newRow("0.12345 rounds to 0.1235") << 0.12345f << 0 << 8094;
-        QTest::newRow("300") << 300.0f << 300 << 0;
-        // Negative values: the fraction is the low half of the whole 16.16 product.
-        QTest::newRow("-1.5") << -1.5f << -1 << 32769;
-        QTest::newRow("-0.25") << -0.25f << 0 << 49153;
-    }
-    void fix32Record() {
-        QFETCH(float, value);
-        QFETCH(int, whole);
-        QFETCH(int, fraction);
-        TwainDialogData model;
-        g_records.clear();
-        model.setCapabilityWithFix32(0x1118, value); // no callback yet: nothing
-        QVERIFY(g_records.empty());
-        model.setCallback(&recordCallback);
-        model.setCapabilityWithFix32(0x1118, value);
-        QCOMPARE(g_records.size(), size_t(1));
-        // Byte for byte: capability, item type 7, whole (signed), fraction, little-endian.
-        const unsigned char* bytes = reinterpret_cast<const unsigned char*>(&g_records[0]);
-        QCOMPARE(bytes[0] | bytes[1] << 8, 0x1118);
-        QCOMPARE(bytes[2] | bytes[3] << 8, 7);
-        QCOMPARE(int(std::int16_t(bytes[4] | bytes[5] << 8)), whole);
-        QCOMPARE(bytes[6] | bytes[7] << 8, fraction);
-    }
-
-    void updateCapDataSendsOnlyMappedNumbers_data() {
-        QTest::addColumn<QString>("keyPath");
+    // Event 1 carries an 8-byte record, little-endian: capability, item type (5: whole number,
+    // 7: 16.16 fixed point), value. The fixed-point rows set capability 0x1118 directly.
+    void capabilityRecords_data() {
+        QTest::addColumn<QString>("keyPath"); // empty: setCapabilityWithFix32
         QTest::addColumn<TwValue>("value");
-        QTest::addColumn<int>("capability");
-        QTest::addColumn<qlonglong>("sent");
-        QTest::newRow("resolution") << "Data.Resolution" << TwValue(300) << 0x1118 << 300LL;
-        QTest::newRow("resolution real") << "Data.Resolution" << TwValue(600.7) << 0x1118 << 600LL;
-        QTest::newRow("image type") << "Data.ImageType" << TwValue(2) << 0x0101 << 2LL;
-        QTest::newRow("negative wraps") << "Data.ImageType" << TwValue(-1) << 0x0101 << 0xFFFFFFFFLL;
-        QTest::newRow("string refused") << "Data.Resolution" << TwValue("300") << 0 << 0LL;
-        QTest::newRow("unmapped key") << "Data.PaperSize" << TwValue(1) << 0 << 0LL;
-        QTest::newRow("prefix only") << "Data.Resolution.X" << TwValue(1) << 0 << 0LL;
+        QTest::addColumn<QByteArray>("sent"); // empty: nothing sent
+        auto row = [](const char* name, const char* keyPath, TwValue value, const char* sent) {
+            QTest::newRow(name) << QString(keyPath) << value << QByteArray(sent);
+        };
+        row("fix32 1.5", "", 1.5, "18 11 07 00 01 00 00 80");
+        row("fix32 0.12345 rounds to 0.1235", "", 0.12345, "18 11 07 00 00 00 9e 1f");
+        row("fix32 300", "", 300.0, "18 11 07 00 2c 01 00 00");
+        // Negative values: the fraction is the low half of the whole 16.16 product.
+        row("fix32 -1.5", "", -1.5, "18 11 07 00 ff ff 01 80");
+        row("fix32 -0.25", "", -0.25, "18 11 07 00 00 00 01 c0");
+        row("resolution", "Data.Resolution", 300, "18 11 05 00 2c 01 00 00");
+        row("resolution real", "Data.Resolution", 600.7, "18 11 05 00 58 02 00 00");
+        row("image type", "Data.ImageType", 2, "01 01 05 00 02 00 00 00");
+        row("negative wraps", "Data.ImageType", -1, "01 01 05 00 ff ff ff ff");
+        row("string refused", "Data.Resolution", "300", "");
+        row("unmapped key", "Data.PaperSize", 1, "");
+        row("prefix only", "Data.Resolution.X", 1, "");
     }
-    void updateCapDataSendsOnlyMappedNumbers() {
+    void capabilityRecords() {
         QFETCH(QString, keyPath);
         QFETCH(TwValue, value);
-        QFETCH(int, capability);
-        QFETCH(qlonglong, sent);
         TwainDialogData model;
-        model.setCallback(&recordCallback);
         g_records.clear();
-        model.UpdateCapData(keyPath.toStdString(), value);
-        QCOMPARE(g_records.size(), size_t(capability != 0));
-        if (capability) {
-            QCOMPARE(int(g_records[0].capability), capability);
-            QCOMPARE(int(g_records[0].itemType), 5);
-            QCOMPARE(qlonglong(g_records[0].value.uint32), sent);
-        }
+        auto send = [&] {
+            if (keyPath.isEmpty())
+                model.setCapabilityWithFix32(0x1118, float(value.doubleValue()));
+            else
+                model.UpdateCapData(keyPath.toStdString(), value);
+        };
+        send(); // no callback yet: nothing
+        QVERIFY(g_records.empty());
+        model.setCallback(&recordCallback);
+        send();
+        QByteArray sent;
+        for (const TwCapabilityRecord& r : g_records)
+            sent += QByteArray(reinterpret_cast<const char*>(&r), sizeof r).toHex(' ');
+        QTEST(sent, "sent");
     }
 };
 

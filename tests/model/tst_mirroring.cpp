@@ -27,7 +27,9 @@ private slots:
 
     // ---- Paper source and side selectors ----
 
-    void withoutDuplexEverySideIsFront() {
+    // Without duplex every side selector shows the front. With duplex a family whose sides are kept
+    // equal (or that has no such flag yet: it is stored as true) selects both; the others stay.
+    void paperSourceSetsTheSideSelectors() {
         def->rules = duplexRule();
         reload();
         for (const char* family : TwainDialogData::kSideFamilies)
@@ -35,15 +37,10 @@ private slots:
         model->setValueForKeyPath(TwValue(3), "Data.PaperSource");
         for (const char* family : TwainDialogData::kSideFamilies)
             QCOMPARE(model->valueForKeyPath(std::string("temp.") + family + "Side"), TwValue(0));
-    }
 
-    void withDuplexBothSidesAreKeptTogether() {
-        def->rules = duplexRule();
-        reload();
         QVERIFY(model->valueForKeyPath("Data.GrayImage.Keep2SideSame").isNull());
         model->setValueForKeyPath(TwValue(true), "Data.ColorImage.Keep2SideSame");
         model->setValueForKeyPath(TwValue(4), "Data.PaperSource");
-        // Absent: stored as true, Both selected. True: Both. False: the selection stays.
         QCOMPARE(model->valueForKeyPath("Data.GrayImage.Keep2SideSame"), TwValue(true));
         QCOMPARE(model->valueForKeyPath("temp.GrayImageSide"), TwValue(2));
         QCOMPARE(model->valueForKeyPath("temp.ColorImageSide"), TwValue(2));
@@ -79,28 +76,23 @@ private slots:
         QCOMPARE(model->valueForKeyPath("profiles.name"), TwValue("Untitled"));
     }
 
-    void choosingBothCopiesTheShownSide_data() {
-        QTest::addColumn<int>("shown");
-        QTest::addColumn<QString>("from");
-        QTest::addColumn<QString>("to");
-        QTest::newRow("front shown") << 0 << QString("Front") << QString("Back");
-        QTest::newRow("back shown") << 1 << QString("Back") << QString("Front");
-    }
     void choosingBothCopiesTheShownSide() {
-        QFETCH(int, shown);
-        QFETCH(QString, from);
-        QFETCH(QString, to);
         def->rules = duplexRule();
         reload();
         model->setValueForKeyPath(TwValue(1), "Data.PaperSource");
-        model->setValueForKeyPath(TwValue(shown), "temp.GrayImageSide");
-        TwValue source = model->valueForKeyPath("Data.GrayImage." + from.toStdString()).deepCopy();
-        model->setValueForKeyPath(TwValue(2), "temp.GrayImageSide");
-        QCOMPARE(model->valueForKeyPath("Data.GrayImage." + to.toStdString()), source);
-        QCOMPARE(model->valueForKeyPath("Data.GrayImage." + from.toStdString()), source);
-        QCOMPARE(model->valueForKeyPath("Data.GrayImage.Keep2SideSame"), TwValue(true));
-        QCOMPARE(model->valueForKeyPath("temp.GrayImageSideText"), TwValue("Both sides"));
-        QCOMPARE(model->valueForKeyPath("Data.GrayImageSide"), TwValue(2));
+        for (int shown : {0, 1}) {
+            const std::string from = shown ? "Data.GrayImage.Back" : "Data.GrayImage.Front";
+            const std::string to = shown ? "Data.GrayImage.Front" : "Data.GrayImage.Back";
+            model->setValueForKeyPath(TwValue(shown), "temp.GrayImageSide");
+            model->setValueForKeyPathWithoutNotification(TwValue(50 + shown), from + ".Brightness");
+            TwValue source = model->valueForKeyPath(from).deepCopy();
+            model->setValueForKeyPath(TwValue(2), "temp.GrayImageSide");
+            QCOMPARE(model->valueForKeyPath(to), source);
+            QCOMPARE(model->valueForKeyPath(from), source);
+            QCOMPARE(model->valueForKeyPath("Data.GrayImage.Keep2SideSame"), TwValue(true));
+            QCOMPARE(model->valueForKeyPath("temp.GrayImageSideText"), TwValue("Both sides"));
+            QCOMPARE(model->valueForKeyPath("Data.GrayImageSide"), TwValue(2));
+        }
     }
 
     void sideSelectorCorners_data() {
@@ -173,23 +165,21 @@ private slots:
     void workingCopyKeys_data() {
         QTest::addColumn<QString>("key");
         QTest::addColumn<int>("grayside");
-        QTest::addColumn<QString>("expected"); // empty: none
+        QTest::addColumn<QString>("expected");
         QTest::newRow("back shown, back key") << "Data.GrayImage.Back.Gamma" << 1 << "temp.GrayImage.Gamma";
-        QTest::newRow("front shown, back key") << "Data.GrayImage.Back.Gamma" << 0 << "";
-        QTest::newRow("both, back key") << "Data.GrayImage.Back.Gamma" << 2 << "";
-        QTest::newRow("back shown, front key") << "Data.GrayImage.Front.Gamma" << 1 << "";
+        QTest::newRow("front shown, back key") << "Data.GrayImage.Back.Gamma" << 0 << "(none)";
+        QTest::newRow("both, back key") << "Data.GrayImage.Back.Gamma" << 2 << "(none)";
+        QTest::newRow("back shown, front key") << "Data.GrayImage.Front.Gamma" << 1 << "(none)";
         QTest::newRow("selector") << "Data.BinaryImageSide" << 0 << "temp.BinaryImageSide";
         QTest::newRow("area") << "Data.Area.Measure.Front.L2.Width" << 0 << "temp.Area.Front.L2.Width";
-        QTest::newRow("plain setting") << "Data.Resolution" << 0 << "";
+        QTest::newRow("plain setting") << "Data.Resolution" << 0 << "(none)";
     }
     void workingCopyKeys() {
         QFETCH(QString, key);
         QFETCH(int, grayside);
-        QFETCH(QString, expected);
         model->setValueForKeyPathWithoutNotification(TwValue(grayside), "Data.GrayImageSide");
         auto got = model->GetTempKey(key.toStdString(), model->m_dictData);
-        QCOMPARE(QString::fromStdString(got.value_or("")), expected);
-        QCOMPARE(got.has_value(), !expected.isEmpty());
+        QTEST(QString::fromStdString(got.value_or("(none)")), "expected");
     }
 
     // ---- Other reactions ----
@@ -207,10 +197,11 @@ private slots:
         QFETCH(QString, distinction);
         QFETCH(QString, grayColor);
         model->setValueForKeyPath(TwValue(type), "Data.ImageType");
-        QCOMPARE(model->valueForKeyPath("temp.Distinction"),
-                 TwValue(model->localizedString(distinction.toStdString())));
-        QCOMPARE(model->valueForKeyPath("temp.GrayColor"),
-                 TwValue(model->localizedString(grayColor.toStdString())));
+        auto text = [&](const QString& key) {
+            return TwValue(model->localizedString(key.toStdString()));
+        };
+        QCOMPARE(model->valueForKeyPath("temp.Distinction"), text(distinction));
+        QCOMPARE(model->valueForKeyPath("temp.GrayColor"), text(grayColor));
     }
 
     void aDisabledFeedPageModeIsSwitchedOff() {
@@ -231,29 +222,26 @@ private slots:
 
     // ---- The area in the user's unit ----
 
+    // The working area is recomputed from the setting, which stays in millimetres: only a real change
+    // of unit converts, a unit that is no number is inches, an area value that is no number is refused.
     void unitChangeConvertsTheWorkingArea() {
         QCOMPARE(number(*model, "temp.Area.Width"), 210.0);
         model->setValueForKeyPath(TwValue(0), "Data.Area.Unit");
         QCOMPARE(number(*model, "temp.Area.Width"), 210.0 / 25.4);
         QCOMPARE(number(*model, "temp.Area.Front.L1.X"), 10.0 / 25.4);
-        QCOMPARE(number(*model, "Data.Area.Measure.Width"), 210.0); // the setting stays in millimetres
+        QCOMPARE(number(*model, "Data.Area.Measure.Width"), 210.0);
         model->setValueForKeyPath(TwValue(1), "Data.Area.Unit");
         QCOMPARE(number(*model, "temp.Area.Width"), 210.0);
         QCOMPARE(number(*model, "temp.Area.Length"), 297.0);
         QVERIFY(!model->m_bForbitChange);
-    }
 
-    void unitCorners() {
-        // Rewriting the same unit converts nothing.
         model->setValueForKeyPathWithoutNotification(TwValue(99.0), "temp.Area.Width");
         model->setValueForKeyPath(TwValue(1), "Data.Area.Unit");
         QCOMPARE(number(*model, "temp.Area.Width"), 99.0);
         model->setValueForKeyPathWithoutNotification(TwValue(210.0), "temp.Area.Width");
-        // A unit that is not a number is inches.
         model->setValueForKeyPath(TwValue("mm"), "Data.Area.Unit");
         QCOMPARE(model->valueForKeyPath("Data.Area.Unit"), TwValue(0));
         QCOMPARE(number(*model, "temp.Area.Width"), 210.0 / 25.4);
-        // An area value that is not a number is refused.
         model->setValueForKeyPath(TwValue("wide"), "temp.Area.Width");
         QCOMPARE(number(*model, "Data.Area.Measure.Width"), 210.0);
         QCOMPARE(number(*model, "temp.Area.Width"), 210.0 / 25.4);
@@ -273,10 +261,9 @@ private slots:
         QFETCH(int, unit);
         QFETCH(QString, key);
         QFETCH(double, entered);
-        QFETCH(double, stored);
         model->setValueForKeyPath(TwValue(unit), "Data.Area.Unit");
         model->setValueForKeyPath(TwValue(entered), "temp.Area." + key.toStdString());
-        QCOMPARE(number(*model, ("Data.Area.Measure." + key.toStdString()).c_str()), stored);
+        QTEST(number(*model, ("Data.Area.Measure." + key.toStdString()).c_str()), "stored");
     }
 
     // ---- Guards ----
@@ -316,10 +303,8 @@ private slots:
         } catch (const std::runtime_error&) {
         }
         QVERIFY(!thrower.seen.empty());
-        QVERIFY(!model->m_bForbitChange);
-        QVERIFY(!model->m_bInInit);
-        QVERIFY(!model->bInProfileProcess);
-        QVERIFY(!model->bInLoadProfile);
+        QVERIFY(!model->m_bForbitChange && !model->m_bInInit && !model->bInProfileProcess &&
+                !model->bInLoadProfile);
     }
 };
 

@@ -55,12 +55,9 @@ private slots:
     }
     void conversions() {
         QFETCH(TwValue, v);
-        QFETCH(int, intValue);
-        QFETCH(double, doubleValue);
-        QFETCH(bool, boolValue);
-        QCOMPARE(v.intValue(), intValue);
-        QCOMPARE(v.doubleValue(), doubleValue);
-        QCOMPARE(v.boolValue(), boolValue);
+        QTEST(v.intValue(), "intValue");
+        QTEST(v.doubleValue(), "doubleValue");
+        QTEST(v.boolValue(), "boolValue");
     }
 
     void unsignedOfNegativeWraps() { QCOMPARE(TwValue(-1).unsignedIntValue(), 0xFFFFFFFFu); }

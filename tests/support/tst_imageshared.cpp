@@ -2,7 +2,7 @@
 // leave room to grow, the byte-row copies, BMP files Qt's reader opens with the right pixels, the
 // bitmap-file bytes of a prescan image, and the refusal of headers that do not fit their buffer.
 #include "ImageShared.h"
-#include "OrvaDebug.h"
+#include "LogCapture.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <memory>
 
 namespace {
@@ -63,83 +64,55 @@ QByteArray palette2(QColor clear, QColor set) {
 class TestImageShared : public QObject {
     Q_OBJECT
     std::unique_ptr<QTemporaryDir> m_dir;
-    QString logPath() const { return m_dir->filePath("orvatwain.log"); }
-    QByteArray logText() const {
-        QFile f(logPath());
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
+    std::unique_ptr<LogCapture> m_log;
+    QByteArray logText() const { return m_log->text().toUtf8(); }
 
 private slots:
     void init() {
         m_dir = std::make_unique<QTemporaryDir>();
         QVERIFY(m_dir->isValid());
-        QFile log(logPath());
-        QVERIFY(log.open(QIODevice::WriteOnly)); // the log writes only to a file that exists
-        OrvaSetLogPaths(QFile::encodeName(logPath()).constData(), nullptr);
+        m_log = std::make_unique<LogCapture>();
     }
     void cleanup() {
-        OrvaSetLogPaths(nullptr, nullptr);
+        m_log.reset();
         SetDIBAllocSleep(nullptr);
         m_dir.reset();
     }
 
     // ---- Layout and header ----
 
-    void eachDepthHasItsPaletteAndStride_data() {
+    void eachDepthHasItsHeaderPaletteAndStride_data() {
         QTest::addColumn<int>("bits");
         QTest::addColumn<int>("width");
+        QTest::addColumn<int>("dpi");
+        QTest::addColumn<int>("perMetre");
         QTest::addColumn<uint>("headerSize");
         QTest::addColumn<uint>("stride");
-        QTest::newRow("1 bit") << 1 << 33 << 48u << 8u;
-        QTest::newRow("4 bits") << 4 << 3 << 104u << 4u;
-        QTest::newRow("8 bits") << 8 << 5 << 1064u << 8u;
-        QTest::newRow("24 bits, width 1") << 24 << 1 << 40u << 4u;
-        QTest::newRow("24 bits, width 3") << 24 << 3 << 40u << 12u;
-        QTest::newRow("32 bits") << 32 << 3 << 40u << 12u;
+        QTest::newRow("1 bit at 200 dpi") << 1 << 33 << 200 << 7874 << 48u << 8u;
+        QTest::newRow("4 bits") << 4 << 3 << 300 << 11811 << 104u << 4u;
+        QTest::newRow("8 bits at 100 dpi") << 8 << 5 << 100 << 3937 << 1064u << 8u;
+        QTest::newRow("24 bits, width 1") << 24 << 1 << 300 << 11811 << 40u << 4u;
+        QTest::newRow("24 bits, width 3") << 24 << 3 << 300 << 11811 << 40u << 12u;
+        QTest::newRow("32 bits") << 32 << 3 << 300 << 11811 << 40u << 12u;
     }
-    void eachDepthHasItsPaletteAndStride() {
+    void eachDepthHasItsHeaderPaletteAndStride() {
         QFETCH(int, bits);
         QFETCH(int, width);
+        QFETCH(int, dpi);
+        QFETCH(int, perMetre);
         QFETCH(uint, headerSize);
         QFETCH(uint, stride);
         const int height = 7;
-        Bytes dib = makeDIB(width, height, bits);
-        QCOMPARE(TwDibLayoutFor(width, height, bits)->stride, stride);
-        QCOMPARE(GetDIBHeaderSize(dib.data(), dib.size()), headerSize);
-        QCOMPARE(FindDIBBits(dib.data(), dib.size()), dib.data() + headerSize);
-        QCOMPARE(GetDIBSize(dib.data(), dib.size()), headerSize + stride * height);
-        QCOMPARE(dib.size(), std::size_t(headerSize + stride * height));
-        // Null is no bitmap, not a broken one.
-        QCOMPARE(GetDIBHeaderSize(nullptr, 100), 0u);
-        QCOMPARE(FindDIBBits(static_cast<const void*>(nullptr), 100), nullptr);
-        QCOMPARE(GetDIBSize(nullptr, 100), 0u);
-        QVERIFY(logText().isEmpty());
-    }
-
-    void setDIBHeaderFillsResolutionAndPalette_data() {
-        QTest::addColumn<int>("bits");
-        QTest::addColumn<int>("dpi");
-        QTest::addColumn<int>("perMetre");
-        QTest::newRow("1 bit at 200 dpi") << 1 << 200 << 7874;
-        QTest::newRow("4 bits at 300 dpi") << 4 << 300 << 11811;
-        QTest::newRow("8 bits at 100 dpi") << 8 << 100 << 3937;
-        QTest::newRow("24 bits at 300 dpi") << 24 << 300 << 11811;
-    }
-    void setDIBHeaderFillsResolutionAndPalette() {
-        QFETCH(int, bits);
-        QFETCH(int, dpi);
-        QFETCH(int, perMetre);
-        Bytes dib(40 + 1024 + 64, 0xAB);
-        SetDIBHeader(dib.data(), 9, 4, 12345, dpi, std::uint16_t(bits));
+        const auto layout = TwDibLayoutFor(width, height, bits);
+        QCOMPARE(layout->stride, stride);
+        QCOMPARE(layout->totalSize(), std::size_t(headerSize + stride * height));
+        Bytes dib(layout->totalSize(), 0xAB);
+        SetDIBHeader(dib.data(), width, height, 12345, dpi, std::uint16_t(bits));
         const TwBitmapInfoHeader h = headerOf(dib);
-        QCOMPARE(h.biSize, 40u);
-        QCOMPARE(h.biWidth, 9);
-        QCOMPARE(h.biHeight, 4);
-        QCOMPARE(h.biPlanes, std::uint16_t(1));
-        QCOMPARE(int(h.biBitCount), bits);
+        QCOMPARE((QList<qint64>{h.biSize, h.biWidth, h.biHeight, h.biPlanes, h.biBitCount, h.biXPelsPerMeter,
+                                h.biYPelsPerMeter}),
+                 (QList<qint64>{40, width, height, 1, bits, perMetre, perMetre}));
         QCOMPARE(h.biCompression + h.biSizeImage + h.biClrUsed + h.biClrImportant, 0u);
-        QCOMPARE(h.biXPelsPerMeter, perMetre);
-        QCOMPARE(h.biYPelsPerMeter, perMetre);
         const int entries = bits <= 8 ? 1 << bits : 0;
         for (int i = 0; i < entries; ++i) {
             const int grey = bits == 1 ? (i == 0 ? 255 : 0) : i * 255 / (entries - 1);
@@ -147,6 +120,15 @@ private slots:
             QCOMPARE(QList<int>({e[0], e[1], e[2], e[3]}), QList<int>({grey, grey, grey, 0}));
         }
         QCOMPARE(dib[40 + 4 * entries], 0xAB); // nothing written past the palette
+
+        QCOMPARE(GetDIBHeaderSize(dib.data(), dib.size()), headerSize);
+        QCOMPARE(FindDIBBits(dib.data(), dib.size()), dib.data() + headerSize);
+        QCOMPARE(GetDIBSize(dib.data(), dib.size()), headerSize + stride * height);
+        // Null is no bitmap, not a broken one.
+        QCOMPARE(GetDIBHeaderSize(nullptr, 100), 0u);
+        QCOMPARE(FindDIBBits(static_cast<const void*>(nullptr), 100), nullptr);
+        QCOMPARE(GetDIBSize(nullptr, 100), 0u);
+        QVERIFY(logText().isEmpty());
     }
 
     // ---- Sizes and allocation ----
@@ -198,25 +180,18 @@ private slots:
         QTest::addColumn<int>("width");
         QTest::addColumn<int>("height");
         QTest::addColumn<int>("dpi");
-        QTest::addColumn<double>("widthMm"); // < 0: no size
-        QTest::addColumn<double>("heightMm");
-        QTest::newRow("2 px at 300 dpi") << 2 << 2 << 300 << 0.2 << 0.2;
-        QTest::newRow("A4 at 100 dpi") << 827 << 1169 << 100 << 210.1 << 296.9;
-        QTest::newRow("no resolution") << 2 << 2 << 0 << -1.0 << -1.0;
+        QTest::addColumn<QSizeF>("size"); // invalid: no size
+        QTest::newRow("2 px at 300 dpi") << 2 << 2 << 300 << QSizeF(0.2, 0.2);
+        QTest::newRow("A4 at 100 dpi") << 827 << 1169 << 100 << QSizeF(210.1, 296.9);
+        QTest::newRow("no resolution") << 2 << 2 << 0 << QSizeF();
     }
     void sizeInMillimetres() {
         QFETCH(int, width);
         QFETCH(int, height);
         QFETCH(int, dpi);
-        QFETCH(double, widthMm);
-        QFETCH(double, heightMm);
         Bytes dib = makeDIB(width, height, 8, dpi);
         auto size = GetDIBSizeMillimetres(dib.data(), dib.size());
-        QCOMPARE(size.has_value(), widthMm >= 0);
-        if (size) {
-            QCOMPARE(size->first, widthMm);
-            QCOMPARE(size->second, heightMm);
-        }
+        QTEST(size ? QSizeF(size->first, size->second) : QSizeF(), "size");
     }
 
     // ---- Byte rows ----
@@ -266,40 +241,19 @@ private slots:
         QFETCH(QByteArray, palette);
         QFETCH(QByteArray, expected);
         const auto* src = reinterpret_cast<const std::uint8_t*>(source.constData());
-        QByteArray out(expected.size(), '\xEE');
+        const bool inPlace = function == kByteSwapRGB || function == kByteSwapRGBLines;
+        QByteArray out = inPlace ? source : QByteArray(expected.size(), '\xEE');
         auto* dst = reinterpret_cast<std::uint8_t*>(out.data());
         const auto n = std::size_t(count);
-        switch (CopyFunction(function)) {
-        case kByteCopy:
-            ByteCopy(src, dst, n);
-            break;
-        case kByteCopyReverse:
-            ByteCopyReverse(src, dst, n);
-            break;
-        case kByteCopyBitRev:
-            ByteCopyBitRev(src, dst, n);
-            break;
-        case kByteCopyBitRevReverse:
-            ByteCopyBitRevReverse(src, dst, n);
-            break;
-        case kByteCopySwapRGB:
-            ByteCopySwapRGB(src, dst, n);
-            break;
-        case kByteSwapRGB:
-            out = source;
-            ByteSwapRGB(reinterpret_cast<std::uint8_t*>(out.data()), n);
-            break;
-        case kByteSwapRGBLines:
-            out = source;
-            ByteSwapRGBLines(reinterpret_cast<std::uint8_t*>(out.data()), n, 2);
-            break;
-        case kByteCopy1bppTo8bpp: {
-            TwRGBQuad entries[2];
-            std::memcpy(entries, palette.constData(), sizeof entries);
-            ByteCopy1bppTo8bpp(src, dst, n, entries);
-            break;
-        }
-        }
+        TwRGBQuad entries[2] = {};
+        std::memcpy(entries, palette.constData(), std::size_t(palette.size()));
+        const std::function<void()> run[] = {
+            [&] { ByteCopy(src, dst, n); },        [&] { ByteCopyReverse(src, dst, n); },
+            [&] { ByteCopyBitRev(src, dst, n); },  [&] { ByteCopyBitRevReverse(src, dst, n); },
+            [&] { ByteCopySwapRGB(src, dst, n); }, [&] { ByteSwapRGB(dst, n); },
+            [&] { ByteSwapRGBLines(dst, n, 2); },  [&] { ByteCopy1bppTo8bpp(src, dst, n, entries); },
+        };
+        run[function]();
         QCOMPARE(out.toHex(' '), expected.toHex(' '));
     }
 

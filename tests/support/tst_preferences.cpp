@@ -19,6 +19,21 @@ namespace {
 const std::string kDomain = "com.example.scanner.ds";
 int g_chunkFd = -1;
 
+QString domainFile(const QTemporaryDir& dir) {
+    return dir.path() + "/" + QString::fromStdString(kDomain) + ".plist";
+}
+
+void writeBytes(const QString& path, const QByteArray& bytes) {
+    QFile f(path);
+    QVERIFY(f.open(QIODevice::WriteOnly));
+    f.write(bytes);
+}
+
+QByteArray readBytes(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
 TwValue readBack(const QString& file) {
     std::string error;
     return TwPlistReadFile(file.toStdString(), &error);
@@ -105,22 +120,20 @@ private slots:
     // values at any depth, an unsigned 64-bit number and a nesting far past 256 levels included.
     void keysOfOthersSurviveASave() {
         QTemporaryDir dir;
-        QString file = dir.path() + "/" + QString::fromStdString(kDomain) + ".plist";
+        QString file = domainFile(dir);
         std::string deep;
         for (int i = 0; i < 300; ++i)
             deep += "<dict><key>k</key>";
         deep += "<string>bottom</string>";
         for (int i = 0; i < 300; ++i)
             deep += "</dict>";
-        QFile out(file);
-        QVERIFY(out.open(QIODevice::WriteOnly));
-        out.write(QByteArray::fromStdString(
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
-            "<key>big</key><integer>18446744073709551615</integer><key>negative</key><integer>-5</integer>"
-            "<key>real</key><real>0.1</real><key>date</key><date>2001-02-03T04:05:06Z</date>"
-            "<key>data</key><data>AAEC</data><key>deep</key>" +
-            deep + "</dict></plist>"));
-        out.close();
+        writeBytes(file, QByteArray::fromStdString(
+                             "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
+                             "<key>big</key><integer>18446744073709551615</integer><key>negative</"
+                             "key><integer>-5</integer>"
+                             "<key>real</key><real>0.1</real><key>date</key><date>2001-02-03T04:05:06Z</date>"
+                             "<key>data</key><data>AAEC</data><key>deep</key>" +
+                             deep + "</dict></plist>"));
         auto before = TwPlistDocument::readFile(file.toStdString());
         QVERIFY(before);
 
@@ -138,7 +151,7 @@ private slots:
     // second): the file is kept as it is and the save refused.
     void aValueThatCannotBeWrittenKeepsTheFile() {
         QTemporaryDir dir;
-        QString file = dir.path() + "/" + QString::fromStdString(kDomain) + ".plist";
+        QString file = domainFile(dir);
         plist_t root = plist_new_dict();
         plist_dict_set_item(root, "other", plist_new_date(100, 500000));
         char* bytes = nullptr;
@@ -147,17 +160,12 @@ private slots:
         const QByteArray original(bytes, length);
         plist_to_bin_free(bytes);
         plist_free(root);
-        QFile out(file);
-        QVERIFY(out.open(QIODevice::WriteOnly));
-        out.write(original);
-        out.close();
+        writeBytes(file, original);
 
         TwPreferences prefs(kDomain, dir.path().toStdString());
         prefs.setValue("Runned", 1);
         QVERIFY(!prefs.synchronize());
-        QFile in(file);
-        QVERIFY(in.open(QIODevice::ReadOnly));
-        QCOMPARE(in.readAll(), original);
+        QCOMPARE(readBytes(file), original);
         QCOMPARE(prefs.copyValue("Runned").intValue(), 1); // still this process's value
     }
 
@@ -171,12 +179,8 @@ private slots:
     void unreadableFileIsKeptAsideBeforeTheNextSave() {
         QFETCH(QByteArray, content);
         QTemporaryDir dir;
-        QString file = dir.path() + "/" + QString::fromStdString(kDomain) + ".plist";
-        {
-            QFile f(file);
-            QVERIFY(f.open(QIODevice::WriteOnly));
-            f.write(content);
-        }
+        QString file = domainFile(dir);
+        writeBytes(file, content);
         TwPreferences prefs(kDomain, dir.path().toStdString());
         QVERIFY(prefs.copyValue("profiles").isNull()); // empty values, and the file untouched
         QCOMPARE(QDir(dir.path()).entryList({"*.unreadable-*"}).size(), 0);
@@ -184,15 +188,13 @@ private slots:
         QVERIFY(prefs.synchronize());
         QStringList aside = QDir(dir.path()).entryList({"*.unreadable-*"});
         QCOMPARE(aside.size(), 1);
-        QFile kept(dir.path() + "/" + aside.first());
-        QVERIFY(kept.open(QIODevice::ReadOnly));
-        QCOMPARE(kept.readAll(), content);
+        QCOMPARE(readBytes(dir.path() + "/" + aside.first()), content);
         QCOMPARE(readBack(file).dict()->value("Runned").intValue(), 1);
     }
 
     void aProcessKilledWhileSavingLeavesAWholeFile() {
         QTemporaryDir dir;
-        QString file = dir.path() + "/" + QString::fromStdString(kDomain) + ".plist";
+        QString file = domainFile(dir);
         {
             TwPreferences prefs(kDomain, dir.path().toStdString());
             prefs.setValue("blob", bigBlob(0));
