@@ -282,7 +282,9 @@ private slots:
         QVERIFY(sample.logText().contains(QStringLiteral("no model to bind to")));
     }
 
-    // On the sample model no key path is missing; with a definition for every control, each tab
+    // On the sample model no key path is missing. Binding twice replaces, unbinding removes every
+    // observation, binding again makes as many, none of it edits the settings, and a tab that goes
+    // away while bound takes its bindings with it. With a definition for every control, each tab
     // makes the bindings its table lists.
     void everyTabMakesItsBindings_data() { addTabRows(); }
     void everyTabMakesItsBindings() {
@@ -291,17 +293,31 @@ private slots:
         SampleModelDef def(modelDefRootWithEveryControl());
         auto full = sample.load(TwValue(), &def);
         auto ui = sample.load();
+        TwainDialogData* model = ui->model().get();
+        const TwValue data = ui->dataForKeyPath("Data").deepCopy();
+        const std::size_t before = model->observationCount(), fullBefore = full->model()->observationCount();
         auto tab = makeTab(c.className);
         QCOMPARE(tab->identifier(), QString::fromLatin1(c.identifier));
         sample.clearLog();
-        tab->bindControlsToObject(ui->model().get());
-        const QString log = sample.logText();
-        QVERIFY2(!log.contains(QStringLiteral("is not found KeyPath")) &&
-                     !log.contains(QStringLiteral("ERROR")),
-                 qPrintable(log));
-        QCOMPARE(boundControlCount(tab.get()) > 0, !c.table.empty());
+        tab->bindControlsToObject(model);
+        QVERIFY2(!sample.logText().contains(QStringLiteral("ERROR")), qPrintable(sample.logText()));
+        const std::size_t bound = model->observationCount();
+        const int controls = boundControlCount(tab.get());
+        QCOMPARE(controls > 0, !c.table.empty());
+        QCOMPARE(bound > before, controls > 0);
+        tab->bindControlsToObject(model);
+        QCOMPARE(model->observationCount(), bound);
+        tab->unbindControls();
+        QCOMPARE(model->observationCount(), before);
+        QCOMPARE(boundControlCount(tab.get()), 0);
+        QVERIFY(!tab->bindObject());
+        tab->bindControlsToObject(model);
+        QCOMPARE(model->observationCount(), bound);
+        QCOMPARE(boundControlCount(tab.get()), controls);
+        QVERIFY(ui->dataForKeyPath("Data").isEqual(data));
 
         tab->bindControlsToObject(full->model().get());
+        QCOMPARE(model->observationCount(), before);
         QVERIFY2(!sample.logText().contains(QStringLiteral("is not found KeyPath")),
                  qPrintable(sample.logText()));
         for (const Expected& e : expectedBindings(c)) {
@@ -310,35 +326,8 @@ private slots:
             QVERIFY2(hasBinding(control, e.kind, e.key),
                      qPrintable(QStringLiteral("%1 %2 %3").arg(e.control, e.kind.c_str(), e.key.c_str())));
         }
-    }
-
-    // Binding twice replaces, unbinding removes every observation, binding again makes as many,
-    // and none of it edits the settings.
-    void bindUnbindAndRebindLeaveNothingBehind_data() { addTabRows(); }
-    void bindUnbindAndRebindLeaveNothingBehind() {
-        QFETCH(QString, className);
-        auto ui = sample.load();
-        TwainDialogData* model = ui->model().get();
-        const TwValue data = ui->dataForKeyPath("Data").deepCopy();
-        const std::size_t before = model->observationCount();
-        auto tab = makeTab(qPrintable(className), model);
-        const std::size_t bound = model->observationCount();
-        const int controls = boundControlCount(tab.get());
-        QCOMPARE(bound > before, controls > 0);
-        tab->bindControlsToObject(model);
-        QCOMPARE(model->observationCount(), bound);
-
-        tab->unbindControls();
-        QCOMPARE(model->observationCount(), before);
-        QCOMPARE(boundControlCount(tab.get()), 0);
-        QVERIFY(!tab->bindObject());
-
-        tab->bindControlsToObject(model);
-        QCOMPARE(model->observationCount(), bound);
-        QCOMPARE(boundControlCount(tab.get()), controls);
-        QVERIFY(ui->dataForKeyPath("Data").isEqual(data));
-        tab.reset(); // a tab that goes away while bound takes its bindings with it
-        QCOMPARE(model->observationCount(), before);
+        tab.reset();
+        QCOMPARE(full->model()->observationCount(), fullBefore);
     }
 
     void aTabTakenOutOfItsWindowUnbindsAndCanBindAgain() {
@@ -507,27 +496,22 @@ private slots:
 
     void fieldRangesAreSetWhenATabIsMade_data() {
         QTest::addColumn<QString>("className");
-        QTest::addColumn<QString>("field");
         QTest::addColumn<double>("minimum");
         QTest::addColumn<double>("maximum");
         QTest::addColumn<int>("sliderMaximum"); // -1: no slider beside it
-        QTest::newRow("time-out") << "TwainViewFeed"
-                                  << "txtTimeOut" << 1.0 << 300.0 << -1;
-        QTest::newRow("pages") << "TwainViewFeed"
-                               << "txtPage" << 1.0 << 254.0 << -1;
-        QTest::newRow("colour ratio") << "TwainViewCommon"
-                                      << "PixelRation" << 0.01 << 50.0 << 5000;
-        QTest::newRow("blank-page ratio") << "TwainViewLayout"
-                                          << "PixelRation" << 0.01 << 5.0 << 500;
+        QTest::addColumn<QString>("field");
+        QTest::newRow("time-out") << "TwainViewFeed" << 1.0 << 300.0 << -1 << "txtTimeOut";
+        QTest::newRow("pages") << "TwainViewFeed" << 1.0 << 254.0 << -1 << "txtPage";
+        QTest::newRow("colour ratio") << "TwainViewCommon" << 0.01 << 50.0 << 5000 << "PixelRation";
+        QTest::newRow("blank-page ratio") << "TwainViewLayout" << 0.01 << 5.0 << 500 << "PixelRation";
         for (const char* tab : {"TwainViewBinaryImage", "TwainViewGrayImage", "TwainViewColorImage"}) {
-            QTest::addRow("%s contrast", tab) << tab << "Contrast" << 1.0 << 255.0 << 255;
-            QTest::addRow("%s brightness", tab) << tab << "Brightness" << 1.0 << 255.0 << 255;
+            QTest::addRow("%s contrast", tab) << tab << 1.0 << 255.0 << 255 << "Contrast";
+            QTest::addRow("%s brightness", tab) << tab << 1.0 << 255.0 << 255 << "Brightness";
         }
     }
     void fieldRangesAreSetWhenATabIsMade() {
         QFETCH(QString, className);
         QFETCH(QString, field);
-        QFETCH(double, minimum);
         QFETCH(double, maximum);
         QFETCH(int, sliderMaximum);
         auto tab = makeTab(qPrintable(className));
@@ -535,7 +519,7 @@ private slots:
         auto* formatter =
             qobject_cast<const TwainNumberFormatter*>(tab->findChild<QLineEdit*>(name)->validator());
         QVERIFY(formatter);
-        QCOMPARE(formatter->minimum().value_or(-1), minimum);
+        QTEST(formatter->minimum().value_or(-1), "minimum");
         QCOMPARE(formatter->maximum().value_or(-1), maximum);
         if (sliderMaximum >= 0)
             QCOMPARE(tab->findChild<QSlider*>(QStringLiteral("sld") + field)->maximum(), sliderMaximum);
@@ -576,19 +560,6 @@ private slots:
         QVERIFY(separation->hasImage());
     }
 
-    // The layout closes the gap of a row the scanner model hides.
-    void aHiddenRowLeavesNoGap() {
-        auto ui = sample.load();
-        auto common = makeTab("TwainViewCommon", ui->model().get());
-        common->resize(common->sizeHint());
-        common->show();
-        QVERIFY(QTest::qWaitForWindowExposed(common.get()));
-        QApplication::processEvents();
-        auto* margin = child(common.get(), "btnMargin");
-        QVERIFY(child(common.get(), "btnFitToPage")->isHidden());
-        QVERIFY(child(common.get(), "btnLengthControl")->y() - margin->y() < 2 * margin->height());
-    }
-
     // No control of a bound tab is cut off at the tab's edge.
     void everyBoundTabShowsAllItsControls() {
         const QString dir = qEnvironmentVariable("VMX_TAB_SHOTS");
@@ -601,6 +572,12 @@ private slots:
             QVERIFY(QTest::qWaitForWindowExposed(tab.get()));
             if (!dir.isEmpty())
                 QVERIFY(tab->grab().save(QDir(dir).filePath(name + QStringLiteral(".png"))));
+            if (name == QLatin1String("TwainViewCommon")) {
+                // The layout closes the gap of a row the scanner model hides.
+                auto* margin = child(tab.get(), "btnMargin");
+                QVERIFY(child(tab.get(), "btnFitToPage")->isHidden());
+                QVERIFY(child(tab.get(), "btnLengthControl")->y() - margin->y() < 2 * margin->height());
+            }
             const auto widgets = tab->findChildren<QWidget*>();
             for (QWidget* w : widgets) {
                 if (!w->isVisible() || w->objectName().isEmpty() ||
