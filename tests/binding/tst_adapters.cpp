@@ -1,12 +1,16 @@
 // Each control class both ways: a model change shows on the control without being written back,
-// and a user action writes the model once with the value the control stands for.
+// and a user action writes the model once with the value the control stands for. Ending the
+// editing of a window: a rejected entry refuses with the range message and keeps the focus;
+// accepted entries are written and shown with their pattern.
 #include "BindingTestSupport.h"
 #include "TwBindingAdapters.h"
 #include "TwBindingWidgets.h"
 #include "TwBoundControl.h"
+#include "TwEditCommit.h"
 #include "TwRangeHelpers.h"
 #include "TwResponderBinding.h"
 #include "TwainNumberFormatter.h"
+#include "TwainTextFormatter.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -66,6 +70,17 @@ class TestAdapters : public QObject {
     TwainDialogData model;
     std::unique_ptr<TwResponderBinding> rb;
     std::unique_ptr<QWidget> window;
+    QList<std::pair<QWidget*, QString>> alerts; // the field and the message of each refusal
+    QLineEdit* ratio = nullptr;
+    QLineEdit* name = nullptr;
+
+    // Two bound fields of a panel: a ratio of 10.0 to 356.0 and a name.
+    void addRatioAndName() {
+        ratio = new QLineEdit;
+        SetTextRange(ratio, 100, 3560, 1);
+        bound(ratio, "Data.Ratio", 12);
+        name = bound(new QLineEdit, "Data.Name", "scan");
+    }
 
     // Gives the key path its first value, puts the control in the window and binds its value.
     template <class W> W* bound(W* control, const char* keyPath, const TwValue& value) {
@@ -82,10 +97,15 @@ private slots:
         window = std::make_unique<QWidget>();
         window->resize(400, 300);
         window->show(); // clicks need laid out, visible buttons
+        alerts.clear();
+        TwSetFormatterAlert([this](QWidget* field, const QString& message) {
+            alerts.push_back({field, message});
+        });
     }
     void cleanup() {
         rb.reset();
         window.reset();
+        TwSetFormatterAlert({});
         QCOMPARE(model.observationCount(), std::size_t(0));
     }
 
@@ -495,6 +515,100 @@ private slots:
         model.setValueForKeyPath(true, "enable.Level");
         QVERIFY(gauge.enabled);
         QCOMPARE(log.count("Gauge offers no binding title"), 1);
+    }
+
+    // ---- ending the editing ----
+
+    void rejectedEntryRefusesAndKeepsTheFocus() {
+        addRatioAndName();
+        ratio->setFocus();
+        ratio->selectAll();
+        QTest::keyClicks(ratio, "400");
+        name->setFocus(); // leaving the field does not end a rejected entry
+        QVERIFY(!TwEndEditing(window.get()));
+        QCOMPARE(alerts, (QList<std::pair<QWidget*, QString>>{{ratio, "Must in 10.0 - 356.0"}}));
+        QCOMPARE(window->focusWidget(), ratio);
+        QCOMPARE(ratio->selectedText(), QString("400")); // the user's text stays until corrected
+
+        QTest::keyClicks(ratio, "35");
+        QVERIFY(TwEndEditing(window.get()));
+        QCOMPARE(alerts.size(), 1);
+        QCOMPARE(model.valueForKeyPath("Data.Ratio"), TwValue(35.0));
+        QCOMPARE(ratio->text(), QString("35.0"));
+        QVERIFY(!ratio->isModified());
+    }
+
+    void untouchedFieldsNeverRefuse() {
+        addRatioAndName();
+        // A value outside the range set by the model itself is not the user's entry.
+        model.setValueForKeyPath(999, "Data.Ratio");
+        QCOMPARE(ratio->text(), QString("999.0"));
+        QVERIFY(TwEndEditing(window.get()));
+        QVERIFY(alerts.isEmpty());
+    }
+
+    void hiddenFieldsAreLeftAlone() {
+        addRatioAndName();
+        ratio->selectAll();
+        QTest::keyClicks(ratio, "400");
+        ratio->hide();
+        name->setFocus();
+        QVERIFY(TwEndEditing(window.get()));
+        QVERIFY(alerts.isEmpty());
+    }
+
+    void endingWritesEntriesNotYetWritten() {
+        model.setValueForKeyPath("a", "Data.Late");
+        auto* late = new QLineEdit(window.get());
+        late->show();
+        rb->bind(kTwValueBinding, late, &model, "Data.Late", TwBindingOptions{});
+        late->setFocus();
+        QTest::keyClicks(late, "bc");
+        QCOMPARE(model.valueForKeyPath("Data.Late"), TwValue("a"));
+        QVERIFY(TwEndEditing(window.get()));
+        QCOMPARE(model.valueForKeyPath("Data.Late"), TwValue("abc"));
+        QVERIFY(TwEndEditing(nullptr)); // no window: nothing to end
+    }
+
+    void formatterWithoutMessageUsesTheDefaultText() {
+        auto* plain = new QLineEdit(window.get());
+        plain->show();
+        auto* bare = new TwainNumberFormatter(plain);
+        bare->setMaximum(5.0);
+        plain->setValidator(bare);
+        QTest::keyClicks(plain, "7");
+        QVERIFY(!TwEndEditing(window.get()));
+        QCOMPARE(alerts, (QList<std::pair<QWidget*, QString>>{{plain, TwFormatterDefaultMessage()}}));
+    }
+
+    // An unbound field is shown as its formatter shows the entry; a text limit never refuses.
+    void unboundFieldsAreReformatted() {
+        auto* free = new QLineEdit(window.get());
+        auto* title = new QLineEdit(window.get());
+        free->show();
+        title->show();
+        SetTextRange(free, 0, 500, 2);
+        auto* limit = new TwainTextFormatter(title);
+        limit->setMaximumLength(4);
+        title->setValidator(limit);
+        QTest::keyClicks(free, "1.5");
+        QTest::keyClicks(title, "abcdef");
+        QVERIFY(TwEndEditing(window.get()));
+        QCOMPARE(free->text(), QString("1.50"));
+        QCOMPARE(title->text(), QString("abcd"));
+        QVERIFY(TwBoundControl::bindingNames(free).empty());
+    }
+
+    void comboBoxEntryIsCheckedToo() {
+        auto* combo = new QComboBox;
+        combo->setEditable(true);
+        SetTextRange(combo, 50, 600, 0);
+        bound(combo, "Data.Resolution", 300);
+        combo->lineEdit()->selectAll();
+        QTest::keyClicks(combo->lineEdit(), "9000");
+        QVERIFY(!TwEndEditing(window.get()));
+        QCOMPARE(alerts, (QList<std::pair<QWidget*, QString>>{{combo, "Must in 50 - 600"}}));
+        QVERIFY(window->focusWidget() == combo || window->focusWidget() == combo->lineEdit());
     }
 };
 
