@@ -1,7 +1,7 @@
 // The responder binding: the core bind with its missing-key refusal and numbered names, the
 // content, value and model-definition conventions, pair lists, observations, enabling a view
-// tree, and tear-down that leaves neither observers nor bindings behind. (Whole tabs bound, unbound
-// and bound again are in the tab tests.)
+// tree, and tear-down that leaves neither observers nor bindings behind. Whole tabs bound, unbound
+// and bound again, and the value binding each class of control gets, are in the tab tests.
 #include "BindingTestSupport.h"
 #include "TwBindingWidgets.h"
 #include "TwBoundControl.h"
@@ -18,11 +18,8 @@
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QSlider>
-#include <QSpinBox>
-#include <QTableWidget>
 #include <QTest>
 
-#include <functional>
 #include <memory>
 
 using Names = std::vector<std::string>;
@@ -211,36 +208,6 @@ private slots:
         QTEST(made, "expected");
         QCOMPARE(rb.bindings().size(), std::size_t(made.size()));
         QCOMPARE(combo.itemText(1), editable ? QString("2") : QString("two"));
-    }
-
-    void valueBindingFollowsTheClass() {
-        // What bindValue binds for each class of control.
-        const std::vector<std::pair<std::function<QWidget*()>, std::string>> table{
-            {[] { return new QComboBox; }, "selectedObject"},
-            {[] {
-                 auto* c = new QComboBox;
-                 c->setEditable(true);
-                 return c;
-             },
-             "value"},
-            {[] { return new TwSegmentedControl; }, "selectedIndex"},
-            {[] { return new QGroupBox; }, "title"},
-            {[] { return new TwImageView; }, "valuePath"},
-            {[] { return new QLineEdit; }, "value"},
-            {[] { return new QLabel; }, "value"},
-            {[] { return new QCheckBox; }, "value"},
-            {[] { return new QSlider; }, "value"},
-            {[] { return new QSpinBox; }, "value"},
-            {[] { return new QTableWidget(2, 1); }, "value"},
-        };
-        TwainDialogData model;
-        model.setValueForKeyPath(1, "Data.V");
-        for (auto& [make, binding] : table) {
-            std::unique_ptr<QWidget> w(make());
-            TwResponderBinding rb;
-            rb.bindValue(w.get(), &model, "Data.V");
-            QVERIFY2(names(w.get()) == Names{binding}, w->metaObject()->className());
-        }
     }
 
     // A dialog's own values (a name and the names to pick from) bind as the model's do.
