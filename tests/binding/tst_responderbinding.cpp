@@ -62,43 +62,34 @@ private slots:
 
     // ---- core bind ----
 
-    void missingKeyPathBindsNothing() {
+    // A key path without a value (or no model), a binding the class does not offer, an unknown
+    // binding name and no control: each binds nothing, leaves the control as it is and is logged.
+    void refusedBindingsBindNothingAndAreLogged() {
         LogCapture log;
         TwainDialogData model;
+        model.setValueForKeyPath("x", "Data.Title");
         RecordingResponder responder;
-        TwResponderBinding rb(&responder);
+        TwResponderBinding rb(&responder), anonymous;
         QLineEdit edit("as loaded");
+        QGroupBox box;
         rb.bindValue(&edit, &model, "Data.Missing");
-        QVERIFY(rb.bindings().empty() && names(&edit).empty());
+        rb.bindValue(&edit, nullptr, "Data.Name");
+        anonymous.bind(kTwTitleBinding, &edit, &model, "Data.Title");
+        rb.bind(kTwEnabledBinding, &box, &model, "Data.Title"); // a box has no enabled binding
+        rb.bind("colour", &edit, &model, "Data.Title");
+        rb.bind(kTwValueBinding, nullptr, &model, "Data.Title");
+        QVERIFY(rb.bindings().empty() && anonymous.bindings().empty());
+        QVERIFY(names(&edit).empty() && names(&box).empty());
         QCOMPARE(model.observationCount(), std::size_t(0));
         QCOMPARE(edit.text(), QString("as loaded"));
         QCOMPARE(
             log.count("ERROR: TwResponderBinding::bind(RecordingResponder): TwainDialogData is not found "
                       "KeyPath:Data.Missing\n"),
             1);
-        // No model at all is the same refusal.
-        rb.bindValue(&edit, nullptr, "Data.Name");
         QCOMPARE(log.count("(null) is not found KeyPath:Data.Name"), 1);
-        QVERIFY(rb.bindings().empty());
-    }
-
-    void bindingAClassDoesNotOfferIsLogged() {
-        LogCapture log;
-        TwainDialogData model;
-        model.setValueForKeyPath("x", "Data.Title");
-        TwResponderBinding rb;
-        QLineEdit edit;
-        QGroupBox box;
-        rb.bind(kTwTitleBinding, &edit, &model, "Data.Title");
-        rb.bind(kTwEnabledBinding, &box, &model, "Data.Title"); // a box has no enabled binding
-        rb.bind("colour", &edit, &model, "Data.Title");
-        rb.bind(kTwValueBinding, nullptr, &model, "Data.Title");
-        QVERIFY(rb.bindings().empty());
-        QVERIFY(names(&edit).empty() && names(&box).empty());
-        QCOMPARE(
-            log.count("ERROR: TwResponderBinding::bind((null)): bind title withKeyPath:Data.Title, QLineEdit "
-                      "offers no binding title\n"),
-            1);
+        QCOMPARE(log.count("ERROR: TwResponderBinding::bind((null)): bind title withKeyPath:Data.Title, "
+                           "QLineEdit offers no binding title\n"),
+                 1);
         QCOMPARE(log.count("QGroupBox offers no binding enabled"), 1);
         QCOMPARE(log.count("no binding is named colour"), 1);
         QCOMPARE(log.count("no control"), 1);

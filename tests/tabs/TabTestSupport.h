@@ -94,10 +94,4 @@ inline int boundControlCount(const QWidget* root) {
     return count;
 }
 
-// What a control is bound to under a kind's plain name, or an empty string.
-inline std::string boundKeyPath(const QObject* control, const char* name) {
-    auto info = TwBoundControl::infoForBinding(control, name);
-    return info ? info->keyPath : std::string();
-}
-
 } // namespace tabtest

@@ -443,6 +443,9 @@ private:
     // parent or overlaps a sibling.
     void checkFits(QWidget* form) {
         QStringList faults;
+        auto size = [](QSize s) {
+            return QStringLiteral("%1x%2").arg(s.width()).arg(s.height());
+        };
         for (QWidget* w : form->findChildren<QWidget*>()) {
             if (!isFormWidget(w) || !w->isVisibleTo(form))
                 continue;
@@ -452,18 +455,10 @@ private:
             auto* button = qobject_cast<QAbstractButton*>(w);
             if ((label && !label->text().isEmpty()) || (button && !button->text().isEmpty())) {
                 if (w->width() < hint.width() || w->height() < hint.height())
-                    faults << QStringLiteral("%1 clipped: %2x%3 < %4x%5")
-                                  .arg(name)
-                                  .arg(w->width())
-                                  .arg(w->height())
-                                  .arg(hint.width())
-                                  .arg(hint.height());
+                    faults << name + " clipped: " + size(w->size()) + " < " + size(hint);
             } else if (qobject_cast<QComboBox*>(w)) {
                 if (w->width() < hint.width())
-                    faults << QStringLiteral("pop-up %1 squeezed: %2 < %3")
-                                  .arg(name)
-                                  .arg(w->width())
-                                  .arg(hint.width());
+                    faults << name + " squeezed: " + size(w->size()) + " < " + size(hint);
             } else if (auto* box = qobject_cast<QGroupBox*>(w)) {
                 const int title = box->fontMetrics().horizontalAdvance(box->title());
                 if (w->width() < box->minimumSizeHint().width() || w->width() < title)
@@ -476,8 +471,7 @@ private:
                 opt.lineWidth = edit->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &opt, edit);
                 const QRect text = edit->style()->subElementRect(QStyle::SE_LineEditContents, &opt, edit);
                 if (text.width() < need)
-                    faults
-                        << QStringLiteral("field %1 shows %2 of %3 px").arg(name).arg(text.width()).arg(need);
+                    faults << name + " shows " + size(text.size()) + " of " + QString::number(need) + " px";
             }
             QWidget* parent = w->parentWidget();
             if (parent && parent != form->window() && !parent->rect().contains(w->geometry()) &&

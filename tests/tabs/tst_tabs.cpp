@@ -774,7 +774,7 @@ private slots:
         if (TwValue defaults = values.dict()->value("Default"); defaults.isDictionary())
             defaults.dict()->set("Area", TwValue());
         Bound b = bound(values);
-        QVERIFY(boundKeyPath(b.field("txtWidth"), "value").empty());
+        QVERIFY(!TwBoundControl::infoForBinding(b.field("txtWidth"), "value"));
         QVERIFY(sample.logText().contains(QStringLiteral("is not found KeyPath:temp.Area.Width")));
         // Still a working tab: the side switch and the unbinding.
         set(*b.ui, "Data.PaperSource", TwValue(1));
