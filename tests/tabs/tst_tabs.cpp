@@ -518,20 +518,15 @@ private slots:
         }
     }
 
-    void theScannersControlDefinitionsHideAndDisable() {
-        // A definition that disables the timeout wins over its rule; one that hides the page
-        // number hides it and the label that follows it, until it says otherwise.
+    // A definition that hides the page number hides it and the label that follows it, until it says
+    // otherwise. (That a definition's "enabled" wins over the rules is the binding tests' part.)
+    void theScannersControlDefinitionsHide() {
         TwValue root = modelDefRootWithEveryControl();
         TwValue feedDefs = root.dict()->value("UIControl").dict()->value("Feed");
-        feedDefs.dict()->set("ManualFeedTimeOut",
-                             TwValue::dictionary({{"enabled", false}, {"hidden", false}}));
         feedDefs.dict()->set("FeedPageNumber", TwValue::dictionary({{"enabled", true}, {"hidden", true}}));
         SampleModelDef def(root);
         auto custom = sample.load(TwValue(), &def);
         auto feed = makeTab("TwainViewFeed", custom->model().get());
-        set(*custom, "Data.Feed.ManualFeedMode", TwValue(1));
-        QCOMPARE(custom->dataForKeyPath("enable.Feed.ManualFeedTimeOut"), TwValue(true));
-        QVERIFY(!child(feed.get(), "txtTimeOut")->isEnabled());
         QVERIFY(child(feed.get(), "txtPage")->isHidden());
         QVERIFY(child(feed.get(), "labPageUnit")->isHidden());
         QVERIFY(!child(feed.get(), "rdoPage")->isHidden());
