@@ -3,6 +3,7 @@
 // and the diagnostic log captured in a file.
 #pragma once
 
+#include "LogCapture.h"
 #include "OrvaDebug.h"
 #include "SampleModelDef.h"
 #include "TwBindingKind.h"
@@ -13,7 +14,6 @@
 #include "TwainView.h"
 #include "VmxUIControllerImpl.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWidget>
@@ -29,7 +29,7 @@ struct Sample {
     SampleModelDef def{TwValue()};
     TwValue capabilities;
     std::unique_ptr<QTemporaryDir> config;
-    std::unique_ptr<QTemporaryDir> logDir;
+    std::unique_ptr<LogCapture> log;
 
     // Reads the sample's files; false (with the reason) when one is missing.
     bool read(std::string* error) {
@@ -59,23 +59,13 @@ struct Sample {
         return ui;
     }
 
-    // Error lines only, into a file of the test's own that exists (the log writes only then).
+    // Error lines only, into a file of the test's own.
     void captureLog() {
-        if (!logDir)
-            logDir = std::make_unique<QTemporaryDir>();
-        const QString path = logPath();
-        QFile file(path);
-        if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            file.close();
+        log.reset(); // the old capture points the log away when it goes
+        log = std::make_unique<LogCapture>();
         OrvaSetLogLevel(kOrvaLogError);
-        OrvaSetLogPaths(path.toLocal8Bit().constData(), nullptr);
     }
-    QString logPath() const { return logDir ? logDir->filePath(QStringLiteral("tabs.log")) : QString(); }
-    QString logText() const {
-        QFile file(logPath());
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    }
-    void clearLog() { captureLog(); }
+    QString logText() const { return log ? log->text() : QString(); }
 };
 
 inline void set(VmxUIControllerImpl& ui, const char* keyPath, const TwValue& value) {
@@ -102,12 +92,6 @@ inline int boundControlCount(const QWidget* root) {
         if (!TwBoundControl::bindingNames(object).empty())
             ++count;
     return count;
-}
-
-// What a control is bound to under a kind's plain name, or an empty string.
-inline std::string boundKeyPath(const QObject* control, const char* name) {
-    auto info = TwBoundControl::infoForBinding(control, name);
-    return info ? info->keyPath : std::string();
 }
 
 } // namespace tabtest
