@@ -1,7 +1,8 @@
 // The custom gamma editor: the tone tables, the slider and gamma scales, the link, converting the
 // sample picture (and refusing bitmaps it must not touch), the curves, loading presets, saving
 // them under names with the limit of 50, deleting, and what the tab's gamma becomes.
-#include "EditorTestSupport.h"
+#include "DialogTestSupport.h"
+#include "SampleTestSupport.h"
 #include "TwDlgCustomGamma.h"
 #include "TwDlgMain.h"
 #include "TwDlgSaveSetting.h"
@@ -16,9 +17,11 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSlider>
+#include <QTest>
 
 #include <algorithm>
 #include <cstring>
+#include <numeric>
 
 using Levels = QList<int>;
 using Bytes = QByteArray;
@@ -65,7 +68,26 @@ TwGammaTables markingTables() {
 class TestCustomGamma : public QObject {
     Q_OBJECT
     SampleScanner scanner;
-    QStringList alerts;
+
+    // What the name dialog that the action opens offered, proposed and whether it asks before
+    // overwriting; it is given the name (none: the one proposed) and accepted or cancelled.
+    struct NameAsked {
+        QStringList offered;
+        QString proposed;
+        bool checksOverwrite = false;
+    };
+    template <class Action>
+    static NameAsked askedName(Action action, const QString& name, bool accept = true) {
+        NameAsked asked;
+        auto timer = whenModal<TwDlgSaveSetting>([&](TwDlgSaveSetting* n) {
+            asked = {n->nameList(), n->name(), n->checkOverwrite()};
+            if (!name.isEmpty())
+                n->setName(name);
+            accept ? n->onOK() : n->onCancel();
+        });
+        action();
+        return asked;
+    }
 
     static TwValue value(TwDlgCustomGamma* d, const char* key) { return d->ownValues().valueForKeyPath(key); }
     static void setValue(TwDlgCustomGamma* d, const char* key, const TwValue& v) {
@@ -81,15 +103,13 @@ class TestCustomGamma : public QObject {
     }
 
 private slots:
-    void initTestCase() { QVERIFY(scanner.load()); }
+    void initTestCase() {
+        std::string error;
+        QVERIFY2(scanner.read(&error), error.c_str());
+    }
     void init() {
         scanner.reset();
-        TwSetFormatterAlert([this](QWidget*, const QString& message) { alerts << message; });
-        alerts.clear();
-    }
-    void cleanupTestCase() {
-        TwSetMessageBoxRunner({});
-        TwSetFormatterAlert({});
+        scanner.recordBoxes();
     }
 
     // ---- Tables and scales ----
@@ -100,6 +120,9 @@ private slots:
         QTest::addColumn<double>("gamma");
         QTest::addColumn<Levels>("levels");
         QTest::addColumn<Levels>("expected");
+        Levels all(256);
+        std::iota(all.begin(), all.end(), 0);
+        QTest::newRow("neutral: the identity") << 0 << 255 << 1.0 << all << all;
         QTest::newRow("clip points equal")
             << 10 << 10 << 1.0 << Levels{0, 9, 10, 11, 255} << Levels{0, 0, 0, 255, 255};
         QTest::newRow("gamma 2 brightens")
@@ -117,14 +140,10 @@ private slots:
         QFETCH(Levels, levels);
         QFETCH(Levels, expected);
         const TwGammaTable t = tableOf(std::uint8_t(black), std::uint8_t(white), gamma);
-        for (int i = 0; i < levels.size(); ++i)
-            QCOMPARE(int(t[std::size_t(levels[i])]), expected[i]);
-    }
-
-    void theNeutralTableIsTheIdentity() {
-        const TwGammaTable t = tableOf(0, 255, 1.0);
-        for (int i = 0; i < 256; ++i)
-            QCOMPARE(int(t[std::size_t(i)]), i);
+        Levels mapped;
+        for (int level : levels)
+            mapped << t[std::size_t(level)];
+        QCOMPARE(mapped, expected);
     }
 
     void slidersAndGammas_data() {
@@ -254,7 +273,7 @@ private slots:
     // Sliders write gammas and typed gammas move sliders; a gamma out of range ends at the end of
     // the scale; the tables follow every change, the clip points too.
     void slidersFieldsAndTables() {
-        auto ui = scanner.facade();
+        auto ui = scanner.load();
         auto* dialog = ui->controller()->dlgGamma();
         dialog->setIsColor(true);
         dialog->setCurrentGammaName(std::nullopt);
@@ -299,7 +318,7 @@ private slots:
     // With the link on, red's slider moves green and blue and their controls are off; with it
     // off again they are on and keep their values.
     void theLink() {
-        auto ui = scanner.facade();
+        auto ui = scanner.load();
         auto* dialog = ui->controller()->dlgGamma();
         dialog->setIsColor(true);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
@@ -326,7 +345,7 @@ private slots:
     // of a clip point; a name without a preset changes nothing; none resets to the defaults, and
     // a monochrome kind shows one channel captioned Black.
     void loadingPresets() {
-        auto ui = scanner.facade();
+        auto ui = scanner.load();
         auto* model = ui->model().get();
         model->setCustomGamme("Warm", true, colorPreset(1.5, 1.2, 0.8, false, 260, 240));
         model->setCustomGamme("Wild", true, colorPreset(9.0, 0.01, 1.0, false, 0, 255));
@@ -377,7 +396,7 @@ private slots:
     // Delete asks first and, on OK, removes the preset from the model and the menu and selects
     // the first name left; with none left the list holds a blank and Delete is off.
     void deletingPresets() {
-        auto ui = scanner.facade();
+        auto ui = scanner.load();
         auto* model = ui->model().get();
         model->setCustomGamme("A", false, TwValue::dictionary({{"Black", 0.6}}));
         model->setCustomGamme("B", false, TwValue::dictionary({{"Black", 2.0}}));
@@ -409,10 +428,12 @@ private slots:
     }
     // Save As asks for a new name (the kind's names offered, nothing proposed, overwriting asked
     // about) and makes the saved preset current; a cancelled name saves nothing; closing with
-    // changes proposes the current name and saves over it; a new model reads the presets back.
+    // changes proposes the current name and saves over it; a new model reads the presets back;
+    // fifty presets of a kind refuse a new name (the other kind counts on its own) but not one
+    // saved over.
     void savingPresets() {
         {
-            auto ui = scanner.facade();
+            auto ui = scanner.load();
             auto* model = ui->model().get();
             model->setCustomGamme("Old", true, colorPreset(1.0, 1.0, 1.0, false, 0, 255));
             model->setCustomGamme("Grey one", false, TwValue::dictionary({{"Black", 0.6}}));
@@ -422,112 +443,74 @@ private slots:
             runWith(dialog, [&](TwDlgCustomGamma* d) {
                 d->slider("sldGammaRed")->triggerAction(QAbstractSlider::SliderSingleStepSub);
                 setValue(d, "nClipWhite", 200);
-                QStringList offered;
-                QString proposed;
-                bool asksOverwrite = false;
-                {
-                    auto name = whenModal<TwDlgSaveSetting>([&](TwDlgSaveSetting* n) {
-                        offered = n->nameList();
-                        proposed = n->name();
-                        asksOverwrite = n->checkOverwrite();
-                        n->setName(QStringLiteral("  Bright "));
-                        n->onOK();
-                    });
-                    QTest::mouseClick(d->btnSaveAs(), Qt::LeftButton);
-                }
-                QCOMPARE(offered, QStringList{QStringLiteral("Old")});
-                QCOMPARE(proposed, QString());
-                QVERIFY(asksOverwrite);
+                NameAsked asked = askedName([&] { QTest::mouseClick(d->btnSaveAs(), Qt::LeftButton); },
+                                            QStringLiteral("  Bright "));
+                QCOMPARE(asked.offered, QStringList{QStringLiteral("Old")});
+                QCOMPARE(asked.proposed, QString());
+                QVERIFY(asked.checksOverwrite);
                 const TwValue saved = model->customGamme("Bright", true);
-                QVERIFY(saved.dict());
                 QCOMPARE(saved.dict()->value("Red").doubleValue(), double(0.98f));
                 QCOMPARE(saved.dict()->value("ClipWhite"), TwValue(200));
                 QCOMPARE(saved.dict()->value("RGBLink"), TwValue(false));
                 QCOMPARE(value(d, "currentGammaName"), TwValue("Bright"));
                 QCOMPARE(d->cmbSettingName()->count(), 2);
                 QVERIFY(!d->isChanged());
-                QVERIFY(SampleScanner::stored("custom gamma").dict()->value("Color").list()->size() == 2);
+                QCOMPARE(SampleScanner::stored("custom gamma").dict()->value("Color").list()->size(), 2u);
 
-                {
-                    auto cancel = whenModal<TwDlgSaveSetting>([](TwDlgSaveSetting* n) {
-                        n->setName(QStringLiteral("Never"));
-                        n->onCancel();
-                    });
-                    d->onSaveAs();
-                }
+                askedName([&] { d->onSaveAs(); }, QStringLiteral("Never"), false);
                 QVERIFY(model->customGamme("Never", true).isNull());
 
                 setValue(d, "fGammaBlue", 2.0);
                 QVERIFY(d->isChanged());
-                {
-                    auto name = whenModal<TwDlgSaveSetting>([&](TwDlgSaveSetting* n) {
-                        proposed = n->name();
-                        asksOverwrite = n->checkOverwrite();
-                        n->onOK();
-                    });
-                    QTest::mouseClick(d->btnClose(), Qt::LeftButton);
-                }
-                QCOMPARE(proposed, QStringLiteral("Bright"));
-                QVERIFY(!asksOverwrite);
+                asked = askedName([&] { QTest::mouseClick(d->btnClose(), Qt::LeftButton); }, QString());
+                QCOMPARE(asked.proposed, QStringLiteral("Bright"));
+                QVERIFY(!asked.checksOverwrite);
                 QVERIFY(!d->isVisible());
             });
             QCOMPARE(model->customGamme("Bright", true).dict()->value("Blue").doubleValue(), 2.0);
             QCOMPARE(dialog->currentGammaName(), std::optional<QString>(QStringLiteral("Bright")));
         }
-        auto again = scanner.facade();
-        QCOMPARE(again->model()->customGammaNamesWithColor(true),
-                 (std::vector<std::string>{"Old", "Bright"}));
-        QCOMPARE(again->model()->customGamme("Bright", true).dict()->value("ClipWhite"), TwValue(200));
-        QVERIFY(again->model()->gammaExist(TwValue("Bright"), again->dataForKeyPath("content.Color.Gamma")));
-    }
-
-    // Fifty presets of a kind: a new name is refused with a message and nothing saved; a name
-    // already saved is saved over; the other kind counts on its own.
-    void fiftyPresetsPerKind() {
-        auto ui = scanner.facade();
+        auto ui = scanner.load();
         auto* model = ui->model().get();
-        for (int i = 0; i < 50; ++i)
+        QCOMPARE(model->customGammaNamesWithColor(true), (std::vector<std::string>{"Old", "Bright"}));
+        QCOMPARE(model->customGamme("Bright", true).dict()->value("ClipWhite"), TwValue(200));
+        QVERIFY(model->gammaExist(TwValue("Bright"), ui->dataForKeyPath("content.Color.Gamma")));
+
+        for (int i = 2; i < 50; ++i)
             model->setCustomGamme("G" + std::to_string(i), true, colorPreset(1.0, 1.0, 1.0, false, 0, 255));
         auto* dialog = ui->controller()->dlgGamma();
-        auto saveAs = [](TwDlgCustomGamma* d, const QString& name) {
-            auto t = whenModal<TwDlgSaveSetting>([name](TwDlgSaveSetting* n) {
-                n->setName(name);
-                n->onOK();
-            });
-            d->onSaveAs();
-        };
         dialog->setIsColor(true);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
             setValue(d, "fGammaRed", 3.0);
-            saveAs(d, QStringLiteral("One too many"));
+            askedName([&] { d->onSaveAs(); }, QStringLiteral("One too many"));
             QCOMPARE(model->customGammaNamesWithColor(true).size(), std::size_t(50));
-            QCOMPARE(scanner.boxes.size(), std::size_t(1));
-            QCOMPARE(scanner.boxes[0].message,
-                     QStringLiteral(
-                         "No more items can be saved. Delete an item you no longer need and try again."));
-            QCOMPARE(scanner.boxes[0].messageType, 131073u);
-            saveAs(d, QStringLiteral("G7"));
+            QCOMPARE(
+                scanner.boxMessages(),
+                QStringList{"No more items can be saved. Delete an item you no longer need and try again."});
+            QCOMPARE(scanner.boxes[0].messageType, 0x20001u);
+            askedName([&] { d->onSaveAs(); }, QStringLiteral("G7"));
             QCOMPARE(scanner.boxes.size(), std::size_t(2)); // the name dialog asks to overwrite
-            QCOMPARE(model->customGammaNamesWithColor(true).size(), std::size_t(50));
             QCOMPARE(model->customGamme("G7", true).dict()->value("Red").doubleValue(), 3.0);
         });
         dialog->setIsColor(false);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
-            saveAs(d, QStringLiteral("One too many"));
-            QCOMPARE(model->customGammaNamesWithColor(false), std::vector<std::string>{"One too many"});
+            askedName([&] { d->onSaveAs(); }, QStringLiteral("One too many"));
         });
+        QCOMPARE(model->customGammaNamesWithColor(false),
+                 (std::vector<std::string>{"Grey one", "One too many"}));
     }
 
     // From a tab's Custom... button, with the main dialog modal and modeless: the preset picked
     // becomes the tab's gamma; leaving with no preset leaves the tab's gamma as it was.
     void theTabsGammaBecomesThePreset_data() {
-        QTest::addColumn<int>("modal");
-        QTest::newRow("modeless") << 0;
-        QTest::newRow("modal") << 1;
+        QTest::addColumn<bool>("modal");
+        QTest::newRow("modeless") << false;
+        QTest::newRow("modal") << true;
     }
     void theTabsGammaBecomesThePreset() {
-        QFETCH(int, modal);
-        auto ui = scanner.facade(true, modal);
+        QFETCH(bool, modal);
+        auto ui = scanner.load();
+        ui->showUi(true, modal, false);
         ui->model()->setCustomGamme("Vivid", true, colorPreset(1.4, 1.2, 1.0, false, 0, 255));
         ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.ImageType", 2}}));
         QPushButton* custom = ui->controller()
@@ -560,7 +543,7 @@ private slots:
     void pictureForTheReadme() {
         if (qEnvironmentVariableIsEmpty("VMX_EDITOR_SHOTS"))
             QSKIP("VMX_EDITOR_SHOTS is not set");
-        auto ui = scanner.facade();
+        auto ui = scanner.load();
         ui->model()->setCustomGamme("Warm evening", true, colorPreset(1.6, 1.2, 0.8, false, 12, 245));
         ui->model()->setCustomGamme("Cool", true, colorPreset(0.9, 1.0, 1.3, false, 0, 255));
         auto* dialog = ui->controller()->dlgGamma();
