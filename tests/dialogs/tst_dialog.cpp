@@ -111,7 +111,7 @@ private slots:
 
         // The next showing starts again from the full set with the form's labels.
         ui->hideUi();
-        init();
+        sample.definition.dict()->value("UIControl").dict()->set("MainDialog", mainDialog.deepCopy());
         setTab("ControlSheet", TwValue::dictionary({{"hidden", true}}));
         ui->setDataWithDictionary(sample.capabilities.deepCopy(), 0);
         ui->showUi(true, false, false);
