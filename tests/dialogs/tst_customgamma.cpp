@@ -93,6 +93,21 @@ class TestCustomGamma : public QObject {
     static void setValue(TwDlgCustomGamma* d, const char* key, const TwValue& v) {
         d->ownValues().setValueForKeyPath(v, key);
     }
+    // The editor of the facade for the kind, opened on the preset of that name.
+    static TwDlgCustomGamma* gammaDialog(VmxUIControllerImpl& ui, bool color,
+                                         const std::optional<QString>& name = std::nullopt) {
+        auto* dialog = ui.controller()->dlgGamma();
+        dialog->setIsColor(color);
+        dialog->setCurrentGammaName(name);
+        return dialog;
+    }
+    static void enter(QLineEdit* field, const QString& text) {
+        retype(field, text);
+        QTest::keyClick(field, Qt::Key_Return);
+    }
+    static QByteArray bytes(const std::uint8_t* table) {
+        return QByteArray(reinterpret_cast<const char*>(table), 256);
+    }
     static TwValue colorPreset(double r, double g, double b, bool link, int black, int white) {
         return TwValue::dictionary({{"Red", r},
                                     {"Green", g},
@@ -274,10 +289,7 @@ private slots:
     // the scale; the tables follow every change, the clip points too.
     void slidersFieldsAndTables() {
         auto ui = scanner.load();
-        auto* dialog = ui->controller()->dlgGamma();
-        dialog->setIsColor(true);
-        dialog->setCurrentGammaName(std::nullopt);
-        runWith(dialog, [&](TwDlgCustomGamma* d) {
+        runWith(gammaDialog(*ui, true), [&](TwDlgCustomGamma* d) {
             QSlider* red = d->slider("sldGammaRed");
             QCOMPARE(red->value(), 40);
             red->triggerAction(QAbstractSlider::SliderSingleStepSub);
@@ -286,15 +298,10 @@ private slots:
             QCOMPARE(int(d->gammaDataR()[128]), int(tableOf(0, 255, 0.98)[128]));
             QCOMPARE(int(d->gammaDataG()[128]), 128);
 
-            QLineEdit* blue = d->field("txtGammaBlue");
-            blue->selectAll();
-            QTest::keyClicks(blue, QStringLiteral("1.1"));
-            QTest::keyClick(blue, Qt::Key_Return);
+            enter(d->field("txtGammaBlue"), QStringLiteral("1.1"));
             QCOMPARE(d->slider("sldGammaBlue")->value(), 41);
             QCOMPARE(int(d->gammaDataB()[64]), int(tableOf(0, 255, 1.1)[64]));
-            blue->selectAll();
-            QTest::keyClicks(blue, QStringLiteral("7.0")); // refused by the field's range
-            QTest::keyClick(blue, Qt::Key_Return);
+            enter(d->field("txtGammaBlue"), QStringLiteral("7.0")); // refused by the field's range
             QCOMPARE(value(d, "fGammaBlue").doubleValue(), 1.1);
 
             setValue(d, "fGammaGreen", 7.0);
@@ -304,10 +311,7 @@ private slots:
             QCOMPARE(value(d, "nGammaGreen").intValue(), 0);
             QCOMPARE(value(d, "fGammaGreen").doubleValue(), 0.2);
 
-            QLineEdit* black = d->field("txtClipBlack");
-            black->selectAll();
-            QTest::keyClicks(black, QStringLiteral("30"));
-            QTest::keyClick(black, Qt::Key_Return);
+            enter(d->field("txtClipBlack"), QStringLiteral("30"));
             QCOMPARE(d->findChild<QSlider*>(QStringLiteral("sldClipBlack"))->value(), 30);
             QCOMPARE(int(d->gammaDataR()[30]), 0);
             QCOMPARE(int(d->gammaDataG()[31]), int(tableOf(30, 255, 0.2)[31]));
@@ -319,9 +323,7 @@ private slots:
     // off again they are on and keep their values.
     void theLink() {
         auto ui = scanner.load();
-        auto* dialog = ui->controller()->dlgGamma();
-        dialog->setIsColor(true);
-        runWith(dialog, [&](TwDlgCustomGamma* d) {
+        runWith(gammaDialog(*ui, true), [&](TwDlgCustomGamma* d) {
             QSlider* green = d->slider("sldGammaGreen");
             green->triggerAction(QAbstractSlider::SliderPageStepAdd);
             QVERIFY(green->isEnabled());
@@ -333,8 +335,7 @@ private slots:
             QCOMPARE(value(d, "nGammaGreen").intValue(), 41);
             QCOMPARE(value(d, "nGammaBlue").intValue(), 41);
             QCOMPARE(value(d, "fGammaBlue").doubleValue(), 1.1);
-            QCOMPARE(QByteArray(reinterpret_cast<const char*>(d->gammaDataB()), 256),
-                     QByteArray(reinterpret_cast<const char*>(d->gammaDataR()), 256));
+            QCOMPARE(bytes(d->gammaDataB()), bytes(d->gammaDataR()));
             d->btnRGBLink()->click();
             QVERIFY(green->isEnabled() && d->field("txtGammaBlue")->isEnabled());
             QCOMPARE(green->value(), 41);
@@ -351,9 +352,7 @@ private slots:
         model->setCustomGamme("Wild", true, colorPreset(9.0, 0.01, 1.0, false, 0, 255));
         model->setCustomGamme("Soft", false,
                               TwValue::dictionary({{"Black", 0.6}, {"ClipBlack", 5}, {"ClipWhite", 250}}));
-        auto* dialog = ui->controller()->dlgGamma();
-        dialog->setIsColor(true);
-        dialog->setCurrentGammaName(QStringLiteral("Warm"));
+        auto* dialog = gammaDialog(*ui, true, QStringLiteral("Warm"));
         runWith(dialog, [&](TwDlgCustomGamma* d) {
             QVERIFY(d->labGammaRed()->text() == QStringLiteral("Red") &&
                     d->slider("sldGammaBlue")->isVisible());
@@ -375,8 +374,7 @@ private slots:
         });
         QCOMPARE(dialog->currentGammaName(), std::optional<QString>(QStringLiteral("No such gamma")));
 
-        dialog->setIsColor(false);
-        dialog->setCurrentGammaName(std::nullopt);
+        gammaDialog(*ui, false);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
             QCOMPARE(d->labGammaRed()->text(), QStringLiteral("Black"));
             QVERIFY(!d->slider("sldGammaGreen")->isVisible() && !d->btnRGBLink()->isVisible());
@@ -386,8 +384,7 @@ private slots:
             setValue(d, "currentGammaName", "Soft");
             QCOMPARE(value(d, "fGammaBlue").doubleValue(), 0.6);
             QVERIFY(value(d, "RGBLink").boolValue());
-            QCOMPARE(QByteArray(reinterpret_cast<const char*>(d->gammaDataG()), 256),
-                     QByteArray(reinterpret_cast<const char*>(d->gammaDataR()), 256));
+            QCOMPARE(bytes(d->gammaDataG()), bytes(d->gammaDataR()));
             QVERIFY(d->viewSample()->isMonochrome());
             d->close();
         });
@@ -400,15 +397,14 @@ private slots:
         auto* model = ui->model().get();
         model->setCustomGamme("A", false, TwValue::dictionary({{"Black", 0.6}}));
         model->setCustomGamme("B", false, TwValue::dictionary({{"Black", 2.0}}));
-        auto* dialog = ui->controller()->dlgGamma();
-        dialog->setIsColor(false);
-        dialog->setCurrentGammaName(QStringLiteral("A"));
+        auto* dialog = gammaDialog(*ui, false, QStringLiteral("A"));
         runWith(dialog, [&](TwDlgCustomGamma* d) {
             scanner.boxAnswer = kVmxAnswerCancel;
             QTest::mouseClick(d->btnDelete(), Qt::LeftButton);
             QCOMPARE(model->customGammaNamesWithColor(false).size(), std::size_t(2));
-            QCOMPARE(scanner.boxes.back().message, QStringLiteral("The selected setting will be deleted.\n"
-                                                                  "Are you sure you want to delete it?"));
+            QCOMPARE(
+                scanner.boxMessages(),
+                QStringList{"The selected setting will be deleted.\nAre you sure you want to delete it?"});
             QCOMPARE(scanner.boxes.back().title, d->windowTitle());
             QCOMPARE(scanner.boxes.back().messageType, 0x40002u);
             scanner.boxAnswer = kVmxAnswerOK;
@@ -437,9 +433,7 @@ private slots:
             auto* model = ui->model().get();
             model->setCustomGamme("Old", true, colorPreset(1.0, 1.0, 1.0, false, 0, 255));
             model->setCustomGamme("Grey one", false, TwValue::dictionary({{"Black", 0.6}}));
-            auto* dialog = ui->controller()->dlgGamma();
-            dialog->setIsColor(true);
-            dialog->setCurrentGammaName(QStringLiteral("Old"));
+            auto* dialog = gammaDialog(*ui, true, QStringLiteral("Old"));
             runWith(dialog, [&](TwDlgCustomGamma* d) {
                 d->slider("sldGammaRed")->triggerAction(QAbstractSlider::SliderSingleStepSub);
                 setValue(d, "nClipWhite", 200);
@@ -478,8 +472,7 @@ private slots:
 
         for (int i = 2; i < 50; ++i)
             model->setCustomGamme("G" + std::to_string(i), true, colorPreset(1.0, 1.0, 1.0, false, 0, 255));
-        auto* dialog = ui->controller()->dlgGamma();
-        dialog->setIsColor(true);
+        auto* dialog = gammaDialog(*ui, true);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
             setValue(d, "fGammaRed", 3.0);
             askedName([&] { d->onSaveAs(); }, QStringLiteral("One too many"));
@@ -546,10 +539,7 @@ private slots:
         auto ui = scanner.load();
         ui->model()->setCustomGamme("Warm evening", true, colorPreset(1.6, 1.2, 0.8, false, 12, 245));
         ui->model()->setCustomGamme("Cool", true, colorPreset(0.9, 1.0, 1.3, false, 0, 255));
-        auto* dialog = ui->controller()->dlgGamma();
-        dialog->setIsColor(true);
-        dialog->setCurrentGammaName(QStringLiteral("Warm evening"));
-        runWith(dialog,
+        runWith(gammaDialog(*ui, true, QStringLiteral("Warm evening")),
                 [&](TwDlgCustomGamma* d) { QVERIFY(saveEditorPicture(d, QStringLiteral("CustomGamma"))); });
     }
 };
