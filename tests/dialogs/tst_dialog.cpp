@@ -388,15 +388,14 @@ private slots:
         QVERIFY(panel && panel->isVisible() && panel->isAnimating() && panel->btnStop()->isHidden());
         QCOMPARE(panel->windowModality(), Qt::WindowModal);
 
-        std::uint32_t record[3] = {0, 120, 30};
-        ui->setProgress(record);
-        QCOMPARE(panel->progressIndicator()->maximum(), 120);
-        QCOMPARE(panel->progressIndicator()->value(), 30);
-        std::uint32_t empty[3] = {0, 0, 0};
-        ui->setProgress(empty);
-        // 0 of 0: an empty determinate bar, not a busy one.
-        QVERIFY(panel->progressIndicator()->maximum() > 0);
-        QCOMPARE(panel->progressIndicator()->value(), 0);
+        // n of m; 0 of 0 is an empty determinate bar, not a busy one.
+        for (std::uint32_t total : {120u, 0u}) {
+            const std::uint32_t record[3] = {0, total, total / 4};
+            ui->setProgress(record);
+            const int max = panel->progressIndicator()->maximum();
+            QVERIFY2(total ? max == int(total) : max > 0, qPrintable(QString::number(max)));
+            QCOMPARE(panel->progressIndicator()->value(), int(total / 4));
+        }
         ui->hideProgressDialog();
         QVERIFY(!panel->isVisible() && !panel->isAnimating());
 
@@ -413,8 +412,7 @@ private slots:
         auto ui = loaded();
         ui->showProgressDialog();
         auto* panel = ui->controllerIfMade()->scanningPanel();
-        QVERIFY(panel && panel->isVisible());
-        QVERIFY(panel->btnStop()->isHidden());
+        QVERIFY(panel && panel->isVisible() && panel->btnStop()->isHidden());
         QCOMPARE(panel->windowModality(), Qt::NonModal);
         ui->hideProgressDialog();
         QVERIFY(!panel->isVisible());
