@@ -1,14 +1,16 @@
-// Helpers for the dialog tests: answering modal windows that a call opens, and the sample scanner
-// loaded through the facade.
+// Helpers for the dialog tests: answering modal windows that a call opens, and the pictures the
+// README shows.
 #pragma once
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPixmap>
 #include <QPointer>
+#include <QTest>
 #include <QTimer>
 #include <QWidget>
 
@@ -35,6 +37,13 @@ template <class W> std::unique_ptr<QTimer> whenModal(std::function<void(W*)> act
     });
     timer->start();
     return timer;
+}
+
+// Replaces the field's text as a person types it.
+inline void retype(QLineEdit* field, const QString& text) {
+    field->setFocus();
+    field->selectAll();
+    QTest::keyClicks(field, text);
 }
 
 // The button of a message box whose text is the title.
@@ -65,4 +74,25 @@ inline QString saveWindowsPicture(const QString& name, const QList<QWidget*>& wi
     painter.end();
     const QString file = QDir(dialogShotsFolder()).filePath(name + QStringLiteral(".png"));
     return QDir().mkpath(dialogShotsFolder()) && picture.save(file) ? file : QString();
+}
+
+// Saves a picture of the panel as it is now into $VMX_EDITOR_SHOTS/<name>.png; false when the
+// variable is not set or the picture cannot be written.
+inline bool saveEditorPicture(QWidget* panel, const QString& name) {
+    const QString dir = qEnvironmentVariable("VMX_EDITOR_SHOTS");
+    if (dir.isEmpty() || !QDir().mkpath(dir))
+        return false;
+    QCoreApplication::processEvents();
+    return panel->grab().save(QDir(dir).filePath(name + QStringLiteral(".png")), "PNG");
+}
+
+// Runs the panel modally and calls act once it is up; a panel act leaves open (a failed check
+// returns early) is closed, so that the run always ends.
+template <class Panel, class Act> int runWith(Panel* panel, Act act) {
+    auto timer = whenModal<Panel>([&](Panel* p) {
+        act(p);
+        if (p->isVisible())
+            p->close();
+    });
+    return panel->runModal();
 }

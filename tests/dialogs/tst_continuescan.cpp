@@ -2,45 +2,28 @@
 // beside it, polled message boxes, and all of them with the progress panel asked from many threads
 // at once while the GUI thread runs its loop.
 #include "DialogTestSupport.h"
-#include "OrvaDebug.h"
+#include "LogCapture.h"
 #include "SamplePage.h"
 #include "SampleTestSupport.h"
 #include "TwDlgScanning.h"
-#include "TwMessageBox.h"
-#include "TwainDialogController.h"
+#include "preview/PreviewPages.h"
 
-#include <QFile>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
-#include <cstdlib>
-#include <cstring>
 #include <deque>
 #include <thread>
 
 namespace {
 
-// A 4 x 4 colour bitmap, made with malloc as a data source does: the top row red, the rest white.
+// A 4 x 4 colour page: the top row red, the rest white.
 void* redTopBitmap(std::uint32_t* length) {
-    const std::int32_t side = 4;
-    const std::uint32_t rowBytes = 12;
-    *length = 40 + rowBytes * side;
-    auto* p = static_cast<unsigned char*>(std::calloc(1, *length));
-    const std::uint32_t headerSize = 40;
-    const std::uint16_t planes = 1, bits = 24;
-    std::memcpy(p, &headerSize, 4);
-    std::memcpy(p + 4, &side, 4);
-    std::memcpy(p + 8, &side, 4);
-    std::memcpy(p + 12, &planes, 2);
-    std::memcpy(p + 14, &bits, 2);
-    std::memset(p + 40, 0xff, rowBytes * side);
-    for (int x = 0; x < side; ++x) {
-        p[40 + 3 * x] = 0;     // blue
-        p[40 + 3 * x + 1] = 0; // green
-    }
-    return p;
+    QImage page(4, 4, QImage::Format_RGB32);
+    page.fill(Qt::white);
+    for (int x = 0; x < 4; ++x)
+        page.setPixel(x, 0, qRgb(255, 0, 0));
+    return makeBitmap(page, 0, length);
 }
 
 struct Seen {
@@ -52,7 +35,8 @@ struct Seen {
 // What the data source of one question does and sees; used on the GUI thread only.
 struct QuestionSource {
     std::vector<Seen> seen;
-    std::deque<std::uint16_t> pollAnswers; // then "keep waiting"
+    std::deque<std::uint16_t>
+        pollAnswers; // of the question and of boxes polled by 0x4242; then "keep waiting"
     enum { Page, NoPage, BrokenPage, SamplePage } page = Page;
 } g_source;
 
@@ -73,12 +57,13 @@ std::uint16_t questionCallback(std::uint16_t event, void* data) {
         }
     }
     g_source.seen.push_back({event, data, record && record->front.pDIB});
-    if (event == kVmxEventContinueScanPoll && !g_source.pollAnswers.empty()) {
+    const bool polled = event == kVmxEventContinueScanPoll || event == 0x4242;
+    if (polled && !g_source.pollAnswers.empty()) {
         const std::uint16_t answer = g_source.pollAnswers.front();
         g_source.pollAnswers.pop_front();
         return answer;
     }
-    return event == kVmxEventContinueScanPoll || event == 0x4242 ? kVmxResultContinue : 0;
+    return polled ? kVmxResultContinue : 0;
 }
 
 // The many-threads case: counts, from whatever thread the module calls.
@@ -122,7 +107,7 @@ private slots:
     }
     void init() {
         g_source = QuestionSource{};
-        SampleScanner::forgetPreferences();
+        sample.reset();
     }
 
     // Every way the question ends: its answer, the data source told of the end exactly once and
@@ -193,33 +178,26 @@ private slots:
     // The 16-bit value names the problem page; the texts come from the string tables.
     void theValueNamesTheProblemPage() {
         auto ui = loaded();
-        QString text, informative;
+        QStringList texts; // main and informative text, default and Escape buttons
         QMessageBox::Icon icon = QMessageBox::NoIcon;
-        QString escape, standard;
         auto read = [&] {
             return whenModal<QMessageBox>([&](QMessageBox* box) {
-                text = box->text();
-                informative = box->informativeText();
+                texts = {box->text(), box->informativeText(), box->defaultButton()->text(),
+                         box->escapeButton()->text()};
                 icon = box->icon();
-                escape = box->escapeButton()->text();
-                standard = box->defaultButton()->text();
                 box->defaultButton()->click();
             });
         };
-        const QString message =
-            QStringLiteral("Scanning has been interrupted.\n\nA double feed was detected. Check the document "
-                           "shown beside this "
-                           "message.\n\nClick Continue to keep scanning, or Stop to end the scan.");
+        const QString message = QStringLiteral(
+            "Scanning has been interrupted.\n\nA double feed was detected. Check the document "
+            "shown beside this message.\n\nClick Continue to keep scanning, or Stop to end the scan.");
         auto t1 = read();
         QCOMPARE(ui->showContinueScanDialog(3), int(kVmxAnswerContinue));
-        QCOMPARE(text, QStringLiteral("Page 3"));
-        QCOMPARE(informative, message);
+        QCOMPARE(texts, (QStringList{"Page 3", message, "Continue", "Stop"}));
         QCOMPARE(icon, QMessageBox::Question);
-        QCOMPARE(standard, QStringLiteral("Continue"));
-        QCOMPARE(escape, QStringLiteral("Stop"));
         auto t2 = read();
         ui->showContinueScanDialog(0);
-        QCOMPARE(text, message);
+        QCOMPARE(texts.first(), message);
     }
 
     // A page the data source leaves out, or one that is no bitmap, shows the question alone; what
@@ -235,10 +213,7 @@ private slots:
         QFETCH(int, page);
         QFETCH(QString, logged);
         auto ui = loaded();
-        QTemporaryDir dir;
-        const QString logFile = dir.filePath("trace.log");
-        QFile(logFile).open(QIODevice::WriteOnly);
-        OrvaSetLogPaths(logFile.toLocal8Bit().constData(), nullptr);
+        LogCapture log;
         g_source.page = decltype(g_source.page)(page);
         bool alone = false;
         auto timer = whenModal<QMessageBox>([&](QMessageBox* box) {
@@ -246,11 +221,8 @@ private slots:
             buttonTitled(box, "Stop")->click();
         });
         QCOMPARE(ui->showContinueScanDialog(0), int(kVmxAnswerStop));
-        OrvaSetLogPaths(nullptr, nullptr);
         QVERIFY(alone);
-        QFile log(logFile);
-        QVERIFY(log.open(QIODevice::ReadOnly));
-        QVERIFY(QString::fromUtf8(log.readAll()).contains(logged));
+        QVERIFY2(log.text().contains(logged), qPrintable(log.text()));
         QVERIFY(!g_source.seen.back().withImage);
     }
 
@@ -265,28 +237,34 @@ private slots:
         QVERIFY(!shown);
     }
 
-    void fromAWorkerThreadTheSameAnswer() {
-        auto ui = loaded();
-        auto timer = whenModal<QMessageBox>([](QMessageBox* box) { buttonTitled(box, "Stop")->click(); });
-        std::atomic_int answer{-1};
-        std::thread worker([&] { answer = ui->showContinueScanDialog(2); });
-        QTRY_VERIFY(answer.load() != -1);
-        worker.join();
-        QCOMPARE(answer.load(), int(kVmxAnswerStop));
-        QCOMPARE(events().count(kVmxEventContinueScanClose), 1);
+    // A polled box from the facade ends as the callback says: "keep waiting" keeps it (until a
+    // button is pressed), 0 is the second button, -1 the third (no button), 1 the first.
+    void aPolledBoxEndsAsTheCallbackSays_data() {
+        QTest::addColumn<uint>("type");
+        QTest::addColumn<QList<int>>("polls"); // then "keep waiting"
+        QTest::addColumn<int>("answer");
+        QTest::newRow("waiting, then 0: Cancel")
+            << 0x2u << QList<int>{kVmxResultContinue, kVmxResultContinue, 0} << int(kVmxAnswerCancel);
+        QTest::newRow("-1: no button") << 0x5u << QList<int>{0xFFFF} << 0;
+        QTest::newRow("1: the first, swapped") << 0x105u << QList<int>{1} << int(kVmxAnswerStop);
+        QTest::newRow("never ended: Cancel pressed") << 0x2u << QList<int>{} << int(kVmxAnswerCancel);
     }
-
-    // A polled box whose data source always says "keep waiting" stays until a button is pressed.
-    void aPolledBoxThatIsNeverEndedWaitsForAButton() {
+    void aPolledBoxEndsAsTheCallbackSays() {
+        QFETCH(uint, type);
+        QFETCH(QList<int>, polls);
+        QFETCH(int, answer);
         auto ui = loaded();
+        for (int p : polls)
+            g_source.pollAnswers.push_back(std::uint16_t(p));
         auto timer = whenModal<QMessageBox>([](QMessageBox* box) {
             QTimer::singleShot(150, box, [box] { buttonTitled(box, "Cancel")->click(); });
         });
-        QCOMPARE(ui->showMessageBox("Waiting for paper", "", 0x2, 0x4242, 10), int(kVmxAnswerCancel));
-        int polls = 0;
-        for (auto& s : g_source.seen)
-            polls += s.event == 0x4242;
-        QVERIFY2(polls >= 3, qPrintable(QString::number(polls)));
+        QCOMPARE(ui->showMessageBox("Waiting for paper", "", type, 0x4242, 10), answer);
+        const auto asked = events().count(0x4242);
+        if (polls.isEmpty())
+            QVERIFY2(asked >= 3, qPrintable(QString::number(asked)));
+        else
+            QCOMPARE(asked, polls.size());
     }
 
     // VMX_DIALOG_SHOTS=<dir>: a picture of the question with its page (under xvfb-run for real

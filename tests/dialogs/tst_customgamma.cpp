@@ -1,7 +1,8 @@
 // The custom gamma editor: the tone tables, the slider and gamma scales, the link, converting the
 // sample picture (and refusing bitmaps it must not touch), the curves, loading presets, saving
 // them under names with the limit of 50, deleting, and what the tab's gamma becomes.
-#include "EditorTestSupport.h"
+#include "DialogTestSupport.h"
+#include "SampleTestSupport.h"
 #include "TwDlgCustomGamma.h"
 #include "TwDlgMain.h"
 #include "TwDlgSaveSetting.h"
@@ -16,9 +17,11 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSlider>
+#include <QTest>
 
 #include <algorithm>
 #include <cstring>
+#include <numeric>
 
 using Levels = QList<int>;
 using Bytes = QByteArray;
@@ -65,11 +68,45 @@ TwGammaTables markingTables() {
 class TestCustomGamma : public QObject {
     Q_OBJECT
     SampleScanner scanner;
-    QStringList alerts;
+
+    // What the name dialog that the action opens offered, proposed and whether it asks before
+    // overwriting; it is given the name (none: the one proposed) and accepted or cancelled.
+    struct NameAsked {
+        QStringList offered;
+        QString proposed;
+        bool checksOverwrite = false;
+    };
+    template <class Action>
+    static NameAsked askedName(Action action, const QString& name, bool accept = true) {
+        NameAsked asked;
+        auto timer = whenModal<TwDlgSaveSetting>([&](TwDlgSaveSetting* n) {
+            asked = {n->nameList(), n->name(), n->checkOverwrite()};
+            if (!name.isEmpty())
+                n->setName(name);
+            accept ? n->onOK() : n->onCancel();
+        });
+        action();
+        return asked;
+    }
 
     static TwValue value(TwDlgCustomGamma* d, const char* key) { return d->ownValues().valueForKeyPath(key); }
     static void setValue(TwDlgCustomGamma* d, const char* key, const TwValue& v) {
         d->ownValues().setValueForKeyPath(v, key);
+    }
+    // The editor of the facade for the kind, opened on the preset of that name.
+    static TwDlgCustomGamma* gammaDialog(VmxUIControllerImpl& ui, bool color,
+                                         const std::optional<QString>& name = std::nullopt) {
+        auto* dialog = ui.controller()->dlgGamma();
+        dialog->setIsColor(color);
+        dialog->setCurrentGammaName(name);
+        return dialog;
+    }
+    static void enter(QLineEdit* field, const QString& text) {
+        retype(field, text);
+        QTest::keyClick(field, Qt::Key_Return);
+    }
+    static QByteArray bytes(const std::uint8_t* table) {
+        return QByteArray(reinterpret_cast<const char*>(table), 256);
     }
     static TwValue colorPreset(double r, double g, double b, bool link, int black, int white) {
         return TwValue::dictionary({{"Red", r},
@@ -81,15 +118,13 @@ class TestCustomGamma : public QObject {
     }
 
 private slots:
-    void initTestCase() { QVERIFY(scanner.load()); }
+    void initTestCase() {
+        std::string error;
+        QVERIFY2(scanner.read(&error), error.c_str());
+    }
     void init() {
         scanner.reset();
-        TwSetFormatterAlert([this](QWidget*, const QString& message) { alerts << message; });
-        alerts.clear();
-    }
-    void cleanupTestCase() {
-        TwSetMessageBoxRunner({});
-        TwSetFormatterAlert({});
+        scanner.recordBoxes();
     }
 
     // ---- Tables and scales ----
@@ -100,6 +135,9 @@ private slots:
         QTest::addColumn<double>("gamma");
         QTest::addColumn<Levels>("levels");
         QTest::addColumn<Levels>("expected");
+        Levels all(256);
+        std::iota(all.begin(), all.end(), 0);
+        QTest::newRow("neutral: the identity") << 0 << 255 << 1.0 << all << all;
         QTest::newRow("clip points equal")
             << 10 << 10 << 1.0 << Levels{0, 9, 10, 11, 255} << Levels{0, 0, 0, 255, 255};
         QTest::newRow("gamma 2 brightens")
@@ -117,14 +155,10 @@ private slots:
         QFETCH(Levels, levels);
         QFETCH(Levels, expected);
         const TwGammaTable t = tableOf(std::uint8_t(black), std::uint8_t(white), gamma);
-        for (int i = 0; i < levels.size(); ++i)
-            QCOMPARE(int(t[std::size_t(levels[i])]), expected[i]);
-    }
-
-    void theNeutralTableIsTheIdentity() {
-        const TwGammaTable t = tableOf(0, 255, 1.0);
-        for (int i = 0; i < 256; ++i)
-            QCOMPARE(int(t[std::size_t(i)]), i);
+        Levels mapped;
+        for (int level : levels)
+            mapped << t[std::size_t(level)];
+        QCOMPARE(mapped, expected);
     }
 
     void slidersAndGammas_data() {
@@ -254,11 +288,8 @@ private slots:
     // Sliders write gammas and typed gammas move sliders; a gamma out of range ends at the end of
     // the scale; the tables follow every change, the clip points too.
     void slidersFieldsAndTables() {
-        auto ui = scanner.facade();
-        auto* dialog = ui->controller()->dlgGamma();
-        dialog->setIsColor(true);
-        dialog->setCurrentGammaName(std::nullopt);
-        runWith(dialog, [&](TwDlgCustomGamma* d) {
+        auto ui = scanner.load();
+        runWith(gammaDialog(*ui, true), [&](TwDlgCustomGamma* d) {
             QSlider* red = d->slider("sldGammaRed");
             QCOMPARE(red->value(), 40);
             red->triggerAction(QAbstractSlider::SliderSingleStepSub);
@@ -267,15 +298,10 @@ private slots:
             QCOMPARE(int(d->gammaDataR()[128]), int(tableOf(0, 255, 0.98)[128]));
             QCOMPARE(int(d->gammaDataG()[128]), 128);
 
-            QLineEdit* blue = d->field("txtGammaBlue");
-            blue->selectAll();
-            QTest::keyClicks(blue, QStringLiteral("1.1"));
-            QTest::keyClick(blue, Qt::Key_Return);
+            enter(d->field("txtGammaBlue"), QStringLiteral("1.1"));
             QCOMPARE(d->slider("sldGammaBlue")->value(), 41);
             QCOMPARE(int(d->gammaDataB()[64]), int(tableOf(0, 255, 1.1)[64]));
-            blue->selectAll();
-            QTest::keyClicks(blue, QStringLiteral("7.0")); // refused by the field's range
-            QTest::keyClick(blue, Qt::Key_Return);
+            enter(d->field("txtGammaBlue"), QStringLiteral("7.0")); // refused by the field's range
             QCOMPARE(value(d, "fGammaBlue").doubleValue(), 1.1);
 
             setValue(d, "fGammaGreen", 7.0);
@@ -285,10 +311,7 @@ private slots:
             QCOMPARE(value(d, "nGammaGreen").intValue(), 0);
             QCOMPARE(value(d, "fGammaGreen").doubleValue(), 0.2);
 
-            QLineEdit* black = d->field("txtClipBlack");
-            black->selectAll();
-            QTest::keyClicks(black, QStringLiteral("30"));
-            QTest::keyClick(black, Qt::Key_Return);
+            enter(d->field("txtClipBlack"), QStringLiteral("30"));
             QCOMPARE(d->findChild<QSlider*>(QStringLiteral("sldClipBlack"))->value(), 30);
             QCOMPARE(int(d->gammaDataR()[30]), 0);
             QCOMPARE(int(d->gammaDataG()[31]), int(tableOf(30, 255, 0.2)[31]));
@@ -299,10 +322,8 @@ private slots:
     // With the link on, red's slider moves green and blue and their controls are off; with it
     // off again they are on and keep their values.
     void theLink() {
-        auto ui = scanner.facade();
-        auto* dialog = ui->controller()->dlgGamma();
-        dialog->setIsColor(true);
-        runWith(dialog, [&](TwDlgCustomGamma* d) {
+        auto ui = scanner.load();
+        runWith(gammaDialog(*ui, true), [&](TwDlgCustomGamma* d) {
             QSlider* green = d->slider("sldGammaGreen");
             green->triggerAction(QAbstractSlider::SliderPageStepAdd);
             QVERIFY(green->isEnabled());
@@ -314,8 +335,7 @@ private slots:
             QCOMPARE(value(d, "nGammaGreen").intValue(), 41);
             QCOMPARE(value(d, "nGammaBlue").intValue(), 41);
             QCOMPARE(value(d, "fGammaBlue").doubleValue(), 1.1);
-            QCOMPARE(QByteArray(reinterpret_cast<const char*>(d->gammaDataB()), 256),
-                     QByteArray(reinterpret_cast<const char*>(d->gammaDataR()), 256));
+            QCOMPARE(bytes(d->gammaDataB()), bytes(d->gammaDataR()));
             d->btnRGBLink()->click();
             QVERIFY(green->isEnabled() && d->field("txtGammaBlue")->isEnabled());
             QCOMPARE(green->value(), 41);
@@ -326,15 +346,13 @@ private slots:
     // of a clip point; a name without a preset changes nothing; none resets to the defaults, and
     // a monochrome kind shows one channel captioned Black.
     void loadingPresets() {
-        auto ui = scanner.facade();
+        auto ui = scanner.load();
         auto* model = ui->model().get();
         model->setCustomGamme("Warm", true, colorPreset(1.5, 1.2, 0.8, false, 260, 240));
         model->setCustomGamme("Wild", true, colorPreset(9.0, 0.01, 1.0, false, 0, 255));
         model->setCustomGamme("Soft", false,
                               TwValue::dictionary({{"Black", 0.6}, {"ClipBlack", 5}, {"ClipWhite", 250}}));
-        auto* dialog = ui->controller()->dlgGamma();
-        dialog->setIsColor(true);
-        dialog->setCurrentGammaName(QStringLiteral("Warm"));
+        auto* dialog = gammaDialog(*ui, true, QStringLiteral("Warm"));
         runWith(dialog, [&](TwDlgCustomGamma* d) {
             QVERIFY(d->labGammaRed()->text() == QStringLiteral("Red") &&
                     d->slider("sldGammaBlue")->isVisible());
@@ -356,8 +374,7 @@ private slots:
         });
         QCOMPARE(dialog->currentGammaName(), std::optional<QString>(QStringLiteral("No such gamma")));
 
-        dialog->setIsColor(false);
-        dialog->setCurrentGammaName(std::nullopt);
+        gammaDialog(*ui, false);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
             QCOMPARE(d->labGammaRed()->text(), QStringLiteral("Black"));
             QVERIFY(!d->slider("sldGammaGreen")->isVisible() && !d->btnRGBLink()->isVisible());
@@ -367,8 +384,7 @@ private slots:
             setValue(d, "currentGammaName", "Soft");
             QCOMPARE(value(d, "fGammaBlue").doubleValue(), 0.6);
             QVERIFY(value(d, "RGBLink").boolValue());
-            QCOMPARE(QByteArray(reinterpret_cast<const char*>(d->gammaDataG()), 256),
-                     QByteArray(reinterpret_cast<const char*>(d->gammaDataR()), 256));
+            QCOMPARE(bytes(d->gammaDataG()), bytes(d->gammaDataR()));
             QVERIFY(d->viewSample()->isMonochrome());
             d->close();
         });
@@ -377,19 +393,18 @@ private slots:
     // Delete asks first and, on OK, removes the preset from the model and the menu and selects
     // the first name left; with none left the list holds a blank and Delete is off.
     void deletingPresets() {
-        auto ui = scanner.facade();
+        auto ui = scanner.load();
         auto* model = ui->model().get();
         model->setCustomGamme("A", false, TwValue::dictionary({{"Black", 0.6}}));
         model->setCustomGamme("B", false, TwValue::dictionary({{"Black", 2.0}}));
-        auto* dialog = ui->controller()->dlgGamma();
-        dialog->setIsColor(false);
-        dialog->setCurrentGammaName(QStringLiteral("A"));
+        auto* dialog = gammaDialog(*ui, false, QStringLiteral("A"));
         runWith(dialog, [&](TwDlgCustomGamma* d) {
             scanner.boxAnswer = kVmxAnswerCancel;
             QTest::mouseClick(d->btnDelete(), Qt::LeftButton);
             QCOMPARE(model->customGammaNamesWithColor(false).size(), std::size_t(2));
-            QCOMPARE(scanner.boxes.back().message, QStringLiteral("The selected setting will be deleted.\n"
-                                                                  "Are you sure you want to delete it?"));
+            QCOMPARE(
+                scanner.boxMessages(),
+                QStringList{"The selected setting will be deleted.\nAre you sure you want to delete it?"});
             QCOMPARE(scanner.boxes.back().title, d->windowTitle());
             QCOMPARE(scanner.boxes.back().messageType, 0x40002u);
             scanner.boxAnswer = kVmxAnswerOK;
@@ -409,125 +424,86 @@ private slots:
     }
     // Save As asks for a new name (the kind's names offered, nothing proposed, overwriting asked
     // about) and makes the saved preset current; a cancelled name saves nothing; closing with
-    // changes proposes the current name and saves over it; a new model reads the presets back.
+    // changes proposes the current name and saves over it; a new model reads the presets back;
+    // fifty presets of a kind refuse a new name (the other kind counts on its own) but not one
+    // saved over.
     void savingPresets() {
         {
-            auto ui = scanner.facade();
+            auto ui = scanner.load();
             auto* model = ui->model().get();
             model->setCustomGamme("Old", true, colorPreset(1.0, 1.0, 1.0, false, 0, 255));
             model->setCustomGamme("Grey one", false, TwValue::dictionary({{"Black", 0.6}}));
-            auto* dialog = ui->controller()->dlgGamma();
-            dialog->setIsColor(true);
-            dialog->setCurrentGammaName(QStringLiteral("Old"));
+            auto* dialog = gammaDialog(*ui, true, QStringLiteral("Old"));
             runWith(dialog, [&](TwDlgCustomGamma* d) {
                 d->slider("sldGammaRed")->triggerAction(QAbstractSlider::SliderSingleStepSub);
                 setValue(d, "nClipWhite", 200);
-                QStringList offered;
-                QString proposed;
-                bool asksOverwrite = false;
-                {
-                    auto name = whenModal<TwDlgSaveSetting>([&](TwDlgSaveSetting* n) {
-                        offered = n->nameList();
-                        proposed = n->name();
-                        asksOverwrite = n->checkOverwrite();
-                        n->setName(QStringLiteral("  Bright "));
-                        n->onOK();
-                    });
-                    QTest::mouseClick(d->btnSaveAs(), Qt::LeftButton);
-                }
-                QCOMPARE(offered, QStringList{QStringLiteral("Old")});
-                QCOMPARE(proposed, QString());
-                QVERIFY(asksOverwrite);
+                NameAsked asked = askedName([&] { QTest::mouseClick(d->btnSaveAs(), Qt::LeftButton); },
+                                            QStringLiteral("  Bright "));
+                QCOMPARE(asked.offered, QStringList{QStringLiteral("Old")});
+                QCOMPARE(asked.proposed, QString());
+                QVERIFY(asked.checksOverwrite);
                 const TwValue saved = model->customGamme("Bright", true);
-                QVERIFY(saved.dict());
                 QCOMPARE(saved.dict()->value("Red").doubleValue(), double(0.98f));
                 QCOMPARE(saved.dict()->value("ClipWhite"), TwValue(200));
                 QCOMPARE(saved.dict()->value("RGBLink"), TwValue(false));
                 QCOMPARE(value(d, "currentGammaName"), TwValue("Bright"));
                 QCOMPARE(d->cmbSettingName()->count(), 2);
                 QVERIFY(!d->isChanged());
-                QVERIFY(SampleScanner::stored("custom gamma").dict()->value("Color").list()->size() == 2);
+                QCOMPARE(SampleScanner::stored("custom gamma").dict()->value("Color").list()->size(), 2u);
 
-                {
-                    auto cancel = whenModal<TwDlgSaveSetting>([](TwDlgSaveSetting* n) {
-                        n->setName(QStringLiteral("Never"));
-                        n->onCancel();
-                    });
-                    d->onSaveAs();
-                }
+                askedName([&] { d->onSaveAs(); }, QStringLiteral("Never"), false);
                 QVERIFY(model->customGamme("Never", true).isNull());
 
                 setValue(d, "fGammaBlue", 2.0);
                 QVERIFY(d->isChanged());
-                {
-                    auto name = whenModal<TwDlgSaveSetting>([&](TwDlgSaveSetting* n) {
-                        proposed = n->name();
-                        asksOverwrite = n->checkOverwrite();
-                        n->onOK();
-                    });
-                    QTest::mouseClick(d->btnClose(), Qt::LeftButton);
-                }
-                QCOMPARE(proposed, QStringLiteral("Bright"));
-                QVERIFY(!asksOverwrite);
+                asked = askedName([&] { QTest::mouseClick(d->btnClose(), Qt::LeftButton); }, QString());
+                QCOMPARE(asked.proposed, QStringLiteral("Bright"));
+                QVERIFY(!asked.checksOverwrite);
                 QVERIFY(!d->isVisible());
             });
             QCOMPARE(model->customGamme("Bright", true).dict()->value("Blue").doubleValue(), 2.0);
             QCOMPARE(dialog->currentGammaName(), std::optional<QString>(QStringLiteral("Bright")));
         }
-        auto again = scanner.facade();
-        QCOMPARE(again->model()->customGammaNamesWithColor(true),
-                 (std::vector<std::string>{"Old", "Bright"}));
-        QCOMPARE(again->model()->customGamme("Bright", true).dict()->value("ClipWhite"), TwValue(200));
-        QVERIFY(again->model()->gammaExist(TwValue("Bright"), again->dataForKeyPath("content.Color.Gamma")));
-    }
-
-    // Fifty presets of a kind: a new name is refused with a message and nothing saved; a name
-    // already saved is saved over; the other kind counts on its own.
-    void fiftyPresetsPerKind() {
-        auto ui = scanner.facade();
+        auto ui = scanner.load();
         auto* model = ui->model().get();
-        for (int i = 0; i < 50; ++i)
+        QCOMPARE(model->customGammaNamesWithColor(true), (std::vector<std::string>{"Old", "Bright"}));
+        QCOMPARE(model->customGamme("Bright", true).dict()->value("ClipWhite"), TwValue(200));
+        QVERIFY(model->gammaExist(TwValue("Bright"), ui->dataForKeyPath("content.Color.Gamma")));
+
+        for (int i = 2; i < 50; ++i)
             model->setCustomGamme("G" + std::to_string(i), true, colorPreset(1.0, 1.0, 1.0, false, 0, 255));
-        auto* dialog = ui->controller()->dlgGamma();
-        auto saveAs = [](TwDlgCustomGamma* d, const QString& name) {
-            auto t = whenModal<TwDlgSaveSetting>([name](TwDlgSaveSetting* n) {
-                n->setName(name);
-                n->onOK();
-            });
-            d->onSaveAs();
-        };
-        dialog->setIsColor(true);
+        auto* dialog = gammaDialog(*ui, true);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
             setValue(d, "fGammaRed", 3.0);
-            saveAs(d, QStringLiteral("One too many"));
+            askedName([&] { d->onSaveAs(); }, QStringLiteral("One too many"));
             QCOMPARE(model->customGammaNamesWithColor(true).size(), std::size_t(50));
-            QCOMPARE(scanner.boxes.size(), std::size_t(1));
-            QCOMPARE(scanner.boxes[0].message,
-                     QStringLiteral(
-                         "No more items can be saved. Delete an item you no longer need and try again."));
-            QCOMPARE(scanner.boxes[0].messageType, 131073u);
-            saveAs(d, QStringLiteral("G7"));
+            QCOMPARE(
+                scanner.boxMessages(),
+                QStringList{"No more items can be saved. Delete an item you no longer need and try again."});
+            QCOMPARE(scanner.boxes[0].messageType, 0x20001u);
+            askedName([&] { d->onSaveAs(); }, QStringLiteral("G7"));
             QCOMPARE(scanner.boxes.size(), std::size_t(2)); // the name dialog asks to overwrite
-            QCOMPARE(model->customGammaNamesWithColor(true).size(), std::size_t(50));
             QCOMPARE(model->customGamme("G7", true).dict()->value("Red").doubleValue(), 3.0);
         });
         dialog->setIsColor(false);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
-            saveAs(d, QStringLiteral("One too many"));
-            QCOMPARE(model->customGammaNamesWithColor(false), std::vector<std::string>{"One too many"});
+            askedName([&] { d->onSaveAs(); }, QStringLiteral("One too many"));
         });
+        QCOMPARE(model->customGammaNamesWithColor(false),
+                 (std::vector<std::string>{"Grey one", "One too many"}));
     }
 
     // From a tab's Custom... button, with the main dialog modal and modeless: the preset picked
     // becomes the tab's gamma; leaving with no preset leaves the tab's gamma as it was.
     void theTabsGammaBecomesThePreset_data() {
-        QTest::addColumn<int>("modal");
-        QTest::newRow("modeless") << 0;
-        QTest::newRow("modal") << 1;
+        QTest::addColumn<bool>("modal");
+        QTest::newRow("modeless") << false;
+        QTest::newRow("modal") << true;
     }
     void theTabsGammaBecomesThePreset() {
-        QFETCH(int, modal);
-        auto ui = scanner.facade(true, modal);
+        QFETCH(bool, modal);
+        auto ui = scanner.load();
+        ui->showUi(true, modal, false);
         ui->model()->setCustomGamme("Vivid", true, colorPreset(1.4, 1.2, 1.0, false, 0, 255));
         ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.ImageType", 2}}));
         QPushButton* custom = ui->controller()
@@ -560,13 +536,10 @@ private slots:
     void pictureForTheReadme() {
         if (qEnvironmentVariableIsEmpty("VMX_EDITOR_SHOTS"))
             QSKIP("VMX_EDITOR_SHOTS is not set");
-        auto ui = scanner.facade();
+        auto ui = scanner.load();
         ui->model()->setCustomGamme("Warm evening", true, colorPreset(1.6, 1.2, 0.8, false, 12, 245));
         ui->model()->setCustomGamme("Cool", true, colorPreset(0.9, 1.0, 1.3, false, 0, 255));
-        auto* dialog = ui->controller()->dlgGamma();
-        dialog->setIsColor(true);
-        dialog->setCurrentGammaName(QStringLiteral("Warm evening"));
-        runWith(dialog,
+        runWith(gammaDialog(*ui, true, QStringLiteral("Warm evening")),
                 [&](TwDlgCustomGamma* d) { QVERIFY(saveEditorPicture(d, QStringLiteral("CustomGamma"))); });
     }
 };

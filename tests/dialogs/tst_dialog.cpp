@@ -2,43 +2,26 @@
 // definition leaves, settings-only mode, the button actions and what they send and save, the
 // modal-run flags, binding without leftovers, progress, help, and calls from other threads.
 #include "DialogTestSupport.h"
-#include "OrvaDebug.h"
-#include "SampleModelDef.h"
+#include "SampleTestSupport.h"
 #include "TwApplication.h"
 #include "TwDlgCustomGamma.h"
 #include "TwDlgMain.h"
 #include "TwDlgSaveSetting.h"
 #include "TwDlgScanning.h"
-#include "TwEditCommit.h"
-#include "TwMessageBox.h"
-#include "TwPlist.h"
-#include "TwPreferences.h"
 #include "TwResponderBinding.h"
-#include "TwainDialogController.h"
-#include "TwainDialogData.h"
 #include "TwainView.h"
-#include "VmxUIControllerImpl.h"
 
-#include <QDir>
-#include <QFile>
 #include <QGroupBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTabWidget>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
 
 #include <atomic>
-#include <cstdlib>
-#include <cstring>
 #include <thread>
 
 namespace {
 
-const std::string kBundle = SAMPLE_BUNDLE_DIR;
 using Codes = std::vector<std::uint16_t>;
 
 struct Event {
@@ -46,19 +29,10 @@ struct Event {
     void* data;
 };
 std::vector<Event> g_events;
-TwPreviewRecord g_prescanImages{};
-std::vector<std::uint16_t> g_pollAnswers;
 
 std::uint16_t recordEvent(std::uint16_t event, void* data) {
     g_events.push_back({event, data});
-    if ((event == kVmxEventPrescan || event == kVmxEventPreviewRescan) && data)
-        std::memcpy(data, &g_prescanImages, sizeof g_prescanImages);
-    if (event == 0x4242 && !g_pollAnswers.empty()) {
-        std::uint16_t r = g_pollAnswers.front();
-        g_pollAnswers.erase(g_pollAnswers.begin());
-        return r;
-    }
-    return event == 0x4242 ? kVmxResultContinue : 0;
+    return 0;
 }
 
 Codes codes() {
@@ -66,21 +40,6 @@ Codes codes() {
     for (auto& e : g_events)
         out.push_back(e.code);
     return out;
-}
-
-// A 2 x 2 bitmap with the given bit count and resolution, made with malloc as a data source does.
-void* makeBitmap(std::uint16_t bitCount, std::int32_t pelsPerMetre, std::uint32_t* length) {
-    *length = 40 + 64;
-    auto* p = static_cast<unsigned char*>(std::calloc(1, *length));
-    const std::uint32_t size = 40;
-    const std::int32_t side = 2;
-    std::memcpy(p, &size, 4);
-    std::memcpy(p + 4, &side, 4);
-    std::memcpy(p + 8, &side, 4);
-    std::memcpy(p + 14, &bitCount, 2);
-    std::memcpy(p + 24, &pelsPerMetre, 4);
-    std::memcpy(p + 28, &pelsPerMetre, 4);
-    return p;
 }
 
 } // namespace
@@ -101,23 +60,11 @@ public:
 
 class TestDialog : public QObject {
     Q_OBJECT
-    QTemporaryDir home; // HOME and XDG_CONFIG_HOME of the whole test
-    TwValue root;       // the sample's definition, whose main-dialog entries a case may change
-    TwValue mainDialog; // the sample's own entries
-    SampleModelDef def{TwValue()};
-    TwValue capabilities;
-    std::vector<TwMessageBoxSetup> boxes;
-    int boxAnswer = kVmxAnswerOK;
+    SampleScanner sample;
+    TwValue mainDialog; // the sample's own main-dialog entries, which a case may change
 
-    std::unique_ptr<VmxUIControllerImpl> loaded(const std::string& bundle = kBundle) {
-        auto ui = std::make_unique<VmxUIControllerImpl>();
-        OrvaSetLogPaths(nullptr, nullptr);
-        ui->initWithDSBundle(bundle);
-        ui->setModelDef(&def);
-        ui->setModelName("Sample VMX-S");
-        ui->setDataWithDictionary(capabilities.deepCopy(), 0);
-        ui->setCallback(&recordEvent);
-        return ui;
+    std::unique_ptr<VmxUIControllerImpl> loaded(const std::string& bundle = SampleScanner::kBundle) {
+        return sample.load(&recordEvent, true, bundle);
     }
     // The facade with the dialog shown (modeless unless asked).
     std::unique_ptr<VmxUIControllerImpl> shown(bool modal = false, bool settingsOnly = false) {
@@ -128,48 +75,23 @@ class TestDialog : public QObject {
     static TwDlgMain* window(VmxUIControllerImpl& ui) {
         return ui.controllerIfMade() ? ui.controllerIfMade()->windowIfLoaded() : nullptr;
     }
-    static TwValue stored(const char* key) {
-        return TwPreferences("com.orvanic.vmx.sampleds").copyValue(key);
-    }
     static void setResolution(VmxUIControllerImpl& ui, int dpi) {
         ui.setDataWithKeyPathValue(TwValue::dictionary({{"Data.Resolution", dpi}}));
     }
     void setTab(const char* id, const TwValue& entry) {
-        root.dict()->value("UIControl").dict()->value("MainDialog").dict()->set(id, entry);
-    }
-    void useRecordedBoxes() {
-        TwSetMessageBoxRunner([this](const TwMessageBoxSetup& s) {
-            boxes.push_back(s);
-            return boxAnswer;
-        });
+        sample.definition.dict()->value("UIControl").dict()->value("MainDialog").dict()->set(id, entry);
     }
 
 private slots:
     void initTestCase() {
-        OrvaSetLogPaths(nullptr, nullptr);
-        // Saved settings live in a folder of the test's own, also when it runs outside CTest.
-        QVERIFY(home.isValid());
-        qputenv("HOME", home.path().toLocal8Bit());
-        qputenv("XDG_CONFIG_HOME", home.filePath("config").toLocal8Bit());
         std::string error;
-        root = TwPlistReadFile(kBundle + "/Contents/Resources/ModelDef.plist", &error);
-        mainDialog = root.dict()->value("UIControl").dict()->value("MainDialog");
-        QVERIFY2(mainDialog.isDictionary(), error.c_str());
-        def = SampleModelDef(root);
-        capabilities = TwPlistReadFile(kBundle + "/Contents/Resources/Capabilities.plist", &error);
-        QVERIFY2(capabilities.isDictionary(), error.c_str());
+        QVERIFY2(sample.read(&error), error.c_str());
+        mainDialog = sample.definition.dict()->value("UIControl").dict()->value("MainDialog").deepCopy();
     }
-
     void init() {
-        // Every case starts with no saved settings.
-        QDir(home.filePath("config")).removeRecursively();
-        root.dict()->value("UIControl").dict()->set("MainDialog", mainDialog.deepCopy());
+        sample.reset();
+        sample.definition.dict()->value("UIControl").dict()->set("MainDialog", mainDialog.deepCopy());
         g_events.clear();
-        g_prescanImages = {};
-        boxes.clear();
-        boxAnswer = kVmxAnswerOK;
-        TwSetMessageBoxRunner({});
-        TwainDialogController::setUrlOpener({});
     }
 
     // ---- Tabs ----
@@ -189,9 +111,9 @@ private slots:
 
         // The next showing starts again from the full set with the form's labels.
         ui->hideUi();
-        root.dict()->value("UIControl").dict()->set("MainDialog", mainDialog.deepCopy());
+        sample.definition.dict()->value("UIControl").dict()->set("MainDialog", mainDialog.deepCopy());
         setTab("ControlSheet", TwValue::dictionary({{"hidden", true}}));
-        ui->setDataWithDictionary(capabilities.deepCopy(), 0);
+        ui->setDataWithDictionary(sample.capabilities.deepCopy(), 0);
         ui->showUi(true, false, false);
         QCOMPARE(w->tabIdentifiers(), (QStringList{"Basic", "Common", "Layout", "BinaryImage", "GrayImage",
                                                    "ColorImage", "Feed", "Area"}));
@@ -341,9 +263,9 @@ private slots:
         QCOMPARE(codes(), sent);
         if (!sent.empty() && sent[0] != kVmxEventPrescan)
             QCOMPARE(g_events[0].data, static_cast<void*>(ui->controllerIfMade()));
-        QCOMPARE(stored("untitle profile").isDictionary(), saves);
+        QCOMPARE(SampleScanner::stored("untitle profile").isDictionary(), saves);
         if (saves)
-            QCOMPARE(stored("untitle profile").dict()->value("Resolution"), TwValue(400));
+            QCOMPARE(SampleScanner::stored("untitle profile").dict()->value("Resolution"), TwValue(400));
         if (sent == Codes{kVmxEventClosed}) {
             QVERIFY(!ui->controllerIfMade()->isModal());
             QCOMPARE(TwApplication::modalWindow(), nullptr);
@@ -355,16 +277,12 @@ private slots:
     }
 
     void aRejectedEntryStopsOKScanAndSave() {
-        QStringList alerts;
-        TwSetFormatterAlert([&](QWidget*, const QString& message) { alerts << message; });
         auto ui = shown(false, true);
         TwDlgMain* w = window(*ui);
         w->tableMain()->setCurrentIndex(w->tabIdentifiers().indexOf(QStringLiteral("Area")));
         auto* width = w->view(QStringLiteral("Area"))->findChild<QLineEdit*>(QStringLiteral("txtWidth"));
         QVERIFY(width && width->isVisible());
-        width->setFocus();
-        width->selectAll();
-        QTest::keyClicks(width, QStringLiteral("9999")); // wider than any paper
+        retype(width, QStringLiteral("9999")); // wider than any paper
         bool prompted = false;
         auto nameDialog = whenModal<TwDlgSaveSetting>([&](TwDlgSaveSetting* d) {
             prompted = true;
@@ -375,16 +293,14 @@ private slots:
         ui->controllerIfMade()->onSaveSetting();
         QVERIFY(g_events.empty());
         QVERIFY(!prompted);
-        QVERIFY(stored("untitle profile").isNull());
-        QCOMPARE(alerts.size(), 3);
+        QVERIFY(SampleScanner::stored("untitle profile").isNull());
+        QCOMPARE(sample.alerts.size(), 3);
         QCOMPARE(w->focusWidget(), width);
 
         // A valid entry lets OK through.
-        width->selectAll();
-        QTest::keyClicks(width, QStringLiteral("100"));
+        retype(width, QStringLiteral("100"));
         QTest::mouseClick(w->btnOK(), Qt::LeftButton);
         QCOMPARE(codes(), Codes{kVmxEventClosed});
-        TwSetFormatterAlert({});
         ui->hideUi();
     }
 
@@ -430,21 +346,21 @@ private slots:
 
     // The untitled setting cannot be deleted; another is deleted once the user says OK.
     void deletingASetting() {
-        useRecordedBoxes();
+        sample.recordBoxes();
         auto ui = shown();
         const int before = ui->model()->ProfileCount();
         QTest::mouseClick(window(*ui)->btnDelete(), Qt::LeftButton);
         QCOMPARE(ui->model()->ProfileCount(), before);
-        QCOMPARE(boxes.back().message, QStringLiteral("The untitled setting cannot be deleted."));
+        QCOMPARE(sample.boxes.back().message, QStringLiteral("The untitled setting cannot be deleted."));
 
         ui->model()->AddCustomProfile("Receipts");
-        boxAnswer = kVmxAnswerCancel;
+        sample.boxAnswer = kVmxAnswerCancel;
         ui->controllerIfMade()->onDeleteSetting();
         QVERIFY(ui->model()->IsProfileExist("Receipts"));
-        QCOMPARE(boxes.back().message,
+        QCOMPARE(sample.boxes.back().message,
                  QStringLiteral("Are you sure you want to delete the setting \"Receipts\"?"));
-        QCOMPARE(boxes.back().messageType, 0x40002u);
-        boxAnswer = kVmxAnswerOK;
+        QCOMPARE(sample.boxes.back().messageType, 0x40002u);
+        sample.boxAnswer = kVmxAnswerOK;
         ui->controllerIfMade()->onDeleteSetting();
         QVERIFY(!ui->model()->IsProfileExist("Receipts"));
         ui->hideUi();
@@ -461,35 +377,6 @@ private slots:
         ui->hideUi();
     }
 
-    // ---- Prescan images ----
-
-    // The module frees the delivered images (the sanitizer build would report a leak otherwise),
-    // also ones it refuses; a rescan without a callback sends nothing.
-    void prescanAndRescanTakeOverTheImages() {
-        auto ui = shown();
-        std::uint32_t frontLength = 0, backLength = 0;
-        g_prescanImages.front.pDIB = makeBitmap(24, 3937, &frontLength);
-        g_prescanImages.front.imageLength = frontLength;
-        g_prescanImages.back.pDIB = makeBitmap(8, 0, &backLength); // no resolution: still freed
-        g_prescanImages.back.imageLength = backLength;
-        QTest::mouseClick(window(*ui)->btnPrescan(), Qt::LeftButton);
-        g_prescanImages.back = {};
-        g_prescanImages.front.pDIB = makeBitmap(24, 3937, &frontLength);
-        ui->controllerIfMade()->previewRescan();
-        QCOMPARE(codes(), (Codes{kVmxEventPrescan, kVmxEventPreviewRescan}));
-        g_prescanImages = {};
-        ui->setCallback(nullptr);
-        ui->controllerIfMade()->previewRescan();
-        QCOMPARE(g_events.size(), std::size_t(2));
-
-        TwPreviewRecord record{};
-        record.front.pDIB = std::malloc(8); // too short to be a bitmap: refused, still freed
-        record.front.imageLength = 8;
-        ui->controllerIfMade()->setPreviewImages(&record);
-        QCOMPARE(record.front.pDIB, nullptr);
-        ui->hideUi();
-    }
-
     // ---- Progress ----
 
     void theProgressPanelFollowsTheScan() {
@@ -501,15 +388,14 @@ private slots:
         QVERIFY(panel && panel->isVisible() && panel->isAnimating() && panel->btnStop()->isHidden());
         QCOMPARE(panel->windowModality(), Qt::WindowModal);
 
-        std::uint32_t record[3] = {0, 120, 30};
-        ui->setProgress(record);
-        QCOMPARE(panel->progressIndicator()->maximum(), 120);
-        QCOMPARE(panel->progressIndicator()->value(), 30);
-        std::uint32_t empty[3] = {0, 0, 0};
-        ui->setProgress(empty);
-        // 0 of 0: an empty determinate bar, not a busy one.
-        QVERIFY(panel->progressIndicator()->maximum() > 0);
-        QCOMPARE(panel->progressIndicator()->value(), 0);
+        // n of m; 0 of 0 is an empty determinate bar, not a busy one.
+        for (std::uint32_t total : {120u, 0u}) {
+            const std::uint32_t record[3] = {0, total, total / 4};
+            ui->setProgress(record);
+            const int max = panel->progressIndicator()->maximum();
+            QVERIFY2(total ? max == int(total) : max > 0, qPrintable(QString::number(max)));
+            QCOMPARE(panel->progressIndicator()->value(), int(total / 4));
+        }
         ui->hideProgressDialog();
         QVERIFY(!panel->isVisible() && !panel->isAnimating());
 
@@ -526,8 +412,7 @@ private slots:
         auto ui = loaded();
         ui->showProgressDialog();
         auto* panel = ui->controllerIfMade()->scanningPanel();
-        QVERIFY(panel && panel->isVisible());
-        QVERIFY(panel->btnStop()->isHidden());
+        QVERIFY(panel && panel->isVisible() && panel->btnStop()->isHidden());
         QCOMPARE(panel->windowModality(), Qt::NonModal);
         ui->hideProgressDialog();
         QVERIFY(!panel->isVisible());
@@ -542,9 +427,10 @@ private slots:
 
     void helpOpensTheDataSourcesBookOrSaysItIsMissing() {
         TwainDialogController c;
+        QVERIFY(!c.registerHelp(
+            {QStringLiteral("/nonexistent"), QString::fromStdString(SampleScanner::kBundle) + "/Contents"}));
         QVERIFY(
-            !c.registerHelp({QStringLiteral("/nonexistent"), QString::fromStdString(kBundle) + "/Contents"}));
-        QVERIFY(c.registerHelp({QStringLiteral("/nonexistent"), QString::fromStdString(kBundle)}));
+            c.registerHelp({QStringLiteral("/nonexistent"), QString::fromStdString(SampleScanner::kBundle)}));
         QCOMPARE(c.helpBookName(), QStringLiteral("Orvanic VMX-S Scanner Help"));
 
         QUrl opened;
@@ -559,7 +445,7 @@ private slots:
                  qPrintable(opened.toString()));
         ui->hideUi();
 
-        useRecordedBoxes();
+        sample.recordBoxes();
         opened.clear();
         QTemporaryDir empty;
         QDir(empty.path()).mkpath(QStringLiteral("Contents/Resources"));
@@ -567,8 +453,8 @@ private slots:
         bare->showUi(true, false, false);
         bare->controllerIfMade()->onHelp();
         QVERIFY(opened.isEmpty());
-        QCOMPARE(boxes.size(), std::size_t(1));
-        QCOMPARE(boxes[0].message, QStringLiteral("IDS_ERR_HELPFILE_LOAD")); // no string table here
+        QCOMPARE(sample.boxes.size(), std::size_t(1));
+        QCOMPARE(sample.boxes[0].message, QStringLiteral("IDS_ERR_HELPFILE_LOAD")); // no string table here
         bare->hideUi();
     }
 
@@ -607,39 +493,21 @@ private slots:
     }
 
     // The title is a key of the string table and the message the box's informative text; the
-    // answer is the same on the main thread and from a worker.
-    void aMessageBoxAnswersTheSameFromAnyThread() {
+    // answer is the button pressed, from a worker too.
+    void aMessageBoxAnswersTheButtonFromAnyThread() {
         auto ui = loaded();
-        QString text, informative;
-        auto cancel = [&] {
-            return whenModal<QMessageBox>([&](QMessageBox* box) {
-                text = box->text();
-                informative = box->informativeText();
-                buttonTitled(box, "Cancel")->click();
-            });
-        };
-        auto t1 = cancel();
-        QCOMPARE(ui->showMessageBox("Replace the paper?", "IDS_CAPTION_SAVESETTING", 0x40002),
-                 int(kVmxAnswerCancel));
-        QCOMPARE(text, QStringLiteral("Save Setting"));
-        QCOMPARE(informative, QStringLiteral("Replace the paper?"));
-        auto t2 = cancel();
-        std::atomic_int fromWorker{-1};
-        std::thread worker([&] { fromWorker = ui->showMessageBox("Replace the paper?", "", 0x40002); });
-        QTRY_VERIFY(fromWorker.load() != -1);
+        QStringList texts;
+        auto timer = whenModal<QMessageBox>([&](QMessageBox* box) {
+            texts = {box->text(), box->informativeText()};
+            buttonTitled(box, "Cancel")->click();
+        });
+        std::atomic_int answer{-1};
+        std::thread worker(
+            [&] { answer = ui->showMessageBox("Replace the paper?", "IDS_CAPTION_SAVESETTING", 0x40002); });
+        QTRY_VERIFY(answer.load() != -1);
         worker.join();
-        QCOMPARE(fromWorker.load(), int(kVmxAnswerCancel));
-    }
-
-    void aPolledBoxFromTheFacadeEndsAsTheCallbackSays() {
-        auto ui = loaded();
-        g_pollAnswers = {kVmxResultContinue, kVmxResultContinue, 0};
-        QCOMPARE(ui->showMessageBox("Waiting for the scanner", "", 0x2, 0x4242, 10), int(kVmxAnswerCancel));
-        QCOMPARE(codes(), (Codes{0x4242, 0x4242, 0x4242}));
-        g_pollAnswers = {0xFFFF}; // -1: the third button
-        QCOMPARE(ui->showMessageBox("x", "", 0x5, 0x4242, 10), 0);
-        g_pollAnswers = {1};
-        QCOMPARE(ui->showMessageBox("x", "", 0x105, 0x4242, 10), int(kVmxAnswerStop));
+        QCOMPARE(answer.load(), int(kVmxAnswerCancel));
+        QCOMPARE(texts, (QStringList{"Save Setting", "Replace the paper?"}));
     }
 
     // ---- Scripts ----

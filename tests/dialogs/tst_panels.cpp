@@ -9,6 +9,7 @@
 #include "TwDlgCustom.h"
 #include "TwDlgMain.h"
 #include "TwDlgPageOrder.h"
+#include "TwDlgPaperSize.h"
 #include "TwDlgSaveSetting.h"
 #include "TwEditCommit.h"
 #include "TwMessageBox.h"
@@ -28,9 +29,6 @@
 #include <QUrl>
 
 namespace {
-std::uint16_t ignoreEvents(std::uint16_t, void*) {
-    return 0;
-}
 
 // Counts the notices of one key path.
 class NoticeCounter : public TwKeyValueObserver {
@@ -54,9 +52,7 @@ private:
 // dialog stays open. Whether it stayed is noted.
 std::unique_ptr<QTimer> typeNameAndPressOK(const QString& text, bool* stayed) {
     return whenModal<TwDlgSaveSetting>([text, stayed](TwDlgSaveSetting* d) {
-        QLineEdit* edit = d->cmbNames()->lineEdit();
-        edit->selectAll();
-        QTest::keyClicks(edit, text);
+        retype(d->cmbNames()->lineEdit(), text);
         QTest::mouseClick(d->btnOK(), Qt::LeftButton);
         *stayed = d->isVisible();
         if (*stayed)
@@ -68,36 +64,16 @@ std::unique_ptr<QTimer> typeNameAndPressOK(const QString& text, bool* stayed) {
 class TestPanels : public QObject {
     Q_OBJECT
     SampleScanner sample;
-    std::vector<TwMessageBoxSetup> boxes;
-    QList<int> boxAnswers; // answers of the boxes to come; OK once they run out
-
-    void recordBoxes() {
-        TwSetMessageBoxRunner([this](const TwMessageBoxSetup& s) {
-            boxes.push_back(s);
-            return boxAnswers.isEmpty() ? int(kVmxAnswerOK) : boxAnswers.takeFirst();
-        });
-    }
-    QStringList boxTexts() const {
-        QStringList texts;
-        for (auto& b : boxes)
-            texts << b.message;
-        return texts;
-    }
 
 private slots:
     void initTestCase() {
-        TwBundle::setModuleBundlePath(VMX_BUNDLE_DIR); // the page-order pictures
         std::string error;
         QVERIFY2(sample.read(&error), error.c_str());
     }
-
     void init() {
-        SampleScanner::forgetPreferences();
-        boxes.clear();
-        boxAnswers.clear();
-        recordBoxes();
+        sample.reset();
+        sample.recordBoxes();
     }
-    void cleanup() { TwSetMessageBoxRunner({}); }
 
     // ---- The name dialog ----
 
@@ -132,17 +108,17 @@ private slots:
         QFETCH(QList<int>, answers);
         QFETCH(QStringList, messages);
         QFETCH(QString, saved);
-        auto ui = sample.load(&ignoreEvents);
+        auto ui = sample.load();
         ui->showUi(true, false, false);
         TwainDialogData* model = ui->model().get();
         model->AddCustomProfile("Receipts");
         const int before = model->ProfileCount();
-        boxAnswers = answers;
+        sample.boxAnswers = answers;
         bool stayed = false;
         auto timer = typeNameAndPressOK(typed, &stayed);
         QTest::mouseClick(ui->controllerIfMade()->windowIfLoaded()->btnSave(), Qt::LeftButton);
-        QCOMPARE(boxTexts(), messages);
-        for (auto& box : boxes)
+        QCOMPARE(sample.boxMessages(), messages);
+        for (auto& box : sample.boxes)
             QCOMPARE(box.messageType, box.buttons.size() == 1 ? 0x20001u : 0x40002u);
         QCOMPARE(stayed, saved.isEmpty());
         if (saved.isEmpty()) {
@@ -161,7 +137,7 @@ private slots:
     // The dialog offers the saved names and starts empty; at fifty settings only an existing
     // name can still be saved.
     void theFiftyFirstSettingIsRefused() {
-        auto ui = sample.load(&ignoreEvents);
+        auto ui = sample.load();
         ui->showUi(true, false, false);
         TwainDialogData* model = ui->model().get();
         for (int i = model->ProfileCount(); i < 50; ++i)
@@ -182,8 +158,8 @@ private slots:
         QCOMPARE(shownName, QString());
         QVERIFY(!stayed);
         QVERIFY(!model->IsProfileExist("One too many"));
-        QCOMPARE(boxes.size(), std::size_t(1));
-        QVERIFY(boxes[0].message.startsWith(QStringLiteral("No more items can be saved")));
+        QCOMPARE(sample.boxes.size(), std::size_t(1));
+        QVERIFY(sample.boxes[0].message.startsWith(QStringLiteral("No more items can be saved")));
 
         timer = typeNameAndPressOK(QStringLiteral("SETTING 7"), &stayed);
         ui->controllerIfMade()->onSaveSetting();
@@ -215,7 +191,7 @@ private slots:
         QFETCH(int, answer);
         QFETCH(QStringList, messages);
         QFETCH(int, result);
-        auto ui = sample.load(&ignoreEvents);
+        auto ui = sample.load();
         TwDlgSaveSetting* d = ui->controller()->dlgSaveSetting();
         d->setType(TwDlgSaveSetting::GammaName);
         QCOMPARE(d->windowTitle(), QStringLiteral("Save Gamma As"));
@@ -224,7 +200,7 @@ private slots:
         d->setNameList({QStringLiteral("Soft"), QStringLiteral("Hard")});
         d->setName(QStringLiteral("Hard"));
         if (answer)
-            boxAnswers = {answer};
+            sample.boxAnswers = {answer};
         bool stayed = false;
         QString shown;
         auto timer = whenModal<TwDlgSaveSetting>([&](TwDlgSaveSetting* dialog) {
@@ -240,7 +216,7 @@ private slots:
         QCOMPARE(d->runModal(), result);
         QCOMPARE(shown, QStringLiteral("Hard"));
         QCOMPARE(stayed, result == 0);
-        QCOMPARE(boxTexts(), messages);
+        QCOMPARE(sample.boxMessages(), messages);
         if (result == 1)
             QCOMPARE(d->name(), typed);
 
@@ -254,29 +230,20 @@ private slots:
 
     void everyButtonOpensItsPanel_data() {
         QTest::addColumn<QString>("tab"); // empty: a button of the main panel
-        QTest::addColumn<QString>("button");
         QTest::addColumn<QString>("panel");
-        QTest::newRow("Save...") << ""
-                                 << "btnSave"
-                                 << "TwDlgSaveSetting";
-        QTest::newRow("About...") << ""
-                                  << "btnAbout"
-                                  << "TwDlgAbout";
-        QTest::newRow("Customize...") << ""
-                                      << "btnCustomize"
-                                      << "TwDlgCustom";
-        QTest::newRow("double exposure Settings...") << "Layout"
-                                                     << "btnDoubleExposureCfg"
-                                                     << "TwDlgDoubleExposure";
-        QTest::newRow("page separation Settings...") << "Layout"
-                                                     << "btnPageSeparationCfg"
-                                                     << "TwDlgPageSeparation";
+        QTest::newRow("btnSave") << QString() << QStringLiteral("TwDlgSaveSetting");
+        QTest::newRow("btnAbout") << QString() << QStringLiteral("TwDlgAbout");
+        QTest::newRow("btnCustomize") << QString() << QStringLiteral("TwDlgCustom");
+        QTest::newRow("btnDoubleExposureCfg")
+            << QStringLiteral("Layout") << QStringLiteral("TwDlgDoubleExposure");
+        QTest::newRow("btnPageSeparationCfg")
+            << QStringLiteral("Layout") << QStringLiteral("TwDlgPageSeparation");
     }
     void everyButtonOpensItsPanel() {
         QFETCH(QString, tab);
-        QFETCH(QString, button);
         QFETCH(QString, panel);
-        auto ui = sample.load(&ignoreEvents);
+        const QString button = QString::fromLatin1(QTest::currentDataTag());
+        auto ui = sample.load();
         ui->showUi(true, false, false);
         TwDlgMain* w = ui->controllerIfMade()->windowIfLoaded();
         // The Settings... buttons work while their option is on (double exposure: on a duplex source).
@@ -308,10 +275,10 @@ private slots:
             return true;
         });
         TwainDialogController::setHelpRoot(QStringLiteral("/nonexistent-help-root"));
-        auto ui = sample.load(&ignoreEvents);
+        auto ui = sample.load();
         auto* c = ui->controller();
         for (TwPanel* panel : std::initializer_list<TwPanel*>{c->dlgCustom(), c->dlgDoubleExposure(),
-                                                              c->dlgPageSeparation()}) {
+                                                              c->dlgPageSeparation(), c->dlgPaperSize()}) {
             auto timer = whenModal<TwPanel>([](TwPanel* p) {
                 QTest::mouseClick(p->findChild<QPushButton*>("btnHelp"), Qt::LeftButton);
                 QTest::keyClick(p, Qt::Key_Escape);
@@ -319,7 +286,7 @@ private slots:
             panel->runModal();
         }
         TwainDialogController::setUrlOpener({});
-        QCOMPARE(opened.size(), 3);
+        QCOMPARE(opened.size(), 4);
         for (const QUrl& url : opened)
             QVERIFY(url.toLocalFile().endsWith(QStringLiteral("Resources/help/HelpBook/index.html")));
     }
@@ -329,7 +296,7 @@ private slots:
     // The data source's version texts and the scanner's; a bundle without them shows none, and
     // the panel leaves no binding behind.
     void theAboutPanelShowsTheVersions() {
-        auto ui = sample.load(&ignoreEvents);
+        auto ui = sample.load();
         TwainDialogData* model = ui->model().get();
         const std::size_t observations = model->observationCount();
         QStringList texts;
@@ -371,7 +338,7 @@ private slots:
     void doubleExposureStoresWhatWasPicked() {
         QFETCH(int, paperIndex);
         QFETCH(bool, ok);
-        auto ui = sample.load(&ignoreEvents);
+        auto ui = sample.load();
         const TwValue papers = ui->dataForKeyPath("content.PaperSizeAllPlusNone");
         QVERIFY(papers.list() && papers.list()->size() > 5);
         auto valueAt = [&](int i) {
@@ -397,7 +364,7 @@ private slots:
     }
 
     void pageSeparationStoresTheOrderOnOK() {
-        auto ui = sample.load(&ignoreEvents);
+        auto ui = sample.load();
         ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.Layout.PageSeparation.PageOrder", 1}}));
         for (bool ok : {false, true}) {
             int shown = -1;
@@ -421,7 +388,7 @@ private slots:
     // 5.0 mm shows 5.0; in inches about 0.19685, stored again as 50 tenths, not 49. An entry of
     // 0.1 in is stored as 25 (2.54 mm, cut to tenths). The margins are saved; Cancel stores nothing.
     void customizeConvertsAndStoresTheMargins() {
-        auto ui = sample.load(&ignoreEvents);
+        auto ui = sample.load();
         ui->setDataWithKeyPathValue(TwValue::dictionary({{"Customize.BorderRemoval.left", 50}}));
         TwDlgCustom* custom = ui->controller()->dlgCustom();
         QCOMPARE(custom->unit(), std::uint32_t(TwDlgCustom::Millimetre));
@@ -433,10 +400,7 @@ private slots:
             emit d->cmbUnit()->activated(d->cmbUnit()->currentIndex());
             inches = d->margin("removalLeft");
             shownInches = d->field("removalLeft")->text();
-            QLineEdit* top = d->field("removalTop");
-            top->setFocus();
-            top->selectAll();
-            QTest::keyClicks(top, "0.1");
+            retype(d->field("removalTop"), "0.1");
             QTest::mouseClick(d->btnOK(), Qt::LeftButton);
         });
         custom->runModal();
@@ -465,7 +429,7 @@ private slots:
 
     // The unit set to itself tells nobody; another unit tells each margin once.
     void aUnitSetToItselfSendsNoNotices() {
-        auto ui = sample.load(&ignoreEvents);
+        auto ui = sample.load();
         TwDlgCustom* custom = ui->controller()->dlgCustom();
         custom->bindControlAll();
         std::vector<std::unique_ptr<NoticeCounter>> counters;
@@ -490,24 +454,18 @@ private slots:
 
     // A margin beyond the model's limit (shadows up to 25.4 mm) is refused and nothing is stored.
     void aMarginBeyondItsLimitIsRefused() {
-        QStringList alerts;
-        TwSetFormatterAlert([&](QWidget*, const QString& message) { alerts << message; });
-        auto ui = sample.load(&ignoreEvents);
+        auto ui = sample.load();
         bool stayed = false;
         auto timer = whenModal<TwDlgCustom>([&](TwDlgCustom* d) {
-            QLineEdit* shadow = d->field("shadowRight");
-            shadow->setFocus();
-            shadow->selectAll();
-            QTest::keyClicks(shadow, "30");
+            retype(d->field("shadowRight"), "30");
             QTest::mouseClick(d->btnOK(), Qt::LeftButton);
             stayed = d->isVisible();
             QTest::mouseClick(d->btnCancel(), Qt::LeftButton);
         });
         ui->controller()->onCustomize();
-        TwSetFormatterAlert({});
         QVERIFY(stayed);
-        QCOMPARE(alerts.size(), 1);
-        QVERIFY2(alerts[0].contains("25.4"), qPrintable(alerts[0]));
+        QCOMPARE(sample.alerts.size(), 1);
+        QVERIFY2(sample.alerts[0].contains("25.4"), qPrintable(sample.alerts[0]));
         QCOMPARE(ui->dataForKeyPath("Customize.RemoveShadow.right"), TwValue(30));
         QVERIFY(SampleScanner::stored("customize").isNull());
     }
@@ -517,7 +475,7 @@ private slots:
     void pictures() {
         if (dialogShotsFolder().isEmpty())
             QSKIP("VMX_DIALOG_SHOTS names no folder");
-        auto ui = sample.load(&ignoreEvents);
+        auto ui = sample.load();
         ui->showUi(true, false, false);
         auto* c = ui->controllerIfMade();
         QStringList saved;
@@ -530,16 +488,14 @@ private slots:
         };
         ui->setDataWithKeyPathValue(
             TwValue::dictionary({{"Customize.BorderRemoval.left", 50}, {"Customize.RemoveShadow.top", 15}}));
-        auto t1 = take("Customize");
-        c->onCustomize();
-        auto t2 = take("About");
-        c->onAbout();
-        auto t3 = take("DoubleExposure");
-        c->onDoubleExposure();
-        auto t4 = take("PageSeparation");
-        c->onPageSeparetion();
-        auto t5 = take("SaveSetting");
-        c->onSaveSetting();
+        for (auto [panel, action] : {std::pair{"Customize", "onCustomize"},
+                                     {"About", "onAbout"},
+                                     {"DoubleExposure", "onDoubleExposure"},
+                                     {"PageSeparation", "onPageSeparetion"},
+                                     {"SaveSetting", "onSaveSetting"}}) {
+            auto timer = take(panel);
+            c->performAction(QLatin1String(action));
+        }
         c->onStart(); // a scan shows the Stop button
         ui->showProgressDialog();
         const std::uint32_t progress[3] = {0, 5, 2};

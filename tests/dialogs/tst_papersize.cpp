@@ -1,7 +1,8 @@
 // The custom paper-size dialog with the sample scanner: names, the feeder clamp, the limit of 50,
 // overwriting, units, the limit labels, deleting and what stays selected, the list being the
 // model's own, what persists, and what the main dialog's paper selection does afterwards.
-#include "EditorTestSupport.h"
+#include "DialogTestSupport.h"
+#include "SampleTestSupport.h"
 #include "TwDlgMain.h"
 #include "TwDlgPaperSize.h"
 #include "TwPaperSizeTableModel.h"
@@ -13,6 +14,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
+#include <QTest>
 
 namespace {
 // The sample feeder in millimetres (its definition gives inches).
@@ -37,99 +39,81 @@ class TestPaperSize : public QObject {
     static TwValue papers(VmxUIControllerImpl& ui) { return ui.model()->customPaperSize(); }
 
 private slots:
-    void initTestCase() { QVERIFY(scanner.load()); }
-    void init() { scanner.reset(); }
-    void cleanupTestCase() { TwSetMessageBoxRunner({}); }
+    void initTestCase() {
+        std::string error;
+        QVERIFY2(scanner.read(&error), error.c_str());
+    }
+    void init() {
+        scanner.reset();
+        scanner.recordBoxes();
+    }
 
-    // Names are trimmed and at most 32 characters; a blank one asks for a name.
-    void names_data() {
+    // Save trims the name (32 characters at most, a blank one asks for a name), rounds the size to
+    // tenths of a millimetre and holds it within the feeder's limits, also with a flatbed that
+    // takes other sizes; inches are saved as millimetres.
+    void whatSaveStores_data() {
         QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("saved");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("32 characters") << QString(32, 'n') << QString(32, 'n') << QString();
-        QTest::newRow("33 characters")
-            << QString(33, 'n') << QString() << QStringLiteral("The name must be 32 characters or fewer.");
-        QTest::newRow("trimmed to 32") << "  " + QString(32, 't') + " " << QString(32, 't') << QString();
-        QTest::newRow("blank") << QStringLiteral("   ") << QString()
-                               << QStringLiteral("Please enter a name.");
-    }
-    void names() {
-        QFETCH(QString, name);
-        QFETCH(QString, saved);
-        QFETCH(QString, message);
-        auto ui = scanner.facade();
-        auto* dialog = ui->controller()->dlgPaperSize();
-        runWith(dialog, [&](TwDlgPaperSize* d) {
-            enter(d, name.toStdString(), 100.0, 150.0);
-            d->onSave();
-            d->onClose();
-        });
-        QCOMPARE(papers(*ui).list()->size(), std::size_t(saved.isEmpty() ? 0 : 1));
-        if (!saved.isEmpty())
-            QCOMPARE(papers(*ui).list()->front().dict()->value("Name"), TwValue(saved.toStdString()));
-        QCOMPARE(scanner.boxes.size(), std::size_t(message.isEmpty() ? 0 : 1));
-        if (!message.isEmpty()) {
-            QCOMPARE(scanner.boxes[0].message, message);
-            QCOMPARE(scanner.boxes[0].messageType, 0x20001u);
-        }
-    }
-
-    // A size reaching Save is rounded to tenths of a millimetre and held within the feeder's
-    // limits, also with a flatbed that takes other sizes; inches are saved as millimetres.
-    void sizesAreRoundedAndClampedToTheFeeder_data() {
         QTest::addColumn<bool>("flatbed");
         QTest::addColumn<int>("unit");
-        QTest::addColumn<double>("width");
-        QTest::addColumn<double>("length");
-        QTest::addColumn<double>("savedWidth");
-        QTest::addColumn<double>("savedLength");
-        QTest::newRow("within") << true << 1 << 100.04 << 150.05 << 100.0 << 150.1;
-        QTest::newRow("too wide, too short") << true << 1 << 300.0 << 10.0 << kMaxWidth << kMinLength;
-        QTest::newRow("too narrow, too long") << false << 1 << 1.0 << 9000.0 << kMinWidth << kMaxLength;
-        QTest::newRow("inches") << true << 0 << 4.0 << 6.0 << 101.6 << 152.4;
+        QTest::addColumn<QSizeF>("size");
+        QTest::addColumn<QString>("savedName"); // empty: nothing saved
+        QTest::addColumn<QSizeF>("saved");
+        QTest::addColumn<QString>("message");
+        const QSizeF card(100, 150);
+        QTest::newRow("32 characters")
+            << QString(32, 'n') << true << 1 << card << QString(32, 'n') << card << "";
+        QTest::newRow("33 characters") << QString(33, 'n') << true << 1 << card << "" << card
+                                       << "The name must be 32 characters or fewer.";
+        QTest::newRow("trimmed to 32")
+            << "  " + QString(32, 't') + " " << true << 1 << card << QString(32, 't') << card << "";
+        QTest::newRow("blank") << "   " << true << 1 << card << "" << card << "Please enter a name.";
+        QTest::newRow("rounded to tenths")
+            << "Custom" << true << 1 << QSizeF(100.04, 150.05) << "Custom" << QSizeF(100.0, 150.1) << "";
+        QTest::newRow("too wide, too short")
+            << "Custom" << true << 1 << QSizeF(300, 10) << "Custom" << QSizeF(kMaxWidth, kMinLength) << "";
+        QTest::newRow("too narrow, too long, no flatbed")
+            << "Custom" << false << 1 << QSizeF(1, 9000) << "Custom" << QSizeF(kMinWidth, kMaxLength) << "";
+        QTest::newRow("inches") << "Custom" << true << 0 << QSizeF(4, 6) << "Custom" << QSizeF(101.6, 152.4)
+                                << "";
     }
-    void sizesAreRoundedAndClampedToTheFeeder() {
+    void whatSaveStores() {
+        QFETCH(QString, name);
         QFETCH(bool, flatbed);
         QFETCH(int, unit);
-        QFETCH(double, width);
-        QFETCH(double, length);
-        QFETCH(double, savedWidth);
-        QFETCH(double, savedLength);
-        auto ui = scanner.facade(flatbed);
+        QFETCH(QSizeF, size);
+        QFETCH(QString, savedName);
+        QFETCH(QSizeF, saved);
+        QFETCH(QString, message);
+        auto ui = scanner.load(nullptr, flatbed);
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             d->ownValues().setValueForKeyPath(unit, "unit");
-            enter(d, "Custom", width, length);
+            enter(d, name.toStdString(), size.width(), size.height());
             d->onSave();
             d->onClose();
         });
-        const TwDictionary* saved = papers(*ui).list()->front().dict();
-        QCOMPARE(saved->value("Width").doubleValue(), double(float(savedWidth)));
-        QCOMPARE(saved->value("Length").doubleValue(), double(float(savedLength)));
+        QCOMPARE(scanner.boxMessages(), message.isEmpty() ? QStringList() : QStringList{message});
+        for (auto& box : scanner.boxes)
+            QCOMPARE(box.messageType, 0x20001u);
+        QCOMPARE(papers(*ui).list()->size(), std::size_t(savedName.isEmpty() ? 0 : 1));
+        if (!savedName.isEmpty())
+            QCOMPARE(papers(*ui).list()->front(),
+                     paper(savedName.toStdString(), float(saved.width()), float(saved.height())));
     }
 
     // The fifty-first new paper is refused; a paper of the same name is saved over after a Yes,
     // also at fifty, and left alone after a No.
     void fiftyPapersAndOverwriting() {
-        auto ui = scanner.facade();
+        auto ui = scanner.load();
         for (int i = 0; i < 50; ++i)
             papers(*ui).list()->push_back(paper("Paper " + std::to_string(i), 100, 100));
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             enter(d, "One too many", 120, 120);
             d->onSave();
             QCOMPARE(d->papersModel()->rowCount(), 50);
-            QCOMPARE(scanner.boxes.back().message,
-                     QStringLiteral(
-                         "No more items can be saved. Delete an item you no longer need and try again."));
-
-            scanner.boxAnswer = kVmxAnswerNo;
+            scanner.boxAnswers = {kVmxAnswerNo, kVmxAnswerYes};
             enter(d, "Paper 7", 120, 130);
             d->onSave();
             QCOMPARE(d->papersModel()->paper(7).dict()->value("Width"), TwValue(100));
-            QCOMPARE(scanner.boxes.back().message,
-                     QStringLiteral("\"Paper 7\" already exists. Do you want to overwrite it?"));
-            QCOMPARE(scanner.boxes.back().messageType, 0x40003u);
-
-            scanner.boxAnswer = kVmxAnswerYes;
             d->onSave();
             QCOMPARE(d->papersModel()->rowCount(), 50);
             QCOMPARE(d->papersModel()->paper(7).dict()->value("Length"), TwValue(130));
@@ -137,22 +121,26 @@ private slots:
             QVERIFY(d->addedPaperSize().isEmpty());
             d->onClose();
         });
-        QCOMPARE(scanner.boxes.size(), std::size_t(3));
+        const QString overwrite = QStringLiteral("\"Paper 7\" already exists. Do you want to overwrite it?");
+        QCOMPARE(scanner.boxMessages(),
+                 (QStringList{"No more items can be saved. Delete an item you no longer need and try again.",
+                              overwrite, overwrite}));
+        QCOMPARE(scanner.boxes.back().messageType, 0x40003u);
         QCOMPARE(SampleScanner::stored("custom papers").list()->at(7).dict()->value("Length"), TwValue(130));
     }
 
     // Millimetres to inches and back multiplies back what was divided; the field ranges, the
     // limit labels and the list follow the unit.
     void switchingUnits() {
-        auto ui = scanner.facade(false);
+        auto ui = scanner.load(nullptr, false);
         papers(*ui).list()->push_back(paper("Card", 85.6, 54.0));
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             auto* formatter = qobject_cast<const TwainNumberFormatter*>(d->txtWidth()->validator());
+            auto* label = d->findChild<QLabel*>(QStringLiteral("labADFMaxWidth"));
+            const QModelIndex size = d->papersModel()->index(0, TwPaperSizeTableModel::SizeColumn);
             QCOMPARE(d->txtWidth()->text(), QStringLiteral("210.0"));
             QCOMPARE(*formatter->maximum(), 216.0); // 8.504 in, in tenths of a millimetre, truncated
-            auto* label = d->findChild<QLabel*>(QStringLiteral("labADFMaxWidth"));
             QCOMPARE(label->text(), QStringLiteral("216.0"));
-            const QModelIndex size = d->papersModel()->index(0, TwPaperSizeTableModel::SizeColumn);
             QCOMPARE(size.data().toString(), QStringLiteral("85.6 × 54.0"));
 
             d->cmbUnit()->setCurrentIndex(d->cmbUnit()->findText(QStringLiteral("Inches")));
@@ -169,34 +157,26 @@ private slots:
             QCOMPARE(d->ownValues().valueForKeyPath("paperWidth").doubleValue(), 210.0 / 25.4 * 25.4);
             QCOMPARE(d->ownValues().valueForKeyPath("paperLength").doubleValue(), 297.0 / 25.4 * 25.4);
             QCOMPARE(label->text(), QStringLiteral("216.0"));
-            d->onClose();
         });
     }
 
-    // Without a flatbed its four limits show "-"; with one, its own limits.
-    void flatbedLimits_data() {
+    // The flatbed's four limits, "-" without a flatbed; the feeder's beside them.
+    void theLimitLabels_data() {
         QTest::addColumn<bool>("flatbed");
-        QTest::addColumn<QString>("minWidth");
-        QTest::addColumn<QString>("maxLength");
-        QTest::newRow("no flatbed") << false << "-"
-                                    << "-";
-        QTest::newRow("flatbed") << true << "12.7"
-                                 << "296.9";
+        QTest::addColumn<QStringList>("shown"); // flatbed min, max width, min, max length; feeder min length
+        QTest::newRow("no flatbed") << false << QStringList{"-", "-", "-", "-", "50.8"};
+        QTest::newRow("flatbed") << true << QStringList{"12.7", "215.9", "12.7", "296.9", "50.8"};
     }
-    void flatbedLimits() {
+    void theLimitLabels() {
         QFETCH(bool, flatbed);
-        QFETCH(QString, minWidth);
-        QFETCH(QString, maxLength);
-        auto ui = scanner.facade(flatbed);
+        QFETCH(QStringList, shown);
+        auto ui = scanner.load(nullptr, flatbed);
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
-            QCOMPARE(d->findChild<QLabel*>(QStringLiteral("labFlatMinWidth"))->text(), minWidth);
-            QCOMPARE(d->findChild<QLabel*>(QStringLiteral("labFlatMaxLength"))->text(), maxLength);
-            if (!flatbed)
-                for (const char* name : {"labFlatMinLength", "labFlatMaxWidth"})
-                    QCOMPARE(d->findChild<QLabel*>(QLatin1String(name))->text(), QStringLiteral("-"));
-            QCOMPARE(d->findChild<QLabel*>(QStringLiteral("labADFMinLength"))->text(),
-                     QStringLiteral("50.8"));
-            d->onClose();
+            QStringList texts;
+            for (const char* name : {"labFlatMinWidth", "labFlatMaxWidth", "labFlatMinLength",
+                                     "labFlatMaxLength", "labADFMinLength"})
+                texts << d->findChild<QLabel*>(QLatin1String(name))->text();
+            QCOMPARE(texts, shown);
         });
     }
 
@@ -220,7 +200,7 @@ private slots:
         QFETCH(int, answer);
         QFETCH(int, selectedAfter);
         QFETCH(QString, nameShown);
-        auto ui = scanner.facade();
+        auto ui = scanner.load();
         for (int i = 0; i < count; ++i)
             papers(*ui).list()->push_back(paper("P" + std::to_string(i), 100 + i, 200));
         scanner.boxAnswer = answer;
@@ -235,28 +215,25 @@ private slots:
             QCOMPARE(d->txtWidth()->text(), QStringLiteral("%1.0").arg(100 + row));
             QVERIFY(d->btnDelete()->isEnabled());
             QTest::mouseClick(d->btnDelete(), Qt::LeftButton);
-            QCOMPARE(scanner.boxes.size(), std::size_t(1));
-            QCOMPARE(scanner.boxes[0].message,
-                     QStringLiteral("Are you sure you want to delete the paper size \"P%1\"?").arg(row));
+            QCOMPARE(scanner.boxMessages(),
+                     QStringList{
+                         QStringLiteral("Are you sure you want to delete the paper size \"P%1\"?").arg(row)});
             QCOMPARE(scanner.boxes[0].messageType, 0x40002u);
             QCOMPARE(d->selectedRow(), selectedAfter);
             QCOMPARE(d->btnDelete()->isEnabled(), selectedAfter >= 0);
             QCOMPARE(d->txtName()->text(), nameShown);
-            d->onClose();
         });
         const int left = answer == kVmxAnswerOK ? count - 1 : count;
         QCOMPARE(int(papers(*ui).list()->size()), left);
-        QCOMPARE(int(SampleScanner::stored("custom papers").list()
-                         ? SampleScanner::stored("custom papers").list()->size()
-                         : 0),
-                 answer == kVmxAnswerOK ? left : 0);
+        const TwValue stored = SampleScanner::stored("custom papers");
+        QCOMPARE(stored.list() ? int(stored.list()->size()) : 0, answer == kVmxAnswerOK ? left : 0);
     }
 
     // The table presents the model's own list: a paper saved is in the model's array (the same
     // one), saved to the preferences, and read back by a new model as after a restart.
     void theListIsTheModelsAndPersists() {
         {
-            auto ui = scanner.facade();
+            auto ui = scanner.load();
             const TwValue list = papers(*ui);
             runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
                 QCOMPARE(d->papersModel()->papers().list(), list.list());
@@ -272,37 +249,32 @@ private slots:
             });
             QCOMPARE(list.list()->size(), std::size_t(1));
         }
-        auto again = scanner.facade();
-        QCOMPARE(papers(*again).list()->size(), std::size_t(1));
-        const TwDictionary* saved = papers(*again).list()->front().dict();
-        QCOMPARE(saved->value("Name"), TwValue("Receipt"));
-        QCOMPARE(saved->value("Width"), TwValue(80.0));
-        QCOMPARE(saved->value("Length").doubleValue(), double(250.5f));
+        QCOMPARE(papers(*scanner.load()), TwValue::array({paper("Receipt", 80.0, double(250.5f))}));
     }
 
     // From the Basic tab's button with the main dialog modal and modeless: a paper added becomes
     // the selection and appears in the paper lists; deleting the selected custom paper falls
     // back to a standard one and the area follows the new paper.
     void theMainDialogFollows_data() {
-        QTest::addColumn<int>("modal");
-        QTest::newRow("modeless") << 0;
-        QTest::newRow("modal") << 1;
+        QTest::addColumn<bool>("modal");
+        QTest::newRow("modeless") << false;
+        QTest::newRow("modal") << true;
     }
     void theMainDialogFollows() {
-        QFETCH(int, modal);
-        auto ui = scanner.facade(true, modal);
+        QFETCH(bool, modal);
+        auto ui = scanner.load();
+        ui->showUi(true, modal, false);
         QPushButton* custom = ui->controller()
                                   ->windowIfLoaded()
                                   ->view(QStringLiteral("Basic"))
                                   ->findChild<QPushButton*>(QStringLiteral("btnCustom"));
-        auto* dialog = ui->controller()->dlgPaperSize();
         auto add = whenModal<TwDlgPaperSize>([&](TwDlgPaperSize* d) {
             enter(d, "Postcard", 100, 148);
             QTest::mouseClick(d->btnSave(), Qt::LeftButton);
             QTest::mouseClick(d->btnClose(), Qt::LeftButton);
         });
         QTest::mouseClick(custom, Qt::LeftButton);
-        QVERIFY(!dialog->isVisible());
+        QVERIFY(!ui->controller()->dlgPaperSize()->isVisible());
         QCOMPARE(ui->dataForKeyPath("Data.PaperSize"), TwValue("Postcard"));
         const TwValue all = ui->dataForKeyPath("content.PaperSizeAll");
         QCOMPARE(all.list()->back().dict()->value("value"), TwValue("Postcard"));
@@ -321,31 +293,15 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Width").doubleValue(), 210.0);
         ui->hideUi();
     }
-    // Help opens the data source's help book, as the main dialog's Help does.
-    void helpOpensTheHelpBook() {
-        QList<QUrl> opened;
-        TwainDialogController::setUrlOpener([&](const QUrl& url) {
-            opened << url;
-            return true;
-        });
-        auto ui = scanner.facade();
-        runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
-            QTest::mouseClick(d->btnHelp(), Qt::LeftButton);
-            QVERIFY(d->isVisible());
-        });
-        TwainDialogController::setUrlOpener({});
-        QCOMPARE(opened.size(), 1);
-        QVERIFY(opened[0].toLocalFile().endsWith(QStringLiteral("HelpBook/index.html")));
-    }
 
     // VMX_EDITOR_SHOTS=<dir>: the picture of the README, with a few papers in inches.
     void pictureForTheReadme() {
         if (qEnvironmentVariableIsEmpty("VMX_EDITOR_SHOTS"))
             QSKIP("VMX_EDITOR_SHOTS is not set");
-        auto ui = scanner.facade(true);
-        papers(*ui).list()->push_back(paper("Receipt", 80.0, 297.0));
-        papers(*ui).list()->push_back(paper("Postcard", 100.0, 148.0));
-        papers(*ui).list()->push_back(paper("Check", 152.4, 69.8));
+        auto ui = scanner.load();
+        for (const TwValue& p :
+             {paper("Receipt", 80.0, 297.0), paper("Postcard", 100.0, 148.0), paper("Check", 152.4, 69.8)})
+            papers(*ui).list()->push_back(p);
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             d->ownValues().setValueForKeyPath(0, "unit");
             d->selectRow(1);

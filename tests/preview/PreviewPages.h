@@ -12,6 +12,28 @@
 #include <cstdlib>
 #include <cstring>
 
+// The picture as a 24-bit bitmap at the given pixels per metre; the caller (or the module) frees it
+// with free().
+inline void* makeBitmap(const QImage& picture, std::int32_t pelsPerMetre, std::uint32_t* length) {
+    const QImage page = picture.convertToFormat(QImage::Format_BGR888);
+    const std::int32_t width = page.width(), height = page.height();
+    const std::uint32_t stride = std::uint32_t(page.bytesPerLine()); // whole 32-bit words, as a DIB's
+    *length = 40 + stride * std::uint32_t(height);
+    auto* dib = static_cast<unsigned char*>(std::calloc(1, *length));
+    const std::uint32_t headerSize = 40;
+    const std::uint16_t planes = 1, bits = 24;
+    std::memcpy(dib, &headerSize, 4);
+    std::memcpy(dib + 4, &width, 4);
+    std::memcpy(dib + 8, &height, 4);
+    std::memcpy(dib + 12, &planes, 2);
+    std::memcpy(dib + 14, &bits, 2);
+    std::memcpy(dib + 24, &pelsPerMetre, 4);
+    std::memcpy(dib + 28, &pelsPerMetre, 4);
+    for (int y = 0; y < height; ++y)
+        std::memcpy(dib + 40 + std::size_t(y) * stride, page.constScanLine(y), stride);
+    return dib;
+}
+
 // A 24-bit page of width x height pixels at the given pixels per metre: a light sheet with a band
 // of the tint along its top 5 mm, a frame, a grid every 20 mm and a label. The caller (or the module) frees
 // it with free().
@@ -35,19 +57,5 @@ inline void* makePageBitmap(int width, int height, std::int32_t pelsPerMetre, co
         p.setFont(font);
         p.drawText(QRectF(0, 0, width, height / 3.0), Qt::AlignCenter, label);
     }
-    const std::uint32_t stride = std::uint32_t(page.bytesPerLine()); // whole 32-bit words, as a DIB's
-    *length = 40 + stride * std::uint32_t(height);
-    auto* dib = static_cast<unsigned char*>(std::calloc(1, *length));
-    const std::uint32_t headerSize = 40;
-    const std::uint16_t planes = 1, bits = 24;
-    std::memcpy(dib, &headerSize, 4);
-    std::memcpy(dib + 4, &width, 4);
-    std::memcpy(dib + 8, &height, 4);
-    std::memcpy(dib + 12, &planes, 2);
-    std::memcpy(dib + 14, &bits, 2);
-    std::memcpy(dib + 24, &pelsPerMetre, 4);
-    std::memcpy(dib + 28, &pelsPerMetre, 4);
-    for (int y = 0; y < height; ++y)
-        std::memcpy(dib + 40 + std::size_t(y) * stride, page.constScanLine(y), stride);
-    return dib;
+    return makeBitmap(page, pelsPerMetre, length);
 }

@@ -55,50 +55,45 @@ private slots:
     }
 
     // Edge zones set their edges to the previous pointer position; crossing edges swap, and the
-    // grabbed zone becomes the opposite one.
-    void edgeDragsCrossAndTurnIntoTheOppositeEdge_data() {
+    // grabbed zone becomes the opposite one. A move keeps the whole area on the page: it stops
+    // with an edge exactly on the border.
+    void dragsOfEdgesAndMoves_data() {
         QTest::addColumn<int>("zone");
         QTest::addColumn<QPointF>("ptDrag");
+        QTest::addColumn<QPointF>("delta"); // of a move
         QTest::addColumn<int>("zoneAfter");
         QTest::addColumn<QRectF>("edgesAfter"); // left, top, right, bottom as x, y, width, height
+        const QPointF none(999, 999);
         QTest::newRow("left edge inward")
-            << int(kZoneLeft) << QPointF(50, 0) << int(kZoneLeft) << QRectF(50, 30, 120, 90);
+            << int(kZoneLeft) << QPointF(50, 0) << none << int(kZoneLeft) << QRectF(50, 30, 120, 90);
         QTest::newRow("left past right")
-            << int(kZoneLeft) << QPointF(130, 0) << int(kZoneRight) << QRectF(120, 30, 130, 90);
+            << int(kZoneLeft) << QPointF(130, 0) << none << int(kZoneRight) << QRectF(120, 30, 130, 90);
         QTest::newRow("top past bottom")
-            << int(kZoneTop) << QPointF(0, 95) << int(kZoneBottom) << QRectF(20, 90, 120, 95);
-        QTest::newRow("top left past both")
-            << int(kZoneTopLeft) << QPointF(125, 100) << int(kZoneBottomRight) << QRectF(120, 90, 125, 100);
+            << int(kZoneTop) << QPointF(0, 95) << none << int(kZoneBottom) << QRectF(20, 90, 120, 95);
+        QTest::newRow("top left past both") << int(kZoneTopLeft) << QPointF(125, 100) << none
+                                            << int(kZoneBottomRight) << QRectF(120, 90, 125, 100);
         QTest::newRow("top right past left")
-            << int(kZoneTopRight) << QPointF(10, 40) << int(kZoneTopLeft) << QRectF(10, 40, 20, 90);
-        QTest::newRow("bottom left past top")
-            << int(kZoneBottomLeft) << QPointF(25, 10) << int(kZoneTopLeft) << QRectF(25, 10, 120, 30);
+            << int(kZoneTopRight) << QPointF(10, 40) << none << int(kZoneTopLeft) << QRectF(10, 40, 20, 90);
+        QTest::newRow("bottom left past top") << int(kZoneBottomLeft) << QPointF(25, 10) << none
+                                              << int(kZoneTopLeft) << QRectF(25, 10, 120, 30);
+        const int in = kZoneInside;
+        QTest::newRow("moved inside the page")
+            << in << QPointF() << QPointF(5, -5) << in << QRectF(25, 25, 125, 85);
+        QTest::newRow("moved past the right")
+            << in << QPointF() << QPointF(500, 0) << in << QRectF(110, 30, 210, 90);
+        QTest::newRow("moved past the top left")
+            << in << QPointF() << QPointF(-50, -50) << in << QRectF(0, 0, 100, 60);
+        QTest::newRow("moved past the bottom")
+            << in << QPointF() << QPointF(0, 400) << in << QRectF(20, 237, 120, 297);
     }
-    void edgeDragsCrossAndTurnIntoTheOppositeEdge() {
+    void dragsOfEdgesAndMoves() {
         QFETCH(int, zone);
         QFETCH(QPointF, ptDrag);
+        QFETCH(QPointF, delta);
         QFETCH(int, zoneAfter);
         QFETCH(QRectF, edgesAfter);
-        const TwAreaEdges e{20, 30, 120, 90};
-        TwDragStep step = dragAreaEdges(e, zone, ptDrag, QPointF(999, 999), kA4);
+        TwDragStep step = dragAreaEdges({20, 30, 120, 90}, zone, ptDrag, delta, kA4);
         QCOMPARE(step.zone, zoneAfter);
-        QCOMPARE(QRectF(step.edges.left, step.edges.top, step.edges.right, step.edges.bottom), edgesAfter);
-    }
-
-    // A move keeps the whole area on the page: it stops with an edge exactly on the border.
-    void aMoveStopsAtThePageBorder_data() {
-        QTest::addColumn<QPointF>("delta");
-        QTest::addColumn<QRectF>("edgesAfter");
-        QTest::newRow("inside the page") << QPointF(5, -5) << QRectF(25, 25, 125, 85);
-        QTest::newRow("past the right") << QPointF(500, 0) << QRectF(110, 30, 210, 90);
-        QTest::newRow("past the top left") << QPointF(-50, -50) << QRectF(0, 0, 100, 60);
-        QTest::newRow("past the bottom") << QPointF(0, 400) << QRectF(20, 237, 120, 297);
-    }
-    void aMoveStopsAtThePageBorder() {
-        QFETCH(QPointF, delta);
-        QFETCH(QRectF, edgesAfter);
-        TwDragStep step = dragAreaEdges({20, 30, 120, 90}, kZoneInside, QPointF(), delta, kA4);
-        QCOMPARE(step.zone, int(kZoneInside));
         QCOMPARE(QRectF(step.edges.left, step.edges.top, step.edges.right, step.edges.bottom), edgesAfter);
     }
 
