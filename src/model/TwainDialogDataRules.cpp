@@ -143,15 +143,29 @@ void TwainDialogData::addSelfObserverForKeyPaths(const std::vector<std::string>&
 
 void TwainDialogData::addSelfObserverForDict(const TwValue& dict, const std::string& prefix,
                                              unsigned options) {
-    auto d = dict.dict();
-    if (!d)
-        return;
-    // Keys first: registering may call the handler, whose reactions may add entries here.
-    for (auto& key : d->keys()) {
-        std::string path = prefix + "." + key;
-        TwValue value = d->value(key);
-        if (value.isDictionary())
-            addSelfObserverForDict(value, path, options);
+    // Depth first, as the dictionaries nest, with a list of open levels instead of a recursion:
+    // the data source decides how deep its values nest. Each level's keys are taken when it is
+    // entered: registering may call the handler, whose reactions may add entries there.
+    struct Level {
+        TwValue dict;
+        std::vector<std::string> keys;
+        std::size_t next = 0;
+        std::string prefix;
+    };
+    std::vector<Level> open;
+    if (auto d = dict.dict())
+        open.push_back({dict, d->keys(), 0, prefix});
+    while (!open.empty()) {
+        Level& level = open.back();
+        if (level.next == level.keys.size()) {
+            open.pop_back();
+            continue;
+        }
+        const std::string& key = level.keys[level.next++];
+        std::string path = level.prefix + "." + key;
+        TwValue value = level.dict.dict()->value(key);
+        if (auto child = value.dict())
+            open.push_back({value, child->keys(), 0, std::move(path)});
         else
             addSelfObserverForKeyPath(path, options);
     }

@@ -9,8 +9,10 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 
 #include <cstring>
+#include <memory>
 
 namespace {
 
@@ -86,6 +88,28 @@ private slots:
         model.setValueForKeyPath(7, deep);
         QCOMPARE(model.valueForKeyPath(deep).intValue(), 7);
         model.setValueForKeyPath(TwValue(), "Data.Deep");
+    }
+
+    // How deep settings nest is the data source's choice, and secondary threads may have stacks
+    // of a few hundred kilobytes: observing every leaf must not take a stack frame per level.
+    void deepSettingsAreObservedOnASmallStack() {
+        auto selfObservations = [](const std::string& deepLeaf) {
+            TwainDialogData model;
+            model.setValueForKeyPath(1, "Data.Flat");
+            if (!deepLeaf.empty())
+                model.setValueForKeyPath(7, deepLeaf);
+            model.addSelfObserver();
+            return model.observationCount(&model);
+        };
+        std::string deep = "Data.Deep";
+        for (int i = 0; i < 6000; ++i)
+            deep += ".k";
+        std::size_t withDeepLeaf = 0;
+        std::unique_ptr<QThread> thread(QThread::create([&] { withDeepLeaf = selfObservations(deep); }));
+        thread->setStackSize(256 * 1024);
+        thread->start();
+        QVERIFY(thread->wait(60000));
+        QCOMPARE(withDeepLeaf, selfObservations({}) + 1);
     }
 
     void settingASectionMergesIntoIt() {
