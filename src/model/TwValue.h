@@ -329,51 +329,63 @@ inline std::string TwValue::stringValue() const {
 }
 
 inline bool TwValue::isEqual(const TwValue& o) const {
-    if (isNumber() && o.isNumber()) {
-        if ((isReal() || o.isReal()))
-            return doubleValue() == o.doubleValue();
-        return longLongValue() == o.longLongValue();
-    }
-    if (type() != o.type())
-        return false;
-    switch (type()) {
-    case Type::Null:
-        return true;
-    case Type::String:
-        return std::get<std::string>(m_v) == std::get<std::string>(o.m_v);
-    case Type::Data:
-        return *data() == *o.data();
-    case Type::Date:
-        return *date() == *o.date();
-    case Type::Array: {
-        auto a = list();
-        auto b = o.list();
-        if (a == b)
-            return true;
-        if (a->size() != b->size())
+    // Containers are compared from a list of pairs still to compare rather than by a recursion,
+    // so that the depth of the nesting costs no stack.
+    std::vector<std::pair<const TwValue*, const TwValue*>> toCompare;
+    auto sameHere = [&toCompare](const TwValue& a, const TwValue& b) {
+        if (a.isNumber() && b.isNumber())
+            return a.isReal() || b.isReal() ? a.doubleValue() == b.doubleValue()
+                                            : a.longLongValue() == b.longLongValue();
+        if (a.type() != b.type())
             return false;
-        for (std::size_t i = 0; i < a->size(); ++i)
-            if (!(*a)[i].isEqual((*b)[i]))
-                return false;
-        return true;
-    }
-    case Type::Dictionary: {
-        auto a = dict();
-        auto b = o.dict();
-        if (a == b)
+        switch (a.type()) {
+        case Type::Null:
             return true;
-        if (a->size() != b->size())
-            return false;
-        for (auto& [k, v] : *a) {
-            auto j = b->find(k);
-            if (j < 0 || !v.isEqual(b->at(std::size_t(j)).second))
+        case Type::String:
+            return std::get<std::string>(a.m_v) == std::get<std::string>(b.m_v);
+        case Type::Data:
+            return *a.data() == *b.data();
+        case Type::Date:
+            return *a.date() == *b.date();
+        case Type::Array: {
+            const TwArray* x = a.list();
+            const TwArray* y = b.list();
+            if (x == y)
+                return true;
+            if (x->size() != y->size())
                 return false;
+            for (std::size_t i = 0; i < x->size(); ++i)
+                toCompare.push_back({&(*x)[i], &(*y)[i]});
+            return true;
         }
-        return true;
-    }
-    default:
+        case Type::Dictionary: {
+            const TwDictionary* x = a.dict();
+            const TwDictionary* y = b.dict();
+            if (x == y)
+                return true;
+            if (x->size() != y->size())
+                return false;
+            for (auto& [k, v] : *x) {
+                auto j = y->find(k);
+                if (j < 0)
+                    return false;
+                toCompare.push_back({&v, &y->at(std::size_t(j)).second});
+            }
+            return true;
+        }
+        default:
+            return false;
+        }
+    };
+    if (!sameHere(*this, o))
         return false;
+    while (!toCompare.empty()) {
+        auto [a, b] = toCompare.back();
+        toCompare.pop_back();
+        if (!sameHere(*a, *b))
+            return false;
     }
+    return true;
 }
 
 inline void TwValue::releaseContainer() noexcept {

@@ -76,12 +76,13 @@ private slots:
     }
 
     // Far deeper than a thread's stack allows for a recursion per level, even without sanitizers.
-    void deepNestingCopiesAndGoesWithoutRecursion() {
+    void deepNestingCopiesComparesAndGoesWithoutRecursion() {
         constexpr int kLevels = 300000;
         TwValue deep = TwValue::dictionary({{"leaf", 1}});
         for (int i = 0; i < kLevels; ++i)
             deep = i % 2 ? TwValue::dictionary({{"k", deep}}) : TwValue::array({deep});
         TwValue copy = deep.deepCopy();
+        QVERIFY(copy.isEqual(deep));
         TwValue original = deep, copied = copy;
         for (int i = 0; i < kLevels; ++i) {
             QVERIFY(original.list() != copied.list() || !original.list());
@@ -90,6 +91,7 @@ private slots:
             copied = copied.list() ? copied.list()->at(0) : copied.dict()->value("k");
         }
         copied.dict()->set("leaf", 2);
+        QVERIFY(!copy.isEqual(deep));
         QCOMPARE(original.dict()->value("leaf").intValue(), 1);
         deep = TwValue();
         copy = TwValue();
