@@ -7,6 +7,7 @@
 // two readings compare; the heap figures are the bytes in use, which trimming does not change.
 // Prints one line per figure: "name: value unit".
 #include "BenchHome.h"
+#include "BenchSupport.h"
 #include "OrvaDebug.h"
 #include "SampleModelDef.h"
 #include "TwDlgMain.h"
@@ -37,11 +38,6 @@ public:
         return false;
     }
 };
-
-double median(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
-    return values[values.size() / 2];
-}
 
 // The resident size once the allocator has returned what it can.
 long trimmedRssKilobytes() {
@@ -97,14 +93,8 @@ void settle() {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsSet("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
     BenchHome home;
-    // The offscreen platform's notes about raise() and size hints are no figures.
-    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
-        if (type != QtDebugMsg && type != QtWarningMsg && type != QtInfoMsg)
-            std::fprintf(stderr, "%s\n", qPrintable(text));
-    });
+    prepareWidgetBenchmark();
     QApplication app(argc, argv);
 
     Sample sample;

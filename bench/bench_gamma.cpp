@@ -4,6 +4,7 @@
 // repaint, the sample converted anew). Red is dragged with the link on, so that each step moves all
 // three channels. Prints one line per figure: "name: value unit".
 #include "BenchHome.h"
+#include "BenchSupport.h"
 #include "OrvaDebug.h"
 #include "SampleModelDef.h"
 #include "TwBundle.h"
@@ -22,21 +23,11 @@
 #include <cstdio>
 #include <vector>
 
-namespace {
-double percentile(std::vector<double> values, double p) {
-    std::sort(values.begin(), values.end());
-    return values[std::min(values.size() - 1, std::size_t(p * double(values.size())))];
-}
-} // namespace
+namespace {} // namespace
 
 int main(int argc, char** argv) {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsSet("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
     BenchHome home;
-    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
-        if (type != QtDebugMsg && type != QtWarningMsg && type != QtInfoMsg)
-            std::fprintf(stderr, "%s\n", qPrintable(text));
-    });
+    prepareWidgetBenchmark();
     QApplication app(argc, argv);
     OrvaSetLogPaths(nullptr, nullptr);
     TwBundle::setModuleBundlePath(VMX_BUNDLE_DIR);

@@ -6,6 +6,7 @@
 // (a decoded page is that large). Prints one line per figure: "name: value unit".
 #include "../tests/preview/PreviewPages.h"
 #include "BenchHome.h"
+#include "BenchSupport.h"
 #include "OrvaDebug.h"
 #include "SampleModelDef.h"
 #include "TwBindingWidgets.h"
@@ -64,11 +65,6 @@ public:
         return false;
     }
 };
-
-double median(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
-    return values[values.size() / 2];
-}
 
 long statusKilobytes(const char* field) {
     std::ifstream status("/proc/self/status");
@@ -131,13 +127,8 @@ double freshMemoryMs() {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && !qEnvironmentVariableIsSet("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
     BenchHome home;
-    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
-        if (type != QtDebugMsg && type != QtWarningMsg && type != QtInfoMsg)
-            std::fprintf(stderr, "%s\n", qPrintable(text));
-    });
+    prepareWidgetBenchmark();
     QApplication app(argc, argv);
     OrvaSetLogPaths(nullptr, nullptr);
     const double freshMemory = freshMemoryMs();

@@ -117,58 +117,47 @@ void TwainDialogController::applyButtonTextKeys(QWidget* root) {
     }
 }
 
-template <class Panel> Panel* TwainDialogController::makePanel() {
+template <class Panel> Panel* TwainDialogController::panelOnFirstUse(QPointer<Panel>& panel) {
+    if (panel)
+        return panel;
     if (!QCoreApplication::instance()) {
-        OrvaLog(kOrvaLogError, "ERROR: %s: no application, no panel\n", "TwainDialogController::makePanel");
+        OrvaLog(kOrvaLogError, "ERROR: %s: no application, no panel\n",
+                "TwainDialogController::panelOnFirstUse");
         return nullptr;
     }
     // Over the main window, and gone with it.
-    auto* panel = new Panel(m_window);
+    panel = new Panel(m_window);
     panel->setWindowController(this);
     applyButtonTextKeys(panel);
     return panel;
 }
 
 TwDlgSaveSetting* TwainDialogController::dlgSaveSetting() {
-    if (!m_dlgSaveSetting)
-        m_dlgSaveSetting = makePanel<TwDlgSaveSetting>();
-    return m_dlgSaveSetting;
+    return panelOnFirstUse(m_dlgSaveSetting);
 }
 
 TwDlgPaperSize* TwainDialogController::dlgPaperSize() {
-    if (!m_dlgPaperSize)
-        m_dlgPaperSize = makePanel<TwDlgPaperSize>();
-    return m_dlgPaperSize;
+    return panelOnFirstUse(m_dlgPaperSize);
 }
 
 TwDlgCustomGamma* TwainDialogController::dlgGamma() {
-    if (!m_dlgGamma)
-        m_dlgGamma = makePanel<TwDlgCustomGamma>();
-    return m_dlgGamma;
+    return panelOnFirstUse(m_dlgGamma);
 }
 
 TwDlgAbout* TwainDialogController::dlgAbout() {
-    if (!m_dlgAbout)
-        m_dlgAbout = makePanel<TwDlgAbout>();
-    return m_dlgAbout;
+    return panelOnFirstUse(m_dlgAbout);
 }
 
 TwDlgCustom* TwainDialogController::dlgCustom() {
-    if (!m_dlgCustom)
-        m_dlgCustom = makePanel<TwDlgCustom>();
-    return m_dlgCustom;
+    return panelOnFirstUse(m_dlgCustom);
 }
 
 TwDlgDoubleExposure* TwainDialogController::dlgDoubleExposure() {
-    if (!m_dlgDoubleExposure)
-        m_dlgDoubleExposure = makePanel<TwDlgDoubleExposure>();
-    return m_dlgDoubleExposure;
+    return panelOnFirstUse(m_dlgDoubleExposure);
 }
 
 TwDlgPageSeparation* TwainDialogController::dlgPageSeparation() {
-    if (!m_dlgPageSeparation)
-        m_dlgPageSeparation = makePanel<TwDlgPageSeparation>();
-    return m_dlgPageSeparation;
+    return panelOnFirstUse(m_dlgPageSeparation);
 }
 
 void TwainDialogController::showWindow() {
@@ -760,10 +749,8 @@ void TwainDialogController::showProgressDialog() {
     if (!QCoreApplication::instance())
         return;
     bool mainVisible = isVisible();
-    if (!m_dlgScanning) {
-        m_dlgScanning = makePanel<TwDlgScanning>();
+    if (!m_dlgScanning && panelOnFirstUse(m_dlgScanning))
         m_dlgScanning->setWindowTitle(m_modelName);
-    }
     if (mainVisible) {
         // A sheet: modal for the main window only, over it.
         m_dlgScanning->setStopButtonHidden(m_isNoStopScan);

@@ -165,8 +165,8 @@ private:
     bool commitEditing();
     std::uint16_t sendEvent(std::uint16_t event, void* data);
     void logBundleVersion();
-    // A new sub-dialog of the controller, over the main window when there is one.
-    template <class Panel> Panel* makePanel();
+    // The sub-dialog in that member, made over the main window (when there is one) on first use.
+    template <class Panel> Panel* panelOnFirstUse(QPointer<Panel>& panel);
     // Button titles the data source's string table gives for the buttons that name a key.
     void applyButtonTextKeys(QWidget* root);
 

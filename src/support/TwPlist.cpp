@@ -17,6 +17,22 @@ struct PlistDeleter {
 };
 using PlistPtr = std::unique_ptr<void, PlistDeleter>;
 
+// Calls f(key, value) for every entry of a dictionary node, in order.
+template <typename F> void forEachDictItem(plist_t dict, F&& f) {
+    plist_dict_iter it = nullptr;
+    plist_dict_new_iter(dict, &it);
+    for (;;) {
+        char* key = nullptr;
+        plist_t value = nullptr;
+        plist_dict_next_item(dict, it, &key, &value);
+        if (!key)
+            break;
+        f(static_cast<const char*>(key), value);
+        std::free(key);
+    }
+    std::free(it);
+}
+
 TwValue fromNode(plist_t node, int depth) {
     // Property lists from outside are data: a pathological nesting must not exhaust the stack.
     if (!node || depth > 256)
@@ -75,18 +91,8 @@ TwValue fromNode(plist_t node, int depth) {
     }
     case PLIST_DICT: {
         auto out = TwValue::dictionary();
-        plist_dict_iter it = nullptr;
-        plist_dict_new_iter(node, &it);
-        for (;;) {
-            char* key = nullptr;
-            plist_t value = nullptr;
-            plist_dict_next_item(node, it, &key, &value);
-            if (!key)
-                break;
-            out.dict()->set(key, fromNode(value, depth + 1));
-            std::free(key);
-        }
-        std::free(it);
+        forEachDictItem(
+            node, [&](const char* key, plist_t value) { out.dict()->set(key, fromNode(value, depth + 1)); });
         return out;
     }
     default:
@@ -234,18 +240,7 @@ std::optional<TwPlistDocument> TwPlistDocument::readFile(const std::string& path
 
 std::vector<std::string> TwPlistDocument::keys() const {
     std::vector<std::string> out;
-    plist_dict_iter it = nullptr;
-    plist_dict_new_iter(m_root, &it);
-    for (;;) {
-        char* key = nullptr;
-        plist_t value = nullptr;
-        plist_dict_next_item(m_root, it, &key, &value);
-        if (!key)
-            break;
-        out.emplace_back(key);
-        std::free(key);
-    }
-    std::free(it);
+    forEachDictItem(m_root, [&](const char* key, plist_t) { out.emplace_back(key); });
     return out;
 }
 
@@ -277,18 +272,7 @@ std::vector<std::pair<std::string, plist_t>> childrenOf(plist_t node) {
         for (std::uint32_t i = 0; i < n; ++i)
             out.emplace_back(std::string(), plist_array_get_item(node, i));
     } else if (plist_get_node_type(node) == PLIST_DICT) {
-        plist_dict_iter it = nullptr;
-        plist_dict_new_iter(node, &it);
-        for (;;) {
-            char* key = nullptr;
-            plist_t value = nullptr;
-            plist_dict_next_item(node, it, &key, &value);
-            if (!key)
-                break;
-            out.emplace_back(key, value);
-            std::free(key);
-        }
-        std::free(it);
+        forEachDictItem(node, [&](const char* key, plist_t value) { out.emplace_back(key, value); });
     }
     return out;
 }
