@@ -389,32 +389,32 @@ inline bool TwValue::isEqual(const TwValue& o) const {
 }
 
 inline void TwValue::releaseContainer() noexcept {
-    std::shared_ptr<void> container;
-    if (auto d = std::get_if<std::shared_ptr<TwDictionary>>(&m_v))
-        container = std::move(*d);
-    else if (auto a = std::get_if<std::shared_ptr<TwArray>>(&m_v))
-        container = std::move(*a);
-    if (container.use_count() != 1)
-        return;
-    // The first release on a thread drains; the containers its children held are queued while it
-    // does, instead of being destroyed inside their parent's destructor.
-    struct Queue {
-        std::vector<std::shared_ptr<void>> pending;
-        bool draining = false;
+    using DictRef = std::shared_ptr<TwDictionary>;
+    using ListRef = std::shared_ptr<TwArray>;
+    // Only the last owner takes the container apart; anyone else just lets go of a reference.
+    auto takeIfLast = [](TwValue& v, auto& pending) {
+        if (auto d = std::get_if<DictRef>(&v.m_v); d && d->use_count() == 1)
+            pending.emplace_back(std::move(*d));
+        else if (auto a = std::get_if<ListRef>(&v.m_v); a && a->use_count() == 1)
+            pending.emplace_back(std::move(*a));
     };
-    static thread_local Queue queue;
-    if (queue.draining) {
-        queue.pending.push_back(std::move(container));
-        return;
+    // The containers this one held are moved out before it goes, level by level, into a list of
+    // this call's own: no recursion as deep as the nesting and no per-thread state, which a module
+    // loaded with dlopen must not have (it gives the host's sanitizers a dynamic TLS block).
+    std::vector<std::variant<DictRef, ListRef>> pending;
+    takeIfLast(*this, pending);
+    while (!pending.empty()) {
+        auto next = std::move(pending.back());
+        pending.pop_back();
+        if (auto d = std::get_if<DictRef>(&next)) {
+            for (auto& entry : (*d)->m_entries)
+                takeIfLast(entry.second, pending);
+        } else {
+            for (auto& item : *std::get<ListRef>(next))
+                takeIfLast(item, pending);
+        }
+        // `next` goes here, holding only values without a container of their own to free.
     }
-    queue.draining = true;
-    container.reset();
-    while (!queue.pending.empty()) {
-        std::shared_ptr<void> next = std::move(queue.pending.back());
-        queue.pending.pop_back();
-        next.reset();
-    }
-    queue.draining = false;
 }
 
 inline TwValue TwValue::deepCopy() const {

@@ -8,10 +8,17 @@
 #include <string>
 #include <vector>
 
+// The deepest nesting of arrays and dictionaries read or written. The plist library reads, writes
+// and frees its trees by a recursion per level; a document nested deeper is refused unread, as
+// an unreadable one is, and a value nested deeper is not written. (The library takes about 100
+// bytes of stack a level: 512 levels stay within a tenth of the smallest thread stacks in use.)
+inline constexpr std::size_t kTwPlistMaxDepth = 512;
+
 // The value of the property list in the buffer, or null with the reason in *error.
 TwValue TwPlistParse(const char* bytes, std::size_t length, std::string* error = nullptr);
 TwValue TwPlistReadFile(const std::string& path, std::string* error = nullptr);
 // XML text of the value; containers, numbers, strings, data and dates. Null values are left out.
+// Empty for a value nested deeper than kTwPlistMaxDepth.
 std::string TwPlistToXml(const TwValue& value);
 
 // A property list whose top level is a dictionary, kept as the plist library holds it: a key that
@@ -35,8 +42,9 @@ public:
     TwValue value(const std::string& key) const;
     // The whole document in the value tree.
     TwValue toValue() const;
-    // Replaces the key's value; null removes the key.
-    void setValue(const std::string& key, const TwValue& value);
+    // Replaces the key's value; null removes the key. False, with the document unchanged, for a
+    // value nested deeper than kTwPlistMaxDepth.
+    bool setValue(const std::string& key, const TwValue& value);
     // XML text of the document.
     std::string toXml() const;
     // Whether the key holds the same value here and in the other document: the same types, the

@@ -194,8 +194,13 @@ bool TwPreferences::synchronize() {
     for (const std::string& key : document.keys())
         if (!m_pending.contains(key))
             others.push_back(key);
-    for (auto& [key, update] : m_pending)
-        document.setValue(key, update(document.value(key)));
+    for (auto& [key, update] : m_pending) {
+        if (!document.setValue(key, update(document.value(key))))
+            OrvaLog(kOrvaLogError,
+                    "ERROR: preferences '%s': the value of '%s' is nested deeper than %zu levels; it is not "
+                    "saved and the saved one stays\n",
+                    path.c_str(), key.c_str(), kTwPlistMaxDepth);
+    }
     std::string xml = document.toXml();
     // A value of another component that the XML cannot carry would come back changed: rather than
     // rewrite it, keep the file as it is.

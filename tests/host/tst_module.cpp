@@ -46,6 +46,14 @@ private slots:
         QCOMPARE(QByteArray(reinterpret_cast<const char*>(bytes), 8),
                  QByteArray(reinterpret_cast<const char*>(expected), 8));
         QCOMPARE(ui->localizedString("IDS_SIDE_FRONT") != "IDS_SIDE_FRONT", true);
+        // A value nested far deeper than a stack allows per level is kept and freed by the module
+        // (with the host's leak detection watching when it is sanitized).
+        TwValue deep = TwValue::dictionary({{"leaf", 1}});
+        for (int i = 0; i < 100000; ++i)
+            deep = TwValue::dictionary({{"k", deep}});
+        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.Deep", deep}}));
+        deep = TwValue();
+        QVERIFY(ui->dataForKeyPath("Data.Deep.k.k.k").isDictionary());
         ui->hideUi();
         ui->closeDS();
         destroy(ui);

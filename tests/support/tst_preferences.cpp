@@ -39,6 +39,42 @@ TwValue readBack(const QString& file) {
     return TwPlistReadFile(file.toStdString(), &error);
 }
 
+// Arrays nested `levels` deep around an integer, as XML.
+QByteArray xmlNestedArrays(int levels) {
+    return "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>k</key>" +
+           QByteArray("<array>").repeated(levels) + "<integer>1</integer>" +
+           QByteArray("</array>").repeated(levels) + "</dict></plist>";
+}
+
+// The same as a binary list (the dictionary, then one array per level; with `circle` the last array
+// refers back to the first instead of holding the integer).
+QByteArray binaryNestedArrays(int levels, bool circle = false) {
+    const int objects = levels + 2;
+    QByteArray bytes("bplist00");
+    QList<quint32> offsets;
+    auto be = [](quint64 v, int width) {
+        QByteArray out;
+        for (int k = width - 1; k >= 0; --k)
+            out += char((v >> (8 * k)) & 0xFF);
+        return out;
+    };
+    // Object 0 is {"k": object 1}; objects 1 to `levels` are the arrays; the last is the string "k".
+    offsets << bytes.size();
+    bytes += char(0xD1) + be(objects - 1, 4) + be(1, 4);
+    for (int i = 1; i <= levels; ++i) {
+        offsets << bytes.size();
+        const int next = i < levels ? i + 1 : (circle ? 1 : objects - 1);
+        bytes += char(0xA1) + be(next, 4);
+    }
+    offsets << bytes.size();
+    bytes += QByteArray("\x51k", 2); // the key "k" (one ASCII character), also reached as the leaf
+    const quint64 table = quint64(bytes.size());
+    for (quint32 o : offsets)
+        bytes += be(o, 4);
+    bytes += QByteArray(6, 0) + char(4) + char(4) + be(objects, 8) + be(0, 8) + be(table, 8);
+    return bytes;
+}
+
 // A value whose XML is large enough that a save takes a while.
 TwValue bigBlob(int version) {
     auto list = TwValue::array();
@@ -175,6 +211,10 @@ private slots:
             << QByteArray("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>profiles");
         QTest::newRow("an array, not a dictionary")
             << QByteArray::fromStdString(TwPlistToXml(TwValue::array({1, 2})));
+        // The plist library would read these by a recursion per level, past any thread's stack.
+        QTest::newRow("xml, 100000 levels") << xmlNestedArrays(100000);
+        QTest::newRow("binary, 100000 levels") << binaryNestedArrays(100000);
+        QTest::newRow("binary, references in a circle") << binaryNestedArrays(3, true);
     }
     void unreadableFileIsKeptAsideBeforeTheNextSave() {
         QFETCH(QByteArray, content);
@@ -190,6 +230,37 @@ private slots:
         QCOMPARE(aside.size(), 1);
         QCOMPARE(readBytes(dir.path() + "/" + aside.first()), content);
         QCOMPARE(readBack(file).dict()->value("Runned").intValue(), 1);
+    }
+
+    // The limit itself: what is written at the deepest nesting reads back, one level more is refused
+    // both ways, and a value too deep to write leaves the saved one.
+    void nestingIsLimitedWhenReadingAndWriting() {
+        auto nested = [](std::size_t levels) {
+            TwValue v = 1;
+            for (std::size_t i = 0; i < levels; ++i)
+                v = TwValue::array({v});
+            return v;
+        };
+        for (int binary = 0; binary < 2; ++binary) {
+            const int deepest = int(kTwPlistMaxDepth) - 1; // below the top dictionary
+            for (int levels : {deepest, deepest + 1}) {
+                QByteArray bytes = binary ? binaryNestedArrays(levels) : xmlNestedArrays(levels);
+                std::string error;
+                TwValue read = TwPlistParse(bytes.constData(), std::size_t(bytes.size()), &error);
+                QCOMPARE(read.isDictionary(), levels == deepest);
+            }
+        }
+        QTemporaryDir dir;
+        TwPreferences prefs(kDomain, dir.path().toStdString());
+        prefs.setValue("deep", nested(kTwPlistMaxDepth - 1));
+        QVERIFY(prefs.synchronize());
+        QVERIFY(readBack(domainFile(dir)).dict()->value("deep").isEqual(nested(kTwPlistMaxDepth - 1)));
+        prefs.setValue("deep", nested(kTwPlistMaxDepth));
+        prefs.setValue("Runned", 1);
+        QVERIFY(prefs.synchronize());
+        TwValue saved = readBack(domainFile(dir));
+        QVERIFY(saved.dict()->value("deep").isEqual(nested(kTwPlistMaxDepth - 1)));
+        QCOMPARE(saved.dict()->value("Runned").intValue(), 1);
     }
 
     void aProcessKilledWhileSavingLeavesAWholeFile() {
