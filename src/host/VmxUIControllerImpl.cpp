@@ -568,6 +568,10 @@ std::string VmxUIControllerImpl::localizedString(const std::string& key) {
 }
 
 std::string VmxUIControllerImpl::localizedString(const std::string& key, const std::string& defualt) {
+    // The data source's table is asked with the default as the text of a key it lacks (the key
+    // itself for an empty default); the module's own only without a data source bundle.
+    if (bundleDS && !key.empty())
+        return TwLookupString(bundleDS.get(), key).value_or(defualt.empty() ? key : defualt);
     return TwLocalizedString(bundleDS.get(), key, defualt);
 }
 

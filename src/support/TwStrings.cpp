@@ -8,10 +8,14 @@
 std::optional<std::string> TwLookupString(const TwBundle* dataSource, const std::string& key) {
     if (key.empty())
         return std::nullopt;
-    if (dataSource && dataSource->hasLocalizedString(key))
-        return dataSource->localizedStringForKey(key, key);
-    if (auto own = TwBundle::moduleBundle(); own && own->hasLocalizedString(key))
-        return own->localizedStringForKey(key, key);
+    std::shared_ptr<TwBundle> own;
+    const TwBundle* table = dataSource;
+    if (!table) {
+        own = TwBundle::moduleBundle();
+        table = own.get();
+    }
+    if (table && table->hasLocalizedString(key))
+        return table->localizedStringForKey(key, key);
     return std::nullopt;
 }
 
@@ -19,7 +23,8 @@ std::string TwLocalizedString(const TwBundle* dataSource, const std::string& key
                               const std::string& fallback) {
     if (key.empty())
         return {};
-    return TwLookupString(dataSource, key).value_or(fallback);
+    // A data source's bundle answers every key: one its table lacks comes back as the key itself.
+    return TwLookupString(dataSource, key).value_or(dataSource ? key : fallback);
 }
 
 std::string TwLocalizedString(const TwBundle* dataSource, const std::string& key) {

@@ -8,10 +8,12 @@
 
 class TwBundle;
 
-// The text of a key: the data source's table when it holds the key (an empty text too: a data
-// source may blank a text on purpose), else this module's own table, else nothing.
+// The text of a key in the one table that answers: the data source's when there is a data source
+// bundle, this module's own only without one. An empty text is a text (a data source may blank a
+// text on purpose); nothing when that table lacks the key.
 std::optional<std::string> TwLookupString(const TwBundle* dataSource, const std::string& key);
-// The text, or the fallback when no table holds the key. An empty key gives an empty text.
+// The text. A key the table lacks gives the key itself with a data source bundle (the data
+// source's strings always win), the fallback without one. An empty key gives an empty text.
 std::string TwLocalizedString(const TwBundle* dataSource, const std::string& key,
                               const std::string& fallback);
 // The text, or the key itself.
