@@ -25,6 +25,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 
@@ -645,24 +646,42 @@ void TwainDialogController::setPreviewImages(TwPreviewRecord* record, bool freeI
     handOverImages(previewPanel(), record, freeImage);
 }
 
+namespace {
+// The record's two bitmaps as pages of our own: taken as they are (the data source made them with
+// malloc, and they are freed with free) or copied when the record's owner keeps them. A data
+// source that gives the same block for both sides hands over one block: it is freed once and its
+// page shown for both. The record's pointers are cleared when taken.
+std::array<TwOwnedDIB, 2> takePages(TwPreviewRecord* record, bool take) {
+    std::array<TwOwnedDIB, 2> pages;
+    TwPreviewSide* sides[2] = {&record->front, &record->back};
+    // The record is packed: its pointers are read and cleared by value, never by reference.
+    void* const blocks[2] = {sides[0]->pDIB, sides[1]->pDIB};
+    for (int i = 0; i < 2; ++i) {
+        if (!blocks[i])
+            continue;
+        if (i == 1 && blocks[1] == blocks[0]) {
+            OrvaLog(kOrvaLogError,
+                    "ERROR: %s: the back image is the front's block; it is shown for both sides\n",
+                    "TwainDialogController::setPreviewImages");
+            pages[1] = TwOwnedDIB::copyOf(pages[0].data(), pages[0].length());
+        } else if (take) {
+            pages[i] = TwOwnedDIB(blocks[i], sides[i]->imageLength);
+        } else {
+            pages[i] = TwOwnedDIB::copyOf(blocks[i], sides[i]->imageLength);
+        }
+    }
+    if (take) {
+        sides[0]->pDIB = nullptr;
+        sides[1]->pDIB = nullptr;
+    }
+    return pages;
+}
+} // namespace
+
 void TwainDialogController::handOverImages(TwPreviewPanel* preview, TwPreviewRecord* record, bool freeImage) {
     if (!record)
         return;
-    // The bitmaps go to the preview as they are, to be freed there; a record whose owner keeps its
-    // bitmaps hands over copies.
-    TwOwnedDIB pages[2];
-    TwPreviewSide* sides[2] = {&record->front, &record->back};
-    for (int i = 0; i < 2; ++i) {
-        if (!sides[i]->pDIB)
-            continue;
-        if (freeImage) {
-            // The record is packed: its pointers are read and cleared by value, never by reference.
-            void* dib = sides[i]->pDIB;
-            sides[i]->pDIB = nullptr;
-            pages[i] = TwOwnedDIB(dib, sides[i]->imageLength);
-        } else
-            pages[i] = TwOwnedDIB::copyOf(sides[i]->pDIB, sides[i]->imageLength);
-    }
+    std::array<TwOwnedDIB, 2> pages = takePages(record, freeImage);
     OrvaLog(kOrvaLogDebug, "\t%s: ratios front %.3f/%.3f/%.3f back %.3f/%.3f/%.3f\n",
             "TwainDialogController::setPreviewImages", record->front.colorRatio, record->front.whiteRatio,
             record->front.blackRatio, record->back.colorRatio, record->back.whiteRatio,
@@ -679,12 +698,8 @@ void TwainDialogController::handOverImages(TwPreviewPanel* preview, TwPreviewRec
 }
 
 void TwainDialogController::releasePreviewImages(TwPreviewRecord* record) {
-    if (!record)
-        return;
-    for (TwPreviewSide* side : {&record->front, &record->back}) {
-        std::free(side->pDIB);
-        side->pDIB = nullptr;
-    }
+    if (record)
+        takePages(record, true); // and let them go
 }
 
 void TwainDialogController::previewRescan() {

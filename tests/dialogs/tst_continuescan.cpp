@@ -38,6 +38,7 @@ struct QuestionSource {
     std::deque<std::uint16_t>
         pollAnswers; // of the question and of boxes polled by 0x4242; then "keep waiting"
     enum { Page, NoPage, BrokenPage, SamplePage } page = Page;
+    bool backIsFront = false; // the back given as the front's block, a data source's mistake
 } g_source;
 
 std::uint16_t questionCallback(std::uint16_t event, void* data) {
@@ -54,6 +55,10 @@ std::uint16_t questionCallback(std::uint16_t event, void* data) {
         } else if (g_source.page == QuestionSource::BrokenPage) {
             record->front.pDIB = std::malloc(8); // too short to be a bitmap
             record->front.imageLength = 8;
+        }
+        if (g_source.backIsFront) {
+            record->back.pDIB = record->front.pDIB;
+            record->back.imageLength = record->front.imageLength;
         }
     }
     g_source.seen.push_back({event, data, record && record->front.pDIB});
@@ -224,6 +229,28 @@ private slots:
         QVERIFY(alone);
         QVERIFY2(log.text().contains(logged), qPrintable(log.text()));
         QVERIFY(!g_source.seen.back().withImage);
+    }
+
+    // One block given as both sides is freed once, whether the page is shown or refused.
+    void oneBlockAsBothSidesIsFreedOnce_data() {
+        QTest::addColumn<int>("page");
+        QTest::addColumn<bool>("shown");
+        QTest::newRow("shown") << int(QuestionSource::Page) << true;
+        QTest::newRow("refused") << int(QuestionSource::BrokenPage) << false;
+    }
+    void oneBlockAsBothSidesIsFreedOnce() {
+        QFETCH(int, page);
+        QFETCH(bool, shown);
+        auto ui = loaded();
+        g_source.page = decltype(g_source.page)(page);
+        g_source.backIsFront = true;
+        bool pageShown = false;
+        auto timer = whenModal<QMessageBox>([&](QMessageBox* box) {
+            pageShown = ui->controllerIfMade()->continueScanPage() != nullptr;
+            buttonTitled(box, "Stop")->click();
+        });
+        QCOMPARE(ui->showContinueScanDialog(0), int(kVmxAnswerStop));
+        QCOMPARE(pageShown, shown);
     }
 
     void withoutACallbackNothingIsAsked() {

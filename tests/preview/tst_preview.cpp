@@ -32,6 +32,7 @@ enum class Front { Page, LyingHeader, TooShort, None };
 struct PageSource {
     Front front = Front::Page;
     bool back = true;
+    bool sameBlock = false; // the back is the front's block, a data source's mistake
     std::uint16_t result = 0;
 } g_pages;
 
@@ -54,7 +55,10 @@ std::uint16_t prescanCallback(std::uint16_t event, void* data) {
             record->front.pDIB = std::realloc(record->front.pDIB, 8);
             record->front.imageLength = 8;
         }
-        if (g_pages.back)
+        if (g_pages.sameBlock) {
+            record->back.pDIB = record->front.pDIB;
+            record->back.imageLength = record->front.imageLength;
+        } else if (g_pages.back)
             record->back.pDIB = makePageBitmap(kPageWidth, kPageHeight, kPelsPerMetre, QColor(200, 120, 60),
                                                "BACK", &record->back.imageLength);
         record->front.colorRatio = 12.345;
@@ -377,6 +381,21 @@ private slots:
             QCOMPARE(p->labValue1()->text(), ui->dataForKeyPath("enable.AutoDistinction").boolValue()
                                                  ? QStringLiteral("67.89(%)")
                                                  : QStringLiteral("-(%)"));
+        }
+        ui->hideUi();
+    }
+
+    // One block given for both sides by events 3 and 5 is freed once and shown for both sides.
+    void oneBlockForBothSides() {
+        auto ui = shown();
+        set(*ui, "Data.PaperSource", 1);
+        g_pages.sameBlock = true;
+        TwDlgPreview* p = prescan(*ui);
+        for (int round = 0; round < 2; ++round) {
+            QTest::mouseClick(p->segSide()->buttons()[1], Qt::LeftButton);
+            QTRY_VERIFY(!p->imageBack().isNull());
+            QCOMPARE(p->imageBack(), p->imageFront());
+            ui->controllerIfMade()->previewRescan();
         }
         ui->hideUi();
     }
