@@ -282,6 +282,11 @@ private:
     void writeAreaValue(const std::string& rest, double millimetres, const std::string* editedRest);
     // The paper, in millimetres and current orientation, that the areas were last fitted to.
     TwSize m_areaPaper;
+    // The model itself is writing area values of the setting: they are not taken as new input.
+    bool m_areaWriting = false;
+    // An area value of the setting written from outside (the data source): refused unless it is a
+    // finite number, else shown in the working copy and fitted.
+    void areaSettingWritten(const std::string& keyPath, const TwKeyValueChange& change);
 
     TwPreferences* preferences();
     TwValue preferenceValue(const std::string& key);

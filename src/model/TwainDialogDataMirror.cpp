@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <cstring>
 #include <exception>
 
 namespace {
@@ -111,6 +112,8 @@ void TwainDialogData::updateValueWhenChangeKeyPath(const std::string& keyPath,
             TwScopedValue forbid(m_bForbitChange, true);
             ModifyMetureValue(TwValue(unit), valueForKeyPath("Data.Area.Measure"), "temp.Area");
         }
+    } else if (p.starts_with("Data.Area.Measure.") && !m_areaWriting && !m_bForbitChange && !m_bInInit) {
+        areaSettingWritten(keyPath, change);
     }
     if (p.starts_with("temp."))
         tmepValueChangedKeyPath(keyPath, this, change, nullptr);
@@ -207,27 +210,46 @@ void TwainDialogData::tmepValueChangedKeyPath(const std::string& keyPath, TwainD
     if (second == "Area") {
         if (keyPath == "temp.Area.Side" || parts.size() < 3)
             return;
-        std::string rest = join(parts, 2);
-        std::string dataKey = "Data.Area.Measure." + rest;
-        if (!change.newValue.isNumber()) {
+        std::string dataKey = "Data.Area.Measure." + join(parts, 2);
+        const bool inch = AreaUnitIsInch();
+        const double millimetres = change.newValue.doubleValue() * (inch ? kTwMillimetresPerInch : 1.0);
+        if (!change.newValue.isNumber() || !std::isfinite(millimetres)) {
             // Refused: the working copy shows the setting again.
-            OrvaLog(kOrvaLogError, "ERROR: %s: %s = %s is not a number\n",
+            OrvaLog(kOrvaLogError, "ERROR: %s: %s = %s is not a finite number\n",
                     "TwainDialogData::tmepValueChangedKeyPath", keyPath.c_str(),
                     change.newValue.description().c_str());
             TwValue mm = valueForKeyPath(dataKey);
             if (mm.isNumber()) {
                 TwScopedValue forbid(m_bForbitChange, true);
-                myChangeValue(AreaUnitIsInch() ? TwValue(mm.doubleValue() / kTwMillimetresPerInch) : mm,
-                              keyPath);
+                myChangeValue(inch ? TwValue(mm.doubleValue() / kTwMillimetresPerInch) : mm, keyPath);
             }
             return;
         }
-        TwValue value = change.newValue;
-        if (AreaUnitIsInch())
-            value = TwValue(value.doubleValue() * kTwMillimetresPerInch);
-        myChangeValue(value, dataKey);
+        {
+            TwScopedValue writing(m_areaWriting, true);
+            myChangeValue(inch ? TwValue(millimetres) : change.newValue, dataKey);
+        }
         ValidateAreaRect(this, keyPath);
     }
+}
+
+void TwainDialogData::areaSettingWritten(const std::string& keyPath, const TwKeyValueChange& change) {
+    TwScopedValue writing(m_areaWriting, true);
+    const TwValue& value = change.newValue;
+    if (!value.isNumber() || !std::isfinite(value.doubleValue())) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: %s = %s is not a finite number; the old value stays\n",
+                "TwainDialogData::areaSettingWritten", keyPath.c_str(), value.description().c_str());
+        const TwValue& old = change.oldValue;
+        myChangeValue(old.isNumber() && std::isfinite(old.doubleValue()) ? old : TwValue(), keyPath);
+        return;
+    }
+    {
+        TwScopedValue forbid(m_bForbitChange, true);
+        const std::string tempKey = "temp.Area." + keyPath.substr(std::strlen("Data.Area.Measure."));
+        myChangeValue(AreaUnitIsInch() ? TwValue(value.doubleValue() / kTwMillimetresPerInch) : value,
+                      tempKey);
+    }
+    ValidateAreaRect(this, keyPath);
 }
 
 // ---- Texts and helpers for the controls ----------------------------------------------------------

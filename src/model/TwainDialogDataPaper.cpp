@@ -270,7 +270,10 @@ void TwainDialogData::writeAreaValue(const std::string& rest, double millimetres
     TwValue old = valueForKeyPath(dataKey);
     if (old.isNumber() && near(old.doubleValue(), millimetres, kAreaEpsilon))
         return;
-    myChangeValue(TwValue(millimetres), dataKey);
+    {
+        TwScopedValue writing(m_areaWriting, true);
+        myChangeValue(TwValue(millimetres), dataKey);
+    }
     std::string tempKey = "temp.Area." + rest;
     TwValue shown(AreaUnitIsInch() ? millimetres / kTwMillimetresPerInch : millimetres);
     {
@@ -287,12 +290,13 @@ void TwainDialogData::fitAreas(const std::string* editedKey) {
     const double pl = paper.length / 10.0;
     std::string edited = editedKey ? areaRest(*editedKey) : std::string();
     const std::string* editedRest = edited.empty() ? nullptr : &edited;
+    // A value that is a number but not a finite one is carried, and corrected below.
     auto read = [this](const std::string& rest, double& out) {
         TwValue v = valueForKeyPath("Data.Area.Measure." + rest);
         if (!v.isNumber())
             return false;
         out = v.doubleValue();
-        return std::isfinite(out);
+        return true;
     };
 
     for (const auto& row : AreaValidInfos) {

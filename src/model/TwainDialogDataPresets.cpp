@@ -354,6 +354,8 @@ void TwainDialogData::SettingApply(const TwValue& profileIn) {
     for (const char* family : kSideFamilies)
         setSideTextFor(family);
     SetGrayDPI();
+    // A profile is data from outside: its areas are fitted to its paper like any others.
+    ValidateAreaRectAll();
 }
 
 // ---- Custom papers -------------------------------------------------------------------------------

@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -360,10 +361,49 @@ private slots:
     }
 
     void validateAllBringsEveryAreaBack() {
-        placeArea(*model, "Front.X=300 Back.L1.Y=296 Front.L1.Width=0.5");
+        placeArea(*model, "Front.X=300 Back.L1.Y=296 Front.L1.Width=0.5 Back.L1.X=nan Back.L1.Width=inf");
         model->ValidateAreaRectAll();
-        compareArea(*model, "Front.X=0 Width=210 Back.L1.Y=277 Back.L1.Length=20 Front.L1.Width=2");
+        compareArea(*model, "Front.X=0 Width=210 Back.L1.Y=277 Back.L1.Length=20 Front.L1.Width=2 "
+                            "Back.L1.X=0 Back.L1.Width=210");
         QCOMPARE(model->valueForKeyPath("temp.Area.Back.L1.Y").doubleValue(), 277.0);
+    }
+
+    // Every area value stays a finite number on the paper, whether typed into a working copy or
+    // written into the setting by the data source: what is not one is refused and the old value
+    // stays; a finite value is fitted.
+    void areaValuesStayFinite_data() {
+        QTest::addColumn<int>("unit");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<TwValue>("value");
+        QTest::addColumn<QString>("after");
+        const double inf = std::numeric_limits<double>::infinity();
+        auto row = [](const char* name, int unit, const char* key, TwValue v, const char* after) {
+            QTest::newRow(name) << unit << QString(key) << v << QString(after);
+        };
+        row("typed X not a number", 1, "temp.Area.Front.X", std::nan(""), "Front.X=0 Width=210");
+        row("typed width infinite", 1, "temp.Area.Width", inf, "Width=210");
+        row("typed length -infinite", 1, "temp.Area.Length", -inf, "Length=297");
+        row("typed inches overflowing", 0, "temp.Area.Front.L1.X", 1e308, "Front.L1.X=10");
+        row("setting X not a number", 1, "Data.Area.Measure.Front.X", std::nan(""), "Front.X=0");
+        row("setting width text", 1, "Data.Area.Measure.Width", "wide", "Width=210");
+        row("setting width 0: the minimum", 1, "Data.Area.Measure.Width", 0, "Width=10");
+        row("setting sub-area huge: the paper", 0, "Data.Area.Measure.Front.L1.Width", 1e300,
+            "Front.L1.X=0 Front.L1.Width=210");
+    }
+    void areaValuesStayFinite() {
+        QFETCH(int, unit);
+        QFETCH(QString, key);
+        QFETCH(TwValue, value);
+        QFETCH(QString, after);
+        model->setValueForKeyPath(TwValue(unit), "Data.Area.Unit");
+        LogCapture log;
+        model->setValueForKeyPath(value, key.toStdString());
+        compareArea(*model, after);
+        const double perUnit = unit == 0 ? 25.4 : 1.0;
+        for (auto& [rest, mm] : areaValues(after))
+            QCOMPARE(model->valueForKeyPath("temp.Area." + rest).doubleValue() * perUnit, mm);
+        QCOMPARE(log.text().contains("is not a finite number"),
+                 !value.isNumber() || !std::isfinite(value.doubleValue() * perUnit));
     }
 
     void areasTheSettingLacksAreNotCreated() {

@@ -22,6 +22,8 @@
 #include <QTest>
 
 #include <cmath>
+#include <cstring>
+#include <random>
 
 namespace {
 
@@ -396,6 +398,86 @@ private slots:
             QTRY_VERIFY(!p->imageBack().isNull());
             QCOMPARE(p->imageBack(), p->imageFront());
             ui->controllerIfMade()->previewRescan();
+        }
+        ui->hideUi();
+    }
+
+    // A seeded storm of drags, tool, side, area and unit changes, rescans and hostile area writes
+    // (not numbers, infinite, huge, negative, text): afterwards every area value of the setting is
+    // a finite number on the paper, no smaller than its minimum, and its working copy shows it.
+    void areasSurviveAStorm_data() {
+        QTest::addColumn<int>("seed");
+        for (int seed : {1, 7, 42, 1234, 99991})
+            QTest::newRow(qPrintable(QString("seed %1").arg(seed))) << seed;
+    }
+    void areasSurviveAStorm() {
+        QFETCH(int, seed);
+        std::mt19937 random{std::uint32_t(seed)};
+        auto pick = [&](int n) {
+            return int(random() % std::uint32_t(n));
+        };
+        auto ui = shown();
+        set(*ui, "Data.PaperSource", 1);
+        for (const char* key : {"Data.Area.Front.L1.Enable", "Data.Area.Back.L1.Enable"})
+            set(*ui, key, true);
+        TwDlgPreview* p = prescan(*ui);
+        QVERIFY(p);
+        TwPreviewView* v = p->viewPreview();
+        const TwValue hostile[] = {std::nan(""), HUGE_VAL, -HUGE_VAL, 1e308, -50.0, 1e9, "wide", 0};
+        const char* const keys[] = {"temp.Area.Front.X",       "temp.Area.Width",
+                                    "temp.Area.Front.L1.Y",    "temp.Area.Back.L1.Length",
+                                    "Data.Area.Measure.Y",     "Data.Area.Measure.Front.L1.Width",
+                                    "Data.Area.Measure.Back.X"};
+        for (int step = 0; step < 300 && p->isVisible(); ++step) {
+            switch (pick(6)) {
+            case 0: { // a drag from anywhere on the page to anywhere
+                const QSizeF page = p->GetCurrentPaperSize();
+                auto somewhere = [&] {
+                    return at(v, QPointF(pick(int(page.width())), pick(int(page.height()))));
+                };
+                QTest::mousePress(v, Qt::LeftButton, {}, somewhere());
+                for (int n = pick(4); n >= 0; --n)
+                    QTest::mouseMove(v, somewhere());
+                QTest::mouseRelease(v, Qt::LeftButton, {}, somewhere());
+                break;
+            }
+            case 1:
+                p->segControl()->buttons()[pick(2)]->click(); // select or hand
+                break;
+            case 2:
+                p->segSide()->buttons()[pick(2)]->click();
+                if (p->cmbArea()->count() > 0)
+                    p->cmbArea()->setCurrentIndex(pick(p->cmbArea()->count()));
+                p->onAreaChange();
+                break;
+            case 3:
+                ui->controllerIfMade()->previewRescan();
+                break;
+            case 4:
+                set(*ui, "Data.Area.Unit", pick(2));
+                break;
+            default:
+                set(*ui, keys[pick(std::size(keys))], hostile[pick(std::size(hostile))]);
+                break;
+            }
+        }
+        const TwSize paper = ui->model()->GetCurrentPaperSizeInCurrentOrientation();
+        const double perUnit = ui->model()->AreaUnitIsInch() ? 25.4 : 1.0;
+        for (const TwAreaValidInfo& row : TwainDialogData::AreaValidInfos) {
+            const char* parts[4] = {row.xKey, row.yKey, row.widthKey, row.lengthKey};
+            double mm[4];
+            for (int i = 0; i < 4; ++i) {
+                const std::string rest = std::string(parts[i]).substr(std::strlen("temp.Area."));
+                const TwValue setting = ui->dataForKeyPath("Data.Area.Measure." + rest);
+                QVERIFY2(setting.isNumber() && std::isfinite(setting.doubleValue()), parts[i]);
+                mm[i] = setting.doubleValue();
+                QVERIFY2(near(value(*ui, parts[i]) * perUnit, mm[i], 1e-6), parts[i]);
+            }
+            const double w = paper.width / 10.0, l = paper.length / 10.0;
+            QVERIFY2(mm[0] >= -1e-6 && mm[0] + mm[2] <= w + 1e-6, row.xKey);
+            QVERIFY2(mm[1] >= -1e-6 && mm[1] + mm[3] <= l + 1e-6, row.yKey);
+            QVERIFY2(mm[2] >= std::min<double>(row.minWidth, w) - 1e-6, row.widthKey);
+            QVERIFY2(mm[3] >= std::min<double>(row.minLength, l) - 1e-6, row.lengthKey);
         }
         ui->hideUi();
     }
