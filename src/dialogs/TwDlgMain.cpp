@@ -149,7 +149,10 @@ void TwDlgMain::bindControlAll() {
         return;
     }
     responderBinding()->bindContentValues(ui->cmbSettingNames, model, "profiles.content");
-    responderBinding()->bindValue(ui->cmbSettingNames, model, "profiles.name");
+    // A name is picked, or typed and ended with Return or by leaving the box: a setting is not
+    // selected letter by letter as its name is typed.
+    responderBinding()->bind(kTwValueBinding, ui->cmbSettingNames, model, "profiles.name",
+                             TwBindingOptions{.continuouslyUpdatesValue = false});
 
     unbindViews();
     // Every tab the form offers, each with its own label again, before the model decides.

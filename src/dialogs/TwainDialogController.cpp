@@ -397,7 +397,12 @@ void TwainDialogController::onDeleteSetting() {
         showMessageBox(localizedString(QStringLiteral("IDS_PROFILE_DEL_TEMP")), QString(), 0x20001);
         return;
     }
-    QString text = name.isString() ? qs(*name.str()) : qs(name.description());
+    if (!name.isString() || !_dialogData->IsProfileExist(*name.str())) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: '%s' is not a saved setting; nothing to delete\n",
+                "TwainDialogController::onDeleteSetting", name.description().c_str());
+        return;
+    }
+    QString text = qs(*name.str());
     int answer = showMessageBox(formatWith(localizedString(QStringLiteral("IDS_PROFILE_DEL_CONFIRM")), text),
                                 QString(), 0x40002);
     if (answer == kVmxAnswerCancel)

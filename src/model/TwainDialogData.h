@@ -280,6 +280,10 @@ private:
     void fitAreas(const std::string* editedKey);
     // Writes an area value (millimetres) and its working copy (user's unit) without mirroring.
     void writeAreaValue(const std::string& rest, double millimetres, const std::string* editedRest);
+    // The selection of a profile by name (a new "profiles.name"): a saved setting is applied; a
+    // name in another letter case selects the saved setting (or the untitled one) it names; any
+    // other name is refused and the selection goes back to what it was.
+    void selectProfileNamed(const TwValue& name, const TwValue& before);
     // The paper, in millimetres and current orientation, that the areas were last fitted to.
     TwSize m_areaPaper;
     // The model itself is writing area values of the setting: they are not taken as new input.

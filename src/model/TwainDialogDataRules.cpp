@@ -365,23 +365,7 @@ void TwainDialogData::observeValueForKeyPath(const std::string& keyPath, TwObser
             }
         } else if (p.starts_with("profiles") && p == "profiles.name") {
             TwScopedValue inProfile(bInProfileProcess, true);
-            TwValue name = valueForKeyPath("profiles.name");
-            if (!name.isNull()) {
-                if (auto profiles = m_CustomProfiles.list()) {
-                    for (std::size_t i = 0; i < profiles->size(); ++i) {
-                        TwValue profile = (*profiles)[i];
-                        auto d = profile.dict();
-                        if (!d || !d->value("ProfileName").isEqual(name))
-                            continue;
-                        try {
-                            SettingApply(profile);
-                        } catch (const std::exception&) {
-                            OrvaLog(kOrvaLogError, "Profile Apply Fail!\n");
-                        }
-                        break;
-                    }
-                }
-            }
+            selectProfileNamed(valueForKeyPath("profiles.name"), change.oldValue);
         }
         updateEnabledFromKeyPath(keyPath, &change);
         if (!bInProfileProcess && !bInLoadProfile)
@@ -390,6 +374,50 @@ void TwainDialogData::observeValueForKeyPath(const std::string& keyPath, TwObser
         OrvaLog(kOrvaLogError, "*** ERROR: %s keyPath:%s : %s\n", "TwainDialogData::observeValueForKeyPath",
                 keyPath.c_str(), e.what());
     }
+}
+
+// ---- Selecting a profile by name -----------------------------------------------------------------
+
+void TwainDialogData::selectProfileNamed(const TwValue& name, const TwValue& before) {
+    if (name.isNull())
+        return;
+    const TwValue temporary = valueForKeyPath("profiles.temporary");
+    auto saved = [this](const TwValue& n, bool ignoringCase) -> TwValue {
+        if (auto profiles = m_CustomProfiles.list())
+            for (auto& profile : *profiles) {
+                auto d = profile.dict();
+                TwValue stored = d ? d->value("ProfileName") : TwValue();
+                if (ignoringCase
+                        ? stored.isString() && n.isString() && TwEqualsIgnoringCase(*stored.str(), *n.str())
+                        : stored.isEqual(n))
+                    return profile;
+            }
+        return {};
+    };
+    if (TwValue profile = saved(name, false)) {
+        try {
+            SettingApply(profile);
+        } catch (const std::exception&) {
+            OrvaLog(kOrvaLogError, "Profile Apply Fail!\n");
+        }
+        return;
+    }
+    if (name.isEqual(temporary))
+        return;
+    // A name typed in another letter case picks the saved setting (or the untitled one) it names.
+    if (TwValue profile = saved(name, true)) {
+        myChangeValue(profile.dict()->value("ProfileName"), "profiles.name");
+        return;
+    }
+    if (name.isString() && temporary.isString() && TwEqualsIgnoringCase(*name.str(), *temporary.str())) {
+        myChangeValue(temporary, "profiles.name");
+        return;
+    }
+    // Any other name is no setting: the selection stays what it was (the setting did not change).
+    OrvaLog(kOrvaLogError, "ERROR: %s: '%s' is not a saved setting; refused\n",
+            "TwainDialogData::selectProfileNamed", name.stringValue().c_str());
+    const bool wasSelectable = before.isEqual(temporary) || saved(before, false);
+    setValueForKeyPathUnheardBySelf(wasSelectable ? before : temporary, "profiles.name");
 }
 
 // ---- Applying a profile --------------------------------------------------------------------------

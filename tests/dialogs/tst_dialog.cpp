@@ -11,6 +11,7 @@
 #include "TwResponderBinding.h"
 #include "TwainView.h"
 
+#include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QProgressBar>
@@ -360,6 +361,16 @@ private slots:
         QCOMPARE(sample.boxes.back().message,
                  QStringLiteral("Are you sure you want to delete the setting \"Receipts\"?"));
         QCOMPARE(sample.boxes.back().messageType, 0x40002u);
+        // A typed name that is no setting is not selected, by Return or by going to Delete.
+        QComboBox* names = window(*ui)->cmbSettingNames();
+        names->setFocus();
+        QTest::keyClicks(names, "XYZ");
+        QTest::keyClick(names, Qt::Key_Return);
+        QCOMPARE(names->currentText(), QStringLiteral("Receipts"));
+        QTest::keyClicks(names, "XYZ");
+        QTest::mouseClick(window(*ui)->btnDelete(), Qt::LeftButton);
+        QCOMPARE(sample.boxes.back().message,
+                 QStringLiteral("Are you sure you want to delete the setting \"Receipts\"?"));
         sample.boxAnswer = kVmxAnswerOK;
         ui->controllerIfMade()->onDeleteSetting();
         QVERIFY(!ui->model()->IsProfileExist("Receipts"));

@@ -146,6 +146,33 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Low"));
     }
 
+    // Only a saved setting (or the untitled one) can be selected by name: another letter case picks
+    // the one it names, any other name is refused and the selection stays.
+    void aNameSelectsOnlyASavedSetting_data() {
+        QTest::addColumn<bool>("fromLow");
+        QTest::addColumn<TwValue>("name");
+        QTest::addColumn<QString>("selected");
+        QTest::addColumn<int>("resolution");
+        QTest::newRow("saved") << false << TwValue("Low") << "Low" << 200;
+        QTest::newRow("another case") << false << TwValue("LOW") << "Low" << 200;
+        QTest::newRow("untitled, another case") << true << TwValue("untitled") << "Untitled" << 200;
+        QTest::newRow("no setting") << false << TwValue("lettersXYZ") << "Untitled" << 600;
+        QTest::newRow("no setting, from a saved one") << true << TwValue("XYZ") << "Low" << 200;
+        QTest::newRow("not a name") << true << TwValue(5) << "Low" << 200;
+    }
+    void aNameSelectsOnlyASavedSetting() {
+        QFETCH(bool, fromLow);
+        QFETCH(TwValue, name);
+        auto ui = start();
+        set(*ui, "Data.Resolution", 200);
+        ui->model()->AddCustomProfile("Low");
+        if (!fromLow)
+            set(*ui, "Data.Resolution", 600);
+        set(*ui, "profiles.name", name);
+        QTEST(QString::fromStdString(ui->dataForKeyPath("profiles.name").stringValue()), "selected");
+        QTEST(ui->dataForKeyPath("Data.Resolution").intValue(), "resolution");
+    }
+
     void theLastSettingComesBack() {
         {
             auto ui = start();

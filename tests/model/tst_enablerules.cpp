@@ -278,6 +278,7 @@ private slots:
         model.setModelDef(&def);
         model.setValueForKeyPath(sampleData(), "Data");
         model.setValueForKeyPath(dict({{"temporary", "Untitled"}, {"name", "Mine"}}), "profiles");
+        model.m_CustomProfiles = TwValue::array({dict({{"ProfileName", "Mine"}})});
         model.addSelfObserver();
         QCOMPARE(model.valueForKeyPath("profiles.name"), TwValue("Mine"));
         model.removeSelfObserver();
@@ -285,15 +286,20 @@ private slots:
 
     void selectingAProfileByName_data() {
         QTest::addColumn<TwValue>("profiles");
-        QTest::newRow("foreign elements") << TwValue::array({1, "A", TwValue::array()});
+        QTest::addColumn<bool>("saved");
+        QTest::newRow("foreign elements: no setting of that name")
+            << TwValue::array({1, "A", TwValue::array()}) << false;
         QTest::newRow("a match") << TwValue::array(
-            {dict({{"ProfileName", "B"}}), dict({{"ProfileName", "A"}})});
+                                        {dict({{"ProfileName", "B"}}), dict({{"ProfileName", "A"}})})
+                                 << true;
     }
     void selectingAProfileByName() {
         QFETCH(TwValue, profiles);
         model->m_CustomProfiles = profiles;
+        QFETCH(bool, saved);
         model->setValueForKeyPath(TwValue("A"), "profiles.name");
-        QCOMPARE(model->valueForKeyPath("profiles.name"), TwValue("A"));
+        QCOMPARE(model->valueForKeyPath("profiles.name"),
+                 saved ? TwValue("A") : model->valueForKeyPath("profiles.temporary"));
         QVERIFY(!model->bInProfileProcess);
         model->bInProfileProcess = true;
         model->setValueForKeyPath(TwValue("B"), "profiles.name");
