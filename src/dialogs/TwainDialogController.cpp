@@ -565,9 +565,12 @@ void TwainDialogController::onHelp() {
     OrvaLog(kOrvaLogDebug, "\t%s: %s\n", "TwainDialogController::onHelp", page.toUtf8().constData());
     QUrl url = QUrl::fromLocalFile(page);
     bool opened = urlOpener() ? urlOpener()(url) : QDesktopServices::openUrl(url);
-    if (!opened)
+    if (!opened) {
+        // No browser or launcher on the machine: as good as no help book.
         OrvaLog(kOrvaLogError, "ERROR: %s: the desktop could not open %s\n", "TwainDialogController::onHelp",
                 page.toUtf8().constData());
+        showMessageBox(localizedString(QStringLiteral("IDS_ERR_HELPFILE_LOAD")), QString(), 0x20001);
+    }
 }
 
 bool TwainDialogController::registerHelp(const QStringList& bundlePaths) {

@@ -445,18 +445,26 @@ private slots:
         QCOMPARE(c.helpBookName(), QStringLiteral("Orvanic VMX-S Scanner Help"));
 
         QUrl opened;
+        bool launches = true; // a machine without a browser or launcher cannot open the page
         TwainDialogController::setUrlOpener([&](const QUrl& url) {
             opened = url;
-            return true;
+            return launches;
         });
         TwainDialogController::setHelpRoot(QStringLiteral("/nonexistent-help-root"));
+        sample.recordBoxes();
         auto ui = shown();
         QTest::mouseClick(window(*ui)->btnHelp(), Qt::LeftButton);
         QVERIFY2(opened.toLocalFile().endsWith(QStringLiteral("Resources/help/HelpBook/index.html")),
                  qPrintable(opened.toString()));
+        QVERIFY(sample.boxes.empty());
+        launches = false;
+        QTest::mouseClick(window(*ui)->btnHelp(), Qt::LeftButton);
+        QCOMPARE(sample.boxes.size(), std::size_t(1));
+        QCOMPARE(sample.boxes[0].messageType, 0x20001u);
+        QVERIFY(sample.boxes[0].message.contains(QStringLiteral("help")));
         ui->hideUi();
 
-        sample.recordBoxes();
+        sample.boxes.clear();
         opened.clear();
         QTemporaryDir empty;
         QDir(empty.path()).mkpath(QStringLiteral("Contents/Resources"));
