@@ -206,7 +206,11 @@ void TwPreviewView::paintEvent(QPaintEvent* event) {
     }
     if (m_opMode == kOpSelect && m_bDraged && m_subOpMode == kZoneNone) {
         pen.setColor(Qt::black);
-        pen.setDashPattern({2.0 / kOutlineWidth, 2.0 / kOutlineWidth}); // 2 points on, 2 off
+        // 2 page units (millimetres) on, 2 off; Qt counts dashes in pen widths, and a square cap
+        // would lengthen every dash by a pen width, closing the gaps.
+        const double dash = 2.0 * scale() / kOutlineWidth;
+        pen.setDashPattern({dash, dash});
+        pen.setCapStyle(Qt::FlatCap);
         painter.setPen(pen);
         painter.drawRect(QRectF(viewFromPage(m_ptDown), viewFromPage(m_ptDrag)).normalized());
     }

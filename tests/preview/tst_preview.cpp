@@ -387,6 +387,43 @@ private slots:
         ui->hideUi();
     }
 
+    // While a new area is drawn the band is dashed 2 on, 2 off in page units (millimetres), so the
+    // dashes grow with the zoom and stay visible over black text.
+    void theRubberBandIsDashedInPageUnits() {
+        auto ui = shown();
+        placeSubArea(*ui, QRectF(10, 10, 20, 20));
+        TwDlgPreview* p = prescan(*ui);
+        p->setSelectedArea(0);
+        TwPreviewView* v = p->viewPreview();
+        for (int zoom = 0; zoom < 2; ++zoom) {
+            if (zoom)
+                v->doZoom(3);                    // twice as large
+            const double top = zoom ? 220 : 150; // clear of the area the first band made
+            QTest::mousePress(v, Qt::LeftButton, {}, at(v, QPointF(60, top)));
+            QTest::mouseMove(v, at(v, QPointF(100, top + 20)));
+            QTest::mouseMove(v, at(v, QPointF(160, top + 40)));
+            const QImage picture = v->grab().toImage();
+            QTest::mouseRelease(v, Qt::LeftButton, {}, at(v, QPointF(160, top + 40)));
+            // Along the band's top edge, away from its corners: runs of black and of anything else.
+            const int y = at(v, QPointF(0, top)).y();
+            QList<int> runs;
+            bool black = false;
+            for (int x = at(v, QPointF(64, 0)).x(); x < at(v, QPointF(156, 0)).x(); ++x) {
+                const bool here = picture.pixel(x, y) == qRgb(0, 0, 0);
+                if (runs.isEmpty() || here != black)
+                    runs << 0;
+                black = here;
+                ++runs.last();
+            }
+            QVERIFY2(runs.size() >= 10, qPrintable(QString("%1 runs").arg(runs.size())));
+            const double dash = 2.0 * v->scale();
+            for (int run : runs.mid(1, runs.size() - 2))
+                QVERIFY2(std::abs(run - dash) <= 1.5,
+                         qPrintable(QString("run %1, dash %2").arg(run).arg(dash)));
+        }
+        ui->hideUi();
+    }
+
     // One block given for both sides by events 3 and 5 is freed once and shown for both sides.
     void oneBlockForBothSides() {
         auto ui = shown();
