@@ -60,7 +60,8 @@ void TwPanel::showWindow() {
     bindControlAll();
     show();
     raise();
-    activateWindow();
+    if (!testAttribute(Qt::WA_ShowWithoutActivating))
+        activateWindow();
 }
 
 void TwPanel::bindControlAll() {

@@ -753,10 +753,14 @@ void TwainDialogController::showContinueScanPage(TwPreviewRecord* record, QWidge
                                    : QSizeF(layout->width, layout->height) * (kTwMillimetresPerInch / 100.0));
     page->setIsModal(false);
     page->setDisplayOnly(true);
+    // The question is what the person answers: the page beside it never takes the keyboard.
+    page->setAttribute(Qt::WA_ShowWithoutActivating);
+    page->setWindowFlag(Qt::WindowDoesNotAcceptFocus);
     handOverImages(page, record, true);
     page->showWindow();
     page->placeBeside(question, kContinueScanPageGap, TwPanel::Level::Tops);
     m_continueScanPage = page;
+    question->activateWindow();
 }
 
 void TwainDialogController::closeContinueScanPage() {

@@ -8,6 +8,7 @@
 #include "TwDlgScanning.h"
 #include "preview/PreviewPages.h"
 
+#include <QApplication>
 #include <QPushButton>
 #include <QTest>
 
@@ -178,6 +179,30 @@ private slots:
             QCOMPARE(s.record, g_source.seen.front().record);
         QVERIFY(!g_source.seen.back().withImage);
         QCOMPARE(ui->controllerIfMade()->continueScanPage(), nullptr);
+    }
+
+    // The question has the keyboard, not the page beside it: Return answers its default button,
+    // Escape its escape button.
+    void theQuestionIsAnsweredFromTheKeyboard_data() {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<int>("answer");
+        QTest::newRow("Return") << int(Qt::Key_Return) << int(kVmxAnswerContinue);
+        QTest::newRow("Escape") << int(Qt::Key_Escape) << int(kVmxAnswerStop);
+    }
+    void theQuestionIsAnsweredFromTheKeyboard() {
+        QFETCH(int, key);
+        auto ui = loaded();
+        bool pageShown = false, pageActive = true;
+        auto timer = whenModal<QMessageBox>([&](QMessageBox* box) {
+            QWidget* page = ui->controllerIfMade()->continueScanPage();
+            pageShown = page && page->isVisible();
+            QTRY_COMPARE(QApplication::activeWindow(), box);
+            pageActive = page && (page->isActiveWindow() || page->isAncestorOf(QApplication::focusWidget()));
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key(key));
+        });
+        QTEST(ui->showContinueScanDialog(2), "answer");
+        QVERIFY(pageShown);
+        QVERIFY(!pageActive);
     }
 
     // The 16-bit value names the problem page; the texts come from the string tables.
