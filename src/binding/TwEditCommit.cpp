@@ -4,10 +4,12 @@
 #include "TwBindingAdapters.h"
 #include "TwBoundControl.h"
 #include "TwFormatter.h"
+#include "TwWindowPlacement.h"
 
 #include <QComboBox>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QTimer>
 #include <QWidget>
 
 namespace {
@@ -23,6 +25,8 @@ void showAlert(QWidget* field, const QString& message) {
     }
     QMessageBox box(QMessageBox::Warning, field->window()->windowTitle(), message, QMessageBox::Ok,
                     field->window());
+    // Qt sizes a message box as it shows it; then it is put wholly on the screen.
+    QTimer::singleShot(0, &box, [&box] { TwKeepOnScreen(&box); });
     box.exec();
 }
 

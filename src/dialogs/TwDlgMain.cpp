@@ -97,6 +97,16 @@ QTabWidget* TwDlgMain::tableMain() const {
     return ui->tableMain;
 }
 
+QRect TwDlgMain::buttonRow() const {
+    QRect row;
+    for (const QWidget* button : {static_cast<QWidget*>(ui->btnHelp), static_cast<QWidget*>(ui->btnOK),
+                                  static_cast<QWidget*>(ui->btnCancel), static_cast<QWidget*>(ui->btnStart),
+                                  static_cast<QWidget*>(ui->btnPrescan)})
+        if (button && button->isVisible())
+            row |= QRect(button->mapToGlobal(QPoint(0, 0)), button->size());
+    return row;
+}
+
 TwainView* TwDlgMain::view(const QString& identifier) const {
     for (auto& tab : m_tabs)
         if (tab.identifier == identifier)

@@ -51,6 +51,8 @@ public:
     QPushButton* btnAbout() const;
     QPushButton* btnCustomize() const;
     QTabWidget* tableMain() const;
+    // Where the bottom row of command buttons is, in screen coordinates.
+    QRect buttonRow() const;
     // The setting view of a tab identifier ("Basic", ...), or null.
     TwainView* view(const QString& identifier) const;
     // The identifiers of the tab pages now in the tab view, in order.

@@ -1,13 +1,16 @@
 #include "TwMessageBox.h"
 
 #include "OrvaDebug.h"
+#include "TwWindowPlacement.h"
 #include "VmxUI.h"
 
 #include <QAbstractButton>
 #include <QElapsedTimer>
 #include <QLabel>
+#include <QLayout>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 
 #include <algorithm>
@@ -58,6 +61,54 @@ QMessageBox::Icon iconFor(std::uint32_t messageType) {
     default:
         return QMessageBox::NoIcon;
     }
+}
+
+// Room the window manager takes in a title bar besides the title: its icon and buttons.
+constexpr int kTitleBarAllowance = 120;
+
+// A box that comes up wholly on its screen and wide enough for its whole title where the screen
+// allows. Qt sizes a message box when it is shown, so the width is settled after that.
+class TwPlacedMessageBox : public QMessageBox {
+public:
+    using QMessageBox::QMessageBox;
+
+protected:
+    void showEvent(QShowEvent* event) override {
+        QMessageBox::showEvent(event);
+        fitTitle();
+        TwKeepOnScreen(this);
+    }
+
+private:
+    void fitTitle() {
+        QFont bold = font();
+        bold.setBold(true);
+        int wanted = QFontMetrics(bold).horizontalAdvance(windowTitle()) + kTitleBarAllowance;
+        if (const QScreen* s = screen()) {
+            const QMargins frame = TwFrameMarginsOf(this);
+            wanted = std::min(wanted, s->availableGeometry().width() - frame.left() - frame.right());
+        }
+        if (wanted <= width())
+            return;
+        setFixedWidth(wanted);
+        if (layout() && layout()->hasHeightForWidth())
+            setFixedHeight(layout()->totalHeightForWidth(wanted));
+    }
+};
+
+// A wrapped text is as wide as its longest line up to Qt's own soft limit for message boxes (half
+// the screen, at most 500 points), not squeezed into the narrowest column that holds its words.
+void widenText(QMessageBox* box) {
+    auto* label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"));
+    if (!label)
+        return;
+    const QScreen* s = box->screen();
+    const int soft = std::min(s ? s->availableGeometry().width() / 2 : 1000, 500);
+    int longest = 0;
+    const QFontMetrics metrics(label->font());
+    for (const QString& line : label->text().split(QLatin1Char('\n')))
+        longest = std::max(longest, metrics.horizontalAdvance(line));
+    label->setMinimumWidth(std::min(longest, soft));
 }
 
 } // namespace
@@ -112,13 +163,17 @@ int TwMessageAnswerForPanelReturn(const TwMessageBoxSetup& setup, std::int16_t p
 }
 
 QMessageBox* TwCreateMessageBox(const TwMessageBoxSetup& setup, QWidget* parent) {
-    auto* box = new QMessageBox(parent);
+    auto* box = new TwPlacedMessageBox(parent);
+    // The frame of a dialog: a title and a close box, no minimise or maximise buttons.
+    box->setWindowFlags(Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint | Qt::CustomizeWindowHint |
+                        Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
     box->setIcon(setup.icon);
     if (setup.title.isEmpty()) {
         box->setText(setup.message);
     } else {
         box->setText(setup.title);
         box->setInformativeText(setup.message);
+        widenText(box);
     }
     box->setTextFormat(Qt::PlainText);
     if (parent)

@@ -125,17 +125,13 @@ void TwPanel::closeEvent(QCloseEvent* event) {
 
 void TwPanel::center() {
     QWidget* main = m_controller ? m_controller->windowIfLoaded() : nullptr;
-    if (main && main != this && main->isVisible()) {
-        QRect frame = frameGeometry();
-        frame.moveCenter(main->frameGeometry().center());
-        move(frame.topLeft());
-        return;
-    }
-    if (QScreen* s = screen()) {
-        QRect frame = frameGeometry();
-        frame.moveCenter(s->availableGeometry().center());
-        move(frame.topLeft());
-    }
+    QRect client = geometry();
+    if (main && main != this && main->isVisible())
+        client.moveCenter(main->geometry().center());
+    else if (QScreen* s = screen())
+        client.moveCenter(s->availableGeometry().center());
+    setGeometry(client);
+    TwKeepOnScreen(this);
 }
 
 QString TwPanel::localizedString(const QString& key) const {
@@ -180,39 +176,21 @@ void TwPanel::connectActions(QWidget* root) {
     }
 }
 
-void TwPanel::placeBeside(const QWidget* other, int gap, Level level) {
+void TwPanel::placeBeside(QWidget* other, int gap, Level level, const QRect& keepClear, bool mayMoveOther) {
     if (!other)
         return;
-    const QRect anchor = other->frameGeometry();
-    QRect frame = frameGeometry();
-    const int decoration = frame.height() - height();
     const QScreen* s = other->screen();
-    const QRect available = s ? s->availableGeometry() : QRect();
-    if (available.isValid() && frame.height() > available.height()) {
-        resize(width(), std::max(minimumHeight(), available.height() - decoration));
-        frame = frameGeometry();
-    }
-    // Where the screen leaves less room to the right than the panel takes, a panel that may be
-    // narrower is made as narrow as the room rather than laid over the other window.
-    const int decorationWidth = frame.width() - width();
-    const int room = available.isValid() ? available.right() - (anchor.right() + gap) : frame.width();
-    const int narrowest = std::max({minimumWidth(), minimumSizeHint().width(), 1}) + decorationWidth;
-    if (frame.width() > room && room >= narrowest) {
-        resize(room - decorationWidth, height());
-        frame = frameGeometry();
-    }
-    frame.moveLeft(anchor.right() + 1 + gap);
-    if (level == Level::Tops)
-        frame.moveTop(anchor.top());
-    else
-        frame.moveBottom(anchor.bottom());
-    if (available.isValid()) {
-        frame.moveRight(std::min(frame.right(), available.right()));
-        frame.moveLeft(std::max(frame.left(), available.left()));
-        frame.moveBottom(std::min(frame.bottom(), available.bottom()));
-        frame.moveTop(std::max(frame.top(), available.top()));
-    }
-    move(frame.topLeft());
+    const auto placed = TwPlacement::beside(TwPlacement::frameOf(other->geometry(), TwFrameMarginsOf(other)),
+                                            keepClear, geometry(), TwFrameMarginsOf(this), minimumSize(),
+                                            s ? s->availableGeometry() : QRect(), gap, level, mayMoveOther);
+    if (placed.anchorShift != 0)
+        other->move(other->pos() + QPoint(placed.anchorShift, 0));
+    setGeometry(placed.client);
+}
+
+void TwPanel::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    TwKeepOnScreen(this);
 }
 
 void TwPanel::observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange&, void*) {}

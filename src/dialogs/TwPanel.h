@@ -11,6 +11,7 @@
 
 #include "TwObservableValues.h"
 #include "TwObservation.h"
+#include "TwWindowPlacement.h"
 
 #include <QDialog>
 #include <QPointer>
@@ -59,11 +60,13 @@ public:
     void closePanel();
     // Centres the panel over the controller's main window.
     void center();
-    // Places the panel gap points right of the other window, tops or bottoms level, so that it lies
-    // on the screen: narrowed to the room there (not below its smallest size), shortened if taller
-    // than the screen, and pushed back onto the screen, over the other window, if that is not enough.
-    enum class Level { Tops, Bottoms };
-    void placeBeside(const QWidget* other, int gap, Level level);
+    // Places the panel gap points right of the other window, tops or bottoms level, wholly on the
+    // screen (TwPlacement::beside): the other window moves left to make room when it may, the
+    // panel is narrowed or goes to the left, and where it must lie over the other window it keeps
+    // clear of keepClear (screen coordinates).
+    using Level = TwPlacement::Level;
+    void placeBeside(QWidget* other, int gap, Level level, const QRect& keepClear = {},
+                     bool mayMoveOther = false);
 
     // The text of a string-table key through the controller (the data source's table first), or
     // this module's own table when the panel has no controller.
@@ -83,6 +86,8 @@ public slots:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    // Wherever it was put, a panel comes up wholly on its screen.
+    void showEvent(QShowEvent* event) override;
     const char* className() const;
 
 private:

@@ -610,19 +610,9 @@ TwPreviewPanel* TwainDialogController::previewPanel() {
 void TwainDialogController::placePreview(TwPreviewPanel* preview) {
     if (!m_window)
         return;
-    // Beside the dialog's right edge, bottoms level, on the screen. Where the screen leaves too
-    // little room on the right, the dialog first moves left as far as it can, so that the two do
-    // not cover each other.
-    if (const QScreen* screen = m_window->screen()) {
-        const QRect available = screen->availableGeometry();
-        const QRect main = m_window->frameGeometry();
-        const int overflow =
-            main.right() + kPreviewGap + preview->frameGeometry().width() - available.right();
-        const int shift = std::min(overflow, main.left() - available.left());
-        if (shift > 0)
-            m_window->move(m_window->pos() - QPoint(shift, 0));
-    }
-    preview->placeBeside(m_window, kPreviewGap, TwPanel::Level::Bottoms);
+    // Beside the dialog's right edge, bottoms level; where the screen is too small for both, never
+    // over the dialog's bottom buttons.
+    preview->placeBeside(m_window, kPreviewGap, TwPanel::Level::Bottoms, m_window->buttonRow(), true);
 }
 
 void TwainDialogController::closePreview() {

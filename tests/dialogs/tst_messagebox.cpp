@@ -5,7 +5,10 @@
 #include "VmxUI.h"
 
 #include <QEventLoop>
+#include <QGuiApplication>
+#include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 
 namespace {
@@ -111,6 +114,31 @@ private slots:
         std::unique_ptr<QMessageBox> plain(TwCreateMessageBox(untitled, nullptr));
         QCOMPARE(plain->text(), QStringLiteral("Please enter a name."));
         QVERIFY(plain->informativeText().isEmpty());
+    }
+
+    // A box has a dialog's frame (a close box, no minimise or maximise), is as wide as its whole
+    // title needs, wraps its text no narrower than Qt's own limit allows, and comes up wholly on
+    // the screen even over a window that reaches past the screen's corner.
+    void aBoxFitsItsTextsAndTheScreen() {
+        QWidget parent;
+        parent.setWindowTitle(QStringLiteral("Orvanic VMX-S60 Document Scanner with Flatbed Unit"));
+        const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+        parent.setGeometry(screen.left() - 300, screen.top() - 200, 400, 300);
+        const QString message = QStringLiteral("Load the pages into the feeder. Scanning starts as soon as "
+                                               "paper is detected.");
+        std::unique_ptr<QMessageBox> box(TwCreateMessageBox(
+            TwMessageBoxSetupFor(QStringLiteral("Waiting for paper"), message, 0x10002, false, &textFor),
+            &parent));
+        const Qt::WindowFlags flags = box->windowFlags();
+        QVERIFY(flags & Qt::WindowCloseButtonHint);
+        QVERIFY(!(flags & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint)));
+        box->show();
+        QFont bold = box->font();
+        bold.setBold(true);
+        QVERIFY(box->width() >= QFontMetrics(bold).horizontalAdvance(parent.windowTitle()));
+        auto* text = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"));
+        QVERIFY(text->width() >= std::min(QFontMetrics(text->font()).horizontalAdvance(message), 500));
+        QVERIFY(screen.contains(box->frameGeometry()));
     }
 
     // A polling box ends as the poll says (swapped Continue/Stop: Stop is first); told to wait,

@@ -509,38 +509,78 @@ private slots:
         qInfo("%s", qPrintable(saved.join(' ')));
     }
 
-    // A panel placed beside another window lies on the screen: beside it where there is room,
-    // pushed back onto the screen and shortened where there is not.
-    void aPanelBesideAnotherStaysOnTheScreen_data() {
-        QTest::addColumn<QRect>("other");
-        QTest::addColumn<int>("level"); // 0 tops, 1 bottoms
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QRect>("expected"); // relative to the screen's available area
-        QTest::newRow("room: tops level")
-            << QRect(100, 100, 400, 300) << 0 << QSize(300, 200) << QRect(510, 100, 300, 200);
-        QTest::newRow("room: bottoms level")
-            << QRect(100, 400, 400, 300) << 1 << QSize(300, 500) << QRect(510, 200, 300, 500);
-        QTest::newRow("little room right: narrowed")
-            << QRect(1600, 100, 400, 300) << 0 << QSize(600, 200) << QRect(2010, 100, 550, 200);
-        QTest::newRow("no room right: pushed left")
-            << QRect(2540, 100, 10, 300) << 0 << QSize(600, 200) << QRect(1960, 100, 600, 200);
+    // A window beside another lies wholly on the screen, the window manager's frame and title bar
+    // included: beside the other where there is room (which the other makes by moving left when it
+    // may), else narrowed, else on its left, and where it must lie over the other, clear of the
+    // other's buttons. On a large and a small desktop, and at twice the scale (half the points).
+    void aWindowBesideAnotherStaysOnTheScreen_data() {
+        QTest::addColumn<QSize>("screen");
+        QTest::addColumn<QRect>("other"); // client area; empty: the dialog, centred
+        QTest::addColumn<bool>("otherMayMove");
+        QTest::addColumn<int>("level");     // 0 tops, 1 bottoms
+        QTest::addColumn<QString>("where"); // right, left or over
+        const QRect centred;
+        QTest::newRow("1920 x 1080") << QSize(1920, 1080) << centred << true << 1 << "right";
+        QTest::newRow("1366 x 768: the dialog moves left")
+            << QSize(1366, 768) << centred << true << 1 << "right";
+        QTest::newRow("1920 x 1080 at 2x") << QSize(960, 540) << centred << true << 1 << "over";
+        QTest::newRow("1366 x 768 at 2x") << QSize(683, 384) << centred << true << 1 << "over";
+        QTest::newRow("a question that stays: to its left")
+            << QSize(1366, 768) << QRect(900, 300, 400, 150) << false << 0 << "left";
         QTest::newRow("above the top: pushed down")
-            << QRect(100, 100, 400, 300) << 1 << QSize(300, 800) << QRect(510, 0, 300, 800);
-        QTest::newRow("taller than the screen: shortened")
-            << QRect(100, 100, 400, 300) << 0 << QSize(300, 3000) << QRect(510, 0, 300, 1440);
+            << QSize(1920, 1080) << QRect(100, 100, 400, 300) << false << 1 << "right";
     }
-    void aPanelBesideAnotherStaysOnTheScreen() {
+    void aWindowBesideAnotherStaysOnTheScreen() {
+        QFETCH(QSize, screen);
         QFETCH(QRect, other);
+        QFETCH(bool, otherMayMove);
         QFETCH(int, level);
-        QFETCH(QSize, size);
-        QFETCH(QRect, expected);
+        QFETCH(QString, where);
+        const QMargins frame(1, 20, 1, 5); // a window manager's border and title bar
+        const QRect available(QPoint(0, 0), screen);
+        if (other.isEmpty()) { // the dialog as the window system centres it
+            other = QRect(QPoint(0, 0), QSize(772, 496));
+            other.moveCenter(available.center());
+        }
+        // The dialog's bottom buttons, and the preview's size and smallest size.
+        const QRect buttons(other.left() + 8, other.bottom() - 30, other.width() - 16, 24);
+        const QSize size(595, 760), minimum(300, 250);
+        const auto placed = TwPlacement::beside(
+            TwPlacement::frameOf(other, frame), buttons, QRect(QPoint(0, 0), size), frame, minimum, available,
+            10, level == 0 ? TwPlacement::Level::Tops : TwPlacement::Level::Bottoms, otherMayMove);
+        const QRect window = TwPlacement::frameOf(placed.client, frame);
+        const QRect moved = TwPlacement::frameOf(other, frame).translated(placed.anchorShift, 0);
+        QVERIFY2(available.contains(window), qPrintable(QString("%1 %2 %3 %4")
+                                                            .arg(window.x())
+                                                            .arg(window.y())
+                                                            .arg(window.width())
+                                                            .arg(window.height())));
+        QVERIFY(placed.client.width() >= minimum.width() && placed.client.height() >= minimum.height());
+        QVERIFY(available.contains(moved) || !available.contains(TwPlacement::frameOf(other, frame)));
+        if (!otherMayMove)
+            QCOMPARE(placed.anchorShift, 0);
+        if (where == "right")
+            QVERIFY(window.left() > moved.right());
+        else if (where == "left")
+            QVERIFY(window.right() < moved.left());
+        else if (available.contains(buttons))
+            QVERIFY(!window.intersects(buttons.translated(placed.anchorShift, 0)));
+    }
+
+    // The widget side: a panel takes the place worked out for it, and so does the window it is
+    // placed beside when that moves.
+    void aPanelIsPlacedAndComesUpOnTheScreen() {
         const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
         QWidget anchor;
-        anchor.setGeometry(other.translated(screen.topLeft()));
+        anchor.setGeometry(QRect(screen.right() - 100, screen.top() + 100, 90, 300));
         TwPanel panel;
-        panel.resize(size);
-        panel.placeBeside(&anchor, 10, level == 0 ? TwPanel::Level::Tops : TwPanel::Level::Bottoms);
-        QCOMPARE(QRect(panel.pos() - screen.topLeft(), panel.size()), expected);
+        panel.resize(600, 200);
+        panel.placeBeside(&anchor, 10, TwPanel::Level::Tops, {}, true);
+        QCOMPARE(panel.geometry(), QRect(screen.right() - 599, screen.top() + 100, 600, 200));
+        QCOMPARE(anchor.geometry().right(), screen.right() - 610);
+        panel.move(screen.left() - 300, screen.top() - 50); // put off the screen, it comes up on it
+        panel.show();
+        QVERIFY(screen.contains(panel.frameGeometry()));
     }
 };
 

@@ -17,6 +17,7 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
@@ -421,6 +422,39 @@ private slots:
                 QVERIFY2(std::abs(run - dash) <= 1.5,
                          qPrintable(QString("run %1, dash %2").arg(run).arg(dash)));
         }
+        ui->hideUi();
+    }
+
+    // On a large desktop, a small one and at twice the scale, the preview comes up wholly on the
+    // dialog's screen, beside the dialog where there is room and never over its bottom buttons.
+    void thePreviewStaysOnTheDialogsScreen_data() {
+        QTest::addColumn<QString>("screen");
+        QTest::addColumn<bool>("beside");
+        QTest::newRow("desktop") << "desktop" << true;
+        QTest::newRow("1366 x 768: too narrow for both") << "laptop" << false;
+        QTest::newRow("1920 x 1080 at 2x") << "scaled" << false;
+    }
+    void thePreviewStaysOnTheDialogsScreen() {
+        QFETCH(QString, screen);
+        QFETCH(bool, beside);
+        QScreen* target = nullptr;
+        for (QScreen* s : QGuiApplication::screens())
+            if (s->name() == screen)
+                target = s;
+        QVERIFY(target);
+        const QRect available = target->availableGeometry();
+        auto ui = shown();
+        TwDlgMain* dialog = ui->controllerIfMade()->windowIfLoaded();
+        QRect placed = dialog->geometry();
+        placed.moveCenter(available.center());
+        dialog->setGeometry(placed);
+        QCOMPARE(dialog->screen(), target);
+        TwDlgPreview* p = prescan(*ui);
+        QVERIFY(p && p->isVisible());
+        QVERIFY2(available.contains(p->frameGeometry()), qPrintable(screen));
+        QVERIFY(available.contains(dialog->frameGeometry()));
+        QCOMPARE(p->frameGeometry().left() > dialog->frameGeometry().right(), beside);
+        QVERIFY(!p->frameGeometry().intersects(dialog->buttonRow()));
         ui->hideUi();
     }
 
