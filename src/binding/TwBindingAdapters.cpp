@@ -2,6 +2,7 @@
 
 #include "TwBindingWidgets.h"
 #include "TwBoundControl.h"
+#include "TwEditCommit.h"
 #include "TwElidedText.h"
 #include "TwFormatter.h"
 #include "TwRangeHelpers.h"
@@ -224,11 +225,13 @@ public:
         auto* edit = static_cast<QLineEdit*>(control);
         QObject::connect(edit, &QLineEdit::textEdited, &state,
                          [edit, &state](const QString& text) { typed(edit, state, text); });
-        // Return or leaving the field with an acceptable entry ends editing.
+        // Return or leaving the field with an acceptable entry ends editing; leaving it with a
+        // rejected one shows the reason.
         QObject::connect(edit, &QLineEdit::editingFinished, &state, [edit] {
             if (TwBoundControl::commitEditing(edit))
                 TwBoundControl::refresh(edit);
         });
+        TwCheckWhenLeft(edit);
     }
 
     bool commitEditing(QObject* control, TwBoundControl& state) const override {
@@ -278,6 +281,7 @@ public:
                 if (TwBoundControl::commitEditing(combo))
                     TwBoundControl::refresh(combo);
             });
+            TwCheckWhenLeft(edit);
         }
         // Picking from the list is a whole entry at once.
         QObject::connect(combo, &QComboBox::activated, &state, [combo, &state](int index) {

@@ -8,6 +8,7 @@
 
 #include <functional>
 
+class QLineEdit;
 class QWidget;
 
 // Shows a formatter's rejection for a field. The default is a warning message box over the
@@ -22,3 +23,8 @@ QString TwFormatterDefaultMessage();
 // False when a field of the window holds an entry its formatter rejects; the focused field is
 // checked first.
 bool TwEndEditing(QWidget* window);
+
+// Has the field checked whenever the person leaves it (Tab, a click elsewhere; not when the
+// window goes to the background): a rejected entry is refused there and then, as at TwEndEditing.
+// The message names the field by its row label.
+void TwCheckWhenLeft(QLineEdit* edit);

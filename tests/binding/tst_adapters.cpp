@@ -521,7 +521,7 @@ private slots:
         ratio->setFocus();
         ratio->selectAll();
         QTest::keyClicks(ratio, "400");
-        name->setFocus(); // leaving the field does not end a rejected entry
+        name->setFocus(); // the check on leaving waits for the event loop: ending comes first here
         QVERIFY(!TwEndEditing(window.get()));
         QCOMPARE(alerts, (QList<std::pair<QWidget*, QString>>{{ratio, "Must in 10.0 - 356.0"}}));
         QCOMPARE(window->focusWidget(), ratio);
@@ -591,6 +591,31 @@ private slots:
         QCOMPARE(free->text(), QString("1.50"));
         QCOMPARE(title->text(), QString("abcd"));
         QVERIFY(TwBoundControl::bindingNames(free).empty());
+    }
+
+    // Leaving a field (Tab, a click elsewhere) checks it at once: a rejected entry shows its
+    // message and the field takes the focus back; a window going to the background checks nothing.
+    void leavingAFieldChecksIt_data() {
+        QTest::addColumn<int>("reason");
+        QTest::addColumn<bool>("checked");
+        QTest::newRow("Tab") << int(Qt::TabFocusReason) << true;
+        QTest::newRow("a click") << int(Qt::MouseFocusReason) << true;
+        QTest::newRow("another window") << int(Qt::ActiveWindowFocusReason) << false;
+    }
+    void leavingAFieldChecksIt() {
+        QFETCH(int, reason);
+        QFETCH(bool, checked);
+        addRatioAndName();
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        ratio->setFocus();
+        ratio->selectAll();
+        QTest::keyClicks(ratio, "400");
+        name->setFocus(Qt::FocusReason(reason));
+        QTest::qWait(20);
+        QCOMPARE(alerts.size(), checked ? 1 : 0);
+        QCOMPARE(window->focusWidget(), checked ? static_cast<QWidget*>(ratio) : name);
+        QCOMPARE(model.valueForKeyPath("Data.Ratio").doubleValue(), 40.0); // the last accepted entry
     }
 
     void comboBoxEntryIsCheckedToo() {

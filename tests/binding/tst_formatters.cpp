@@ -50,13 +50,16 @@ private slots:
         QTest::addColumn<double>("low");
         QTest::addColumn<double>("high");
         QTest::addColumn<QString>("message");
-        QTest::newRow("no places") << 1 << 300 << 0 << "0" << 1.0 << 300.0 << "Must in 1 - 300";
-        QTest::newRow("one place") << 100 << 3560 << 1 << "0.0" << 10.0 << 356.0 << "Must in 10.0 - 356.0";
-        QTest::newRow("two places") << 1 << 500 << 2 << "0.00" << 0.01 << 5.0 << "Must in 0.01 - 5.00";
-        QTest::newRow("negative places") << 5 << 50 << -2 << "0" << 5.0 << 50.0 << "Must in 5 - 50";
+        QTest::newRow("no places") << 1 << 300 << 0 << "0" << 1.0 << 300.0 << "Enter a number from 1 to 300.";
+        QTest::newRow("one place") << 100 << 3560 << 1 << "0.0" << 10.0 << 356.0
+                                   << "Enter a number from 10.0 to 356.0.";
+        QTest::newRow("two places") << 1 << 500 << 2 << "0.00" << 0.01 << 5.0
+                                    << "Enter a number from 0.01 to 5.00.";
+        QTest::newRow("negative places")
+            << 5 << 50 << -2 << "0" << 5.0 << 50.0 << "Enter a number from 5 to 50.";
         QTest::newRow("negative bounds")
-            << -250 << 250 << 1 << "0.0" << -25.0 << 25.0 << "Must in -25.0 - 25.0";
-        QTest::newRow("empty range") << 0 << 0 << 0 << "0" << 0.0 << 0.0 << "Must in 0 - 0";
+            << -250 << 250 << 1 << "0.0" << -25.0 << 25.0 << "Enter a number from -25.0 to 25.0.";
+        QTest::newRow("empty range") << 0 << 0 << 0 << "0" << 0.0 << 0.0 << "Enter a number from 0 to 0.";
     }
     void rangeSetUp() {
         QFETCH(int, minimum);
@@ -243,7 +246,7 @@ private slots:
         auto* f = qobject_cast<const TwainNumberFormatter*>(first.data());
         QVERIFY(f);
         QCOMPARE(f->parent(), &edit);
-        QCOMPARE(f->errorString(), QString("Must in 1 - 255"));
+        QCOMPARE(f->errorString(), QString("Enter a number from 1 to 255."));
         SetTextRange(&edit, 0, 2100, 1);
         auto* second = qobject_cast<const TwainNumberFormatter*>(edit.validator());
         QVERIFY(second && second != f);

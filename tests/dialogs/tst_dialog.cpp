@@ -14,6 +14,8 @@
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTabWidget>
@@ -302,6 +304,33 @@ private slots:
         retype(width, QStringLiteral("100"));
         QTest::mouseClick(w->btnOK(), Qt::LeftButton);
         QCOMPARE(codes(), Codes{kVmxEventClosed});
+        ui->hideUi();
+    }
+
+    // Leaving the Resolution field with 99999 refuses it there and then, in a box that names the
+    // field; the field keeps the focus and the setting its value.
+    void leavingAFieldWithARejectedEntryNamesTheField() {
+        TwSetFormatterAlert({}); // the real box
+        auto ui = shown(false, true);
+        TwDlgMain* w = window(*ui);
+        w->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(w));
+        auto* resolution =
+            w->view(QStringLiteral("Basic"))->findChild<QComboBox*>(QStringLiteral("cmbResolution"));
+        resolution->setFocus();
+        resolution->lineEdit()->selectAll();
+        QTest::keyClicks(resolution->lineEdit(), QStringLiteral("99999"));
+        QStringList texts;
+        auto box = whenModal<QMessageBox>([&](QMessageBox* b) {
+            texts << b->text() << b->informativeText();
+            b->button(QMessageBox::Ok)->click();
+        });
+        QTest::keyClick(resolution->lineEdit(), Qt::Key_Tab);
+        QTRY_COMPARE(texts.size(), 2);
+        QCOMPARE(texts[0], QStringLiteral("Resolution"));
+        QVERIFY2(texts[1].contains(QStringLiteral("600")), qPrintable(texts[1]));
+        QTRY_VERIFY(w->focusWidget() == resolution || w->focusWidget() == resolution->lineEdit());
+        QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 300);
         ui->hideUi();
     }
 

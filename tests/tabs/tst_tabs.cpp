@@ -630,7 +630,7 @@ private slots:
         QCOMPARE(formatterOf(b.field("txtFrontBrightness1"))->format(), QStringLiteral("0"));
         QCOMPARE(b.maximum("temp.Area.Width"), 8.27);
         QCOMPARE(b.tab->formatterForKeyPath("temp.Area.Width")->errorString(),
-                 QStringLiteral("Must in 0.39 - 8.27"));
+                 QStringLiteral("Enter a number from 0.39 to 8.27."));
 
         // The same unit again changes nothing.
         for (QSignalSpy* spy : spies)
