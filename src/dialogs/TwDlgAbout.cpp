@@ -2,6 +2,7 @@
 
 #include "OrvaDebug.h"
 #include "TwBundle.h"
+#include "TwFormCatalog.h"
 #include "TwResponderBinding.h"
 #include "TwainDialogController.h"
 #include "TwainDialogData.h"
@@ -14,6 +15,7 @@ constexpr const char* kBundleInfoKeys[] = {"CFBundleVersion", "Version Informati
 
 TwDlgAbout::TwDlgAbout(QWidget* parent) : TwPanel(parent), ui(std::make_unique<Ui::TwDlgAbout>()) {
     ui->setupUi(this);
+    TwFormCatalog::prepare(this);
     connectActions(this);
 }
 

@@ -2,6 +2,7 @@
 
 #include "OrvaDebug.h"
 #include "TwFormCatalog.h"
+#include "TwKeyboard.h"
 #include "TwResponderBinding.h"
 #include "TwainDialogController.h"
 #include "TwainDialogData.h"
@@ -204,6 +205,9 @@ void TwDlgMain::bindControlAll() {
         }
     }
     connectActions(this);
+    // The tabs are in place: Tab goes from the setting row to the tab bar, through the tab shown,
+    // to the buttons.
+    TwSetVisualTabOrder(this);
 }
 
 void TwDlgMain::unbindControlAll() {

@@ -8,6 +8,7 @@
 #include "TwainViewLayout.h"
 #include "ui_TwDlgDoubleExposure.h"
 #include "ui_TwDlgPageSeparation.h"
+#include "TwFormCatalog.h"
 
 #include <QAbstractButton>
 #include <QIcon>
@@ -62,6 +63,7 @@ void TwDlgPageOrder::onCancel() {
 TwDlgDoubleExposure::TwDlgDoubleExposure(QWidget* parent)
     : TwDlgPageOrder(parent), ui(std::make_unique<Ui::TwDlgDoubleExposure>()) {
     ui->setupUi(this);
+    TwFormCatalog::prepare(this);
     setPageOrderControl(ui->rdoDoubleExposure, false);
     ownValues().setValueForKeyPathWithoutNotification(TwValue(0), kPaperSize);
     connectActions(this);
@@ -106,6 +108,7 @@ void TwDlgDoubleExposure::bindControlAll() {
 TwDlgPageSeparation::TwDlgPageSeparation(QWidget* parent)
     : TwDlgPageOrder(parent), ui(std::make_unique<Ui::TwDlgPageSeparation>()) {
     ui->setupUi(this);
+    TwFormCatalog::prepare(this);
     setPageOrderControl(ui->rdoPageSeparation, true);
     connectActions(this);
 }

@@ -9,6 +9,7 @@
 #include "TwainDialogController.h"
 #include "TwainDialogData.h"
 #include "ui_TwDlgPreview.h"
+#include "TwFormCatalog.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -154,6 +155,7 @@ const std::vector<std::string>& TwDlgPreview::dataRescan() {
 TwDlgPreview::TwDlgPreview(QWidget* parent)
     : TwPreviewPanel(parent), ui(std::make_unique<Ui::TwDlgPreview>()) {
     ui->setupUi(this);
+    TwFormCatalog::prepare(this);
     setWindowFlag(Qt::Window);
     m_rescanTimer.setInterval(kStatusInterval);
     connect(&m_rescanTimer, &QTimer::timeout, this, [this] {

@@ -1,5 +1,6 @@
 #include "TwFormCatalog.h"
 
+#include "TwKeyboard.h"
 #include "TwSettingTabs.h"
 #include "ui_TwDlgAbout.h"
 #include "ui_TwDlgCustom.h"
@@ -110,7 +111,7 @@ void fit(QWidget* widget) {
         if (ok && digits > 0)
             fitLineEdit(edit, digits);
     } else if (auto* box = qobject_cast<QAbstractSpinBox*>(widget)) {
-        if (box->property("stepperOnly").toBool())
+        if (!box->property("stepperFor").toString().isEmpty())
             fitStepper(box);
     }
 }
@@ -178,14 +179,17 @@ void TwFormCatalog::prepare(QWidget* form) {
     auto* helper = new FormHelper(form);
     const auto widgets = form->findChildren<QWidget*>();
     for (QWidget* widget : widgets) {
-        if (widget->property("fieldChars").isValid() || widget->property("stepperOnly").isValid()) {
+        if (widget->property("fieldChars").isValid() || widget->property("stepperFor").isValid()) {
             widget->installEventFilter(helper);
             fit(widget);
         }
+        if (auto* stepper = qobject_cast<QAbstractSpinBox*>(widget))
+            TwStepFieldWith(form->findChild<QLineEdit*>(stepper->property("stepperFor").toString()), stepper);
         const QString followed = widget->property("follows").toString();
         if (followed.isEmpty())
             continue;
         if (auto* control = form->findChild<QWidget*>(followed))
             helper->follow(widget, control);
     }
+    TwSetVisualTabOrder(form);
 }

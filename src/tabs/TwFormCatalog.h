@@ -17,9 +17,11 @@ public:
     static QWidget* create(const QString& className, QWidget* parent = nullptr);
     // What the forms ask of their widgets through dynamic properties, kept up as things change:
     // - "fieldChars" (number field): wide enough for that many digits in its font and style;
-    // - "stepperOnly" (spin box): only its arrows, the field beside it shows the value;
+    // - "stepperFor" (spin box): only its arrows; the named field beside it shows the value and
+    //   steps with Up and Down, and the stepper is no Tab stop of its own;
     // - "follows" (label): hidden and shown with the named control, so that a row the scanner
     //   model hides leaves no label behind.
+    // and Tab follows the order in which the controls are seen (TwSetVisualTabOrder).
     // create() does it; a class that sets a form up itself calls it once after setupUi().
     static void prepare(QWidget* form);
 };

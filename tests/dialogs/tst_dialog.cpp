@@ -18,6 +18,7 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTabWidget>
 
 #include <atomic>
@@ -331,6 +332,47 @@ private slots:
         QVERIFY2(texts[1].contains(QStringLiteral("600")), qPrintable(texts[1]));
         QTRY_VERIFY(w->focusWidget() == resolution || w->focusWidget() == resolution->lineEdit());
         QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 300);
+        ui->hideUi();
+    }
+
+    // Tab leads from the setting row to the tab bar and from the bar into the page shown, on
+    // every page the arrow keys switch to; Shift+Tab from the bar goes back up to the setting row.
+    void tabLeadsFromTheTabBarIntoThePageShown() {
+        auto ui = shown(false, true);
+        TwDlgMain* w = window(*ui);
+        w->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(w));
+        auto* tabs = w->findChild<QTabWidget*>(QStringLiteral("tableMain"));
+        QVERIFY(tabs && tabs->count() > 2);
+        int entered = 0;
+        tabs->tabBar()->setFocus(Qt::TabFocusReason);
+        QTest::keyClick(tabs->tabBar(), Qt::Key_Backtab);
+        QCOMPARE(QApplication::focusWidget(), w->btnDelete());
+        QTest::keyClick(w->btnDelete(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), tabs->tabBar());
+        for (int i = 1; i < tabs->count(); ++i) {
+            QTest::keyClick(tabs->tabBar(), Qt::Key_Right);
+            QCOMPARE(tabs->currentIndex(), i);
+            QTest::keyClick(tabs->tabBar(), Qt::Key_Tab);
+            QWidget* focus = QApplication::focusWidget();
+            QWidget* page = tabs->currentWidget();
+            const auto controls = page->findChildren<QWidget*>();
+            const bool pageTakesTab = std::any_of(controls.begin(), controls.end(), [](QWidget* c) {
+                return (c->focusPolicy() & Qt::TabFocus) && c->isVisible() && c->isEnabled();
+            });
+            if (!pageTakesTab) { // the image type leaves this page's options off
+                QCOMPARE(focus, w->findChild<QWidget*>(QStringLiteral("btnHelp")));
+                tabs->tabBar()->setFocus(Qt::TabFocusReason);
+                continue;
+            }
+            QVERIFY2(focus && page->isAncestorOf(focus),
+                     qPrintable(QStringLiteral("%1: the focus went to %2")
+                                    .arg(tabs->tabText(i),
+                                         focus ? focus->objectName() : QStringLiteral("nothing"))));
+            ++entered;
+            tabs->tabBar()->setFocus(Qt::TabFocusReason);
+        }
+        QVERIFY(entered > 3);
         ui->hideUi();
     }
 

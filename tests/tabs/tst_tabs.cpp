@@ -12,6 +12,7 @@
 #include "TwainViewArea.h"
 #include "TwainViewBasic.h"
 
+#include <QAbstractSpinBox>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
@@ -761,6 +762,37 @@ private slots:
         QCOMPARE(b.model()->valueForKeyPath("Data.Area.Measure.Width").doubleValue(), 110.0);
         QCOMPARE(width->text(), QStringLiteral("110.0"));
         QCOMPARE(b.maximum("temp.Area.Width"), 110.0);
+    }
+
+    // Up and Down in a field with a stepper step the value as the stepper's arrows do; a typed
+    // entry counts first, and the stepper itself is no Tab stop.
+    void upAndDownInAFieldStepItsValue() {
+        Bound b = bound();
+        TwainViewArea* tab = b.tab.get();
+        set(*b.ui, "Data.Area.Front.L1.Enable", TwValue(true));
+        tab->show();
+        QVERIFY(QTest::qWaitForWindowExposed(tab));
+        QLineEdit* field = b.field("txtFrontBrightness1");
+        auto* stepper = child<QAbstractSpinBox>(tab, "stpFrontBrightness1");
+        QVERIFY(field->isEnabled() && stepper->isEnabled());
+        QCOMPARE(stepper->focusPolicy(), Qt::NoFocus);
+        const char* key = "Data.Area.Front.L1.Brightness";
+        const int start = b.model()->valueForKeyPath(key).intValue();
+
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_Up);
+        QCOMPARE(b.model()->valueForKeyPath(key).intValue(), start + 1);
+        QCOMPARE(field->text(), QString::number(start + 1));
+        QTest::keyClick(field, Qt::Key_Down);
+        QTest::keyClick(field, Qt::Key_Down);
+        QCOMPARE(b.model()->valueForKeyPath(key).intValue(), start - 1);
+
+        field->selectAll();
+        QTest::keyClicks(field, "200");
+        QTest::keyClick(field, Qt::Key_Down);
+        QCOMPARE(b.model()->valueForKeyPath(key).intValue(), 199);
+        QCOMPARE(field->text(), QStringLiteral("199"));
+        QVERIFY(field->hasFocus());
     }
 
     void aModelWithoutAnAreaLeavesTheFieldsUnbound() {
