@@ -1,5 +1,7 @@
 #include "TwDlgCustomGamma.h"
 
+#include "TwStrings.h"
+
 #include "OrvaDebug.h"
 #include "TwDlgSaveSetting.h"
 #include "TwEditCommit.h"
@@ -355,8 +357,13 @@ void TwDlgCustomGamma::onDelete() {
     TwainDialogData* model = dialogData();
     if (!name || isBlank(*name) || !controller || !model)
         return;
-    const QString question = localizedString(QStringLiteral("IDS_MSG_SETTING")) + QLatin1Char('\n') +
-                             localizedString(QStringLiteral("IDS_MSG_DELETE"));
+    // The first sentence names the preset: in its "%@" where the table gives one, else after it.
+    const QString sentence = localizedString(QStringLiteral("IDS_MSG_SETTING"));
+    const QString named =
+        sentence.contains(QLatin1String("%@"))
+            ? QString::fromStdString(TwFormatString(sentence.toStdString(), {name->toStdString()}))
+            : sentence + QStringLiteral(" \u201C") + *name + QStringLiteral("\u201D");
+    const QString question = named + QLatin1Char('\n') + localizedString(QStringLiteral("IDS_MSG_DELETE"));
     if (controller->showMessageBox(question, windowTitle(), 0x40002) != kVmxAnswerOK)
         return;
     const std::string menuKey = m_isColor ? "content.Color" : "content.Gray";

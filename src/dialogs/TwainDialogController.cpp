@@ -781,6 +781,10 @@ void TwainDialogController::showProgressDialog() {
             m_dlgScanning->setParent(nullptr, Qt::Dialog);
         m_dlgScanning->setWindowModality(Qt::NonModal);
     }
+    // Placed by us every time: left to the window system, a first appearance before the frame is
+    // known lands a title bar higher than the later ones.
+    m_dlgScanning->adjustSize();
+    m_dlgScanning->center();
     m_dlgScanning->show();
     m_dlgScanning->raise();
     m_dlgScanning->startAnimation();

@@ -127,6 +127,7 @@ public:
             control->installEventFilter(this);
         m_followers.insert(control, label);
         label->setVisible(!control->isHidden());
+        label->setEnabled(control->isEnabled());
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
@@ -143,6 +144,14 @@ public:
                  ++it)
                 if (it.value())
                     it.value()->setVisible(shown);
+            break;
+        }
+        case QEvent::EnabledChange: {
+            const bool enabled = static_cast<QWidget*>(watched)->isEnabled();
+            for (auto it = m_followers.constFind(watched); it != m_followers.cend() && it.key() == watched;
+                 ++it)
+                if (it.value())
+                    it.value()->setEnabled(enabled);
             break;
         }
         default:

@@ -376,7 +376,7 @@ private slots:
 
         gammaDialog(*ui, false);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
-            QCOMPARE(d->labGammaRed()->text(), QStringLiteral("Black"));
+            QCOMPARE(d->labGammaRed()->text(), QStringLiteral("Gray"));
             QVERIFY(!d->slider("sldGammaGreen")->isVisible() && !d->btnRGBLink()->isVisible());
             QCOMPARE(value(d, "fGammaRed").doubleValue(), 1.0);
             QCOMPARE(value(d, "nClipWhite").intValue(), 255);
@@ -404,7 +404,7 @@ private slots:
             QCOMPARE(model->customGammaNamesWithColor(false).size(), std::size_t(2));
             QCOMPARE(
                 scanner.boxMessages(),
-                QStringList{"The selected setting will be deleted.\nAre you sure you want to delete it?"});
+                QStringList{"The gamma setting “A” will be deleted.\nAre you sure you want to delete it?"});
             QCOMPARE(scanner.boxes.back().title, d->windowTitle());
             QCOMPARE(scanner.boxes.back().messageType, 0x40002u);
             scanner.boxAnswer = kVmxAnswerOK;

@@ -478,12 +478,21 @@ private slots:
             QVERIFY2(total ? max == int(total) : max > 0, qPrintable(QString::number(max)));
             QCOMPARE(panel->progressIndicator()->value(), int(total / 4));
         }
+        const auto centreOf = [](const QWidget* w) {
+            return w->geometry().center();
+        };
+        TwDlgMain* main = window(*ui);
+        QVERIFY((centreOf(panel) - centreOf(main)).manhattanLength() <= 1);
         ui->hideProgressDialog();
         QVERIFY(!panel->isVisible() && !panel->isAnimating());
 
+        // Every appearance stands over the dialog where it is now.
+        main->move(main->pos() + QPoint(40, 30));
         g_events.clear();
         c->onStart();
         ui->showProgressDialog();
+        QVERIFY2((centreOf(panel) - centreOf(main)).manhattanLength() <= 1,
+                 qPrintable(QStringLiteral("%1,%2").arg(centreOf(panel).x()).arg(centreOf(panel).y())));
         QTest::mouseClick(panel->btnStop(), Qt::LeftButton);
         QCOMPARE(codes(), (Codes{kVmxEventStart, kVmxEventScanCancel}));
         ui->hideUi(); // hides the progress too

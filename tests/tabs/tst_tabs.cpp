@@ -539,6 +539,20 @@ private slots:
         QVERIFY(!child(feed.get(), "labPageUnit")->isHidden());
     }
 
+    // The labels of a row and the scale at a slider's ends grey with the slider they belong to.
+    void labelsGreyWithTheirControl() {
+        auto ui = sample.load();
+        auto layout = makeTab("TwainViewLayout", ui->model().get());
+        const QStringList followers{"labPixelRation", "txtPixelRationMin", "txtPixelRationMax",
+                                    "labPixelRationUnit"};
+        for (bool on : {false, true, false}) {
+            set(*ui, "Data.Layout.BlankPageRemoval.Eanble", TwValue(on));
+            QCOMPARE(child(layout.get(), "sldPixelRation")->isEnabled(), on);
+            for (const QString& name : followers)
+                QVERIFY2(child(layout.get(), qPrintable(name))->isEnabled() == on, qPrintable(name));
+        }
+    }
+
     // ---- What some tabs add ----
 
     void theResolutionFieldsLowerBoundFoldsTheList() {
