@@ -1,25 +1,11 @@
 // The number and text formatters and the range helpers: bounds, patterns and messages for 0, 1,
 // 2 and negative places, parsing and partial entries, the length limit, and the scaled ranges of
 // sliders and steppers.
-#include "BindingTestSupport.h"
 #include "TwBundle.h"
 #include "TwRangeHelpers.h"
 #include "TwainNumberFormatter.h"
 #include "TwainTextFormatter.h"
-
-#include <QComboBox>
-#include <QDir>
-#include <QDoubleSpinBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPointer>
-#include <QSlider>
-#include <QSpinBox>
-#include <QTest>
-
-#include <memory>
-
-Q_DECLARE_METATYPE(TwValue)
+#include "WidgetTestSupport.h"
 
 namespace {
 std::unique_ptr<TwainNumberFormatter> formatter(int minimum, int maximum, int places) {

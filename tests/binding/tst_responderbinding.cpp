@@ -2,25 +2,11 @@
 // content, value and model-definition conventions, pair lists, observations, enabling a view
 // tree, and tear-down that leaves neither observers nor bindings behind. Whole tabs bound, unbound
 // and bound again, and the value binding each class of control gets, are in the tab tests.
-#include "BindingTestSupport.h"
 #include "TwBindingWidgets.h"
 #include "TwBoundControl.h"
 #include "TwObservableValues.h"
 #include "TwResponderBinding.h"
-
-#include <QCheckBox>
-#include <QComboBox>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QScrollBar>
-#include <QSlider>
-#include <QTest>
-
-#include <memory>
+#include "WidgetTestSupport.h"
 
 using Names = std::vector<std::string>;
 
@@ -68,7 +54,7 @@ private slots:
         LogCapture log;
         TwainDialogData model;
         model.setValueForKeyPath("x", "Data.Title");
-        RecordingResponder responder;
+        ChangeRecorder responder;
         TwResponderBinding rb(&responder), anonymous;
         QLineEdit edit("as loaded");
         QGroupBox box;
@@ -82,10 +68,9 @@ private slots:
         QVERIFY(names(&edit).empty() && names(&box).empty());
         QCOMPARE(model.observationCount(), std::size_t(0));
         QCOMPARE(edit.text(), QString("as loaded"));
-        QCOMPARE(
-            log.count("ERROR: TwResponderBinding::bind(RecordingResponder): TwainDialogData is not found "
-                      "KeyPath:Data.Missing\n"),
-            1);
+        QCOMPARE(log.count("ERROR: TwResponderBinding::bind(ChangeRecorder): TwainDialogData is not found "
+                           "KeyPath:Data.Missing\n"),
+                 1);
         QCOMPARE(log.count("(null) is not found KeyPath:Data.Name"), 1);
         QCOMPARE(log.count("ERROR: TwResponderBinding::bind((null)): bind title withKeyPath:Data.Title, "
                            "QLineEdit offers no binding title\n"),
@@ -186,7 +171,7 @@ private slots:
         QFETCH(bool, plainValues);
         TwainDialogData model;
         model.setValueForKeyPath(plainValues ? TwValue::array({"1", "2"})
-                                             : TwValue::array({entry(1, "one"), entry(2, "two")}),
+                                             : TwValue::array({choice(1, "one"), choice(2, "two")}),
                                  "content.List");
         QComboBox combo;
         combo.setEditable(editable);
@@ -219,11 +204,11 @@ private slots:
         QCOMPARE(names.count(), 3);
         QCOMPARE(names.currentText(), QString("Receipts"));
 
-        WriteCounter counter(values, "name");
+        ChangeRecorder counter(values, {"name"});
         values.changeValue("Receipts", "name"); // equal: nobody is told
-        QCOMPARE(counter.count, 0);
+        QCOMPARE(counter.count(), 0);
         values.changeValue("Other", "name");
-        QCOMPARE(counter.count, 1);
+        QCOMPARE(counter.count(), 1);
         values.setValueForKeyPath(1, "name.below"); // a string is in the way: dropped
         QCOMPARE(values.valueForKeyPath("name"), TwValue("Other"));
         rb.unbindAll();
@@ -233,7 +218,7 @@ private slots:
     void controlDefs() {
         LogCapture log;
         TwainDialogData model;
-        ControlDefs defs;
+        TestModelDef defs;
         defs.controls = TwValue::dictionary(
             {{"View",
               TwValue::dictionary({{"Box", TwValue::dictionary({{"enabled", true}, {"hidden", true}})},
@@ -307,7 +292,7 @@ private slots:
     void observationsAreRegisteredOnce() {
         TwainDialogData model, other;
         model.setValueForKeyPath(1, "Data.B");
-        RecordingResponder responder;
+        ChangeRecorder responder;
         TwResponderBinding rb(&responder), noResponder;
         rb.addResponderObserver(nullptr, "Data.A");
         noResponder.addResponderObserver(&model, "Data.A");
@@ -319,9 +304,9 @@ private slots:
         QCOMPARE(rb.observations().at("Data.A").size(), std::size_t(1));
         model.setValueForKeyPath(1, "Data.A");
         model.setValueForKeyPath(2, "Data.A");
-        QCOMPARE(responder.calls.size(), std::size_t(2));
-        QCOMPARE(responder.calls.back().change.newValue, TwValue(2));
-        QVERIFY(responder.calls.back().change.oldValue.isNull());
+        QCOMPARE(responder.seen.size(), std::size_t(2));
+        QCOMPARE(responder.seen.back().newValue, TwValue(2));
+        QVERIFY(responder.seen.back().oldValue.isNull());
 
         rb.removeResponderObserver(&model, "Data.B");
         rb.removeResponderObserver(&other, "Data.A");
@@ -335,8 +320,8 @@ private slots:
         rb.addResponderObserverForKeyPathArray(&model, TwValue("not an array"));
         QCOMPARE(model.observationCount(&responder), std::size_t(2));
         model.setValueForKeyPath(5, "Data.B");
-        QCOMPARE(responder.calls.back().change.oldValue, TwValue(1));
-        QCOMPARE(responder.calls.back().change.newValue, TwValue(5));
+        QCOMPARE(responder.seen.back().oldValue, TwValue(1));
+        QCOMPARE(responder.seen.back().newValue, TwValue(5));
         rb.removeObserverAll();
         QCOMPARE(model.observationCount(&responder), std::size_t(0));
         QVERIFY(rb.observations().empty());
@@ -382,7 +367,7 @@ private slots:
     void destructionEndsObservationsAndBindings() {
         TwainDialogData model;
         model.setValueForKeyPath("x", "Data.A");
-        RecordingResponder responder;
+        ChangeRecorder responder;
         QLineEdit edit;
         auto rb = std::make_unique<TwResponderBinding>(&responder);
         rb->addResponderObserver(&model, "Data.A");

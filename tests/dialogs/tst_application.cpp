@@ -1,15 +1,9 @@
 // Who owns the Qt application: the module makes one when the host has none and deletes it with
 // the last facade that used it; an application the host made is never deleted. No application is
 // made off the main thread. Runs without an application of its own.
-#include "OrvaDebug.h"
 #include "TwApplication.h"
 #include "VmxUIControllerImpl.h"
-
-#include <QApplication>
-#include <QGuiApplication>
-#include <QTest>
-
-#include <thread>
+#include "WidgetTestSupport.h"
 
 namespace {
 TwValue capabilities() {

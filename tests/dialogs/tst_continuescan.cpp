@@ -1,20 +1,12 @@
 // The data source's questions while it scans: the continue-scan question with the problem page
 // beside it, polled message boxes, and all of them with the progress panel asked from many threads
 // at once while the GUI thread runs its loop.
-#include "DialogTestSupport.h"
-#include "LogCapture.h"
+#include "SampleFixture.h"
 #include "SamplePage.h"
-#include "SampleTestSupport.h"
 #include "TwDlgScanning.h"
 #include "preview/PreviewPages.h"
 
-#include <QApplication>
-#include <QPushButton>
-#include <QTest>
-
-#include <atomic>
 #include <deque>
-#include <thread>
 
 namespace {
 
@@ -101,16 +93,13 @@ class TestContinueScan : public QObject {
     SampleScanner sample;
 
     std::unique_ptr<VmxUIControllerImpl> loaded(VmxUICallback callback = &questionCallback) {
-        auto ui = sample.load(callback);
+        auto ui = sample.load({.callback = callback});
         ui->setContinueScanPollInterval(20);
         return ui;
     }
 
 private slots:
-    void initTestCase() {
-        std::string error;
-        QVERIFY2(sample.read(&error), error.c_str());
-    }
+    void initTestCase() { QVERIFY2(sample.read(), sample.error.c_str()); }
     void init() {
         g_source = QuestionSource{};
         sample.reset();

@@ -1,26 +1,12 @@
 // The custom gamma editor: the tone tables, the slider and gamma scales, the link, converting the
 // sample picture (and refusing bitmaps it must not touch), the curves, loading presets, saving
 // them under names with the limit of 50, deleting, and what the tab's gamma becomes.
-#include "DialogTestSupport.h"
-#include "SampleTestSupport.h"
+#include "SampleFixture.h"
 #include "TwDlgCustomGamma.h"
-#include "TwDlgMain.h"
 #include "TwDlgSaveSetting.h"
-#include "TwEditCommit.h"
 #include "TwGammaTable.h"
 #include "TwGammaViews.h"
-#include "TwainView.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSlider>
-#include <QTest>
-
-#include <algorithm>
-#include <cstring>
 #include <numeric>
 
 using Levels = QList<int>;
@@ -118,10 +104,7 @@ class TestCustomGamma : public QObject {
     }
 
 private slots:
-    void initTestCase() {
-        std::string error;
-        QVERIFY2(scanner.read(&error), error.c_str());
-    }
+    void initTestCase() { QVERIFY2(scanner.read(), scanner.error.c_str()); }
     void init() {
         scanner.reset();
         scanner.recordBoxes();

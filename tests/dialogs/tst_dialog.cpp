@@ -1,52 +1,14 @@
 // The settings dialog driven through the facade with the sample scanner: the tabs the model
 // definition leaves, settings-only mode, the button actions and what they send and save, the
 // modal-run flags, binding without leftovers, progress, help, and calls from other threads.
-#include "DialogTestSupport.h"
-#include "SampleTestSupport.h"
+#include "SampleFixture.h"
 #include "TwApplication.h"
 #include "TwDlgCustomGamma.h"
-#include "TwDlgMain.h"
 #include "TwDlgSaveSetting.h"
 #include "TwDlgScanning.h"
 #include "TwResponderBinding.h"
-#include "TwainView.h"
-
-#include <QComboBox>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QTabBar>
-#include <QTabWidget>
-
-#include <atomic>
-#include <thread>
-
-namespace {
 
 using Codes = std::vector<std::uint16_t>;
-
-struct Event {
-    std::uint16_t code;
-    void* data;
-};
-std::vector<Event> g_events;
-
-std::uint16_t recordEvent(std::uint16_t event, void* data) {
-    g_events.push_back({event, data});
-    return 0;
-}
-
-Codes codes() {
-    Codes out;
-    for (auto& e : g_events)
-        out.push_back(e.code);
-    return out;
-}
-
-} // namespace
 
 // A panel whose OK action accepts, for the modal protocol.
 class AcceptingPanel : public TwPanel {
@@ -68,7 +30,7 @@ class TestDialog : public QObject {
     TwValue mainDialog; // the sample's own main-dialog entries, which a case may change
 
     std::unique_ptr<VmxUIControllerImpl> loaded(const std::string& bundle = SampleScanner::kBundle) {
-        return sample.load(&recordEvent, true, bundle);
+        return sample.load({.callback = &recordEvent, .bundle = bundle});
     }
     // The facade with the dialog shown (modeless unless asked).
     std::unique_ptr<VmxUIControllerImpl> shown(bool modal = false, bool settingsOnly = false) {
@@ -76,26 +38,18 @@ class TestDialog : public QObject {
         ui->showUi(true, modal, settingsOnly);
         return ui;
     }
-    static TwDlgMain* window(VmxUIControllerImpl& ui) {
-        return ui.controllerIfMade() ? ui.controllerIfMade()->windowIfLoaded() : nullptr;
-    }
-    static void setResolution(VmxUIControllerImpl& ui, int dpi) {
-        ui.setDataWithKeyPathValue(TwValue::dictionary({{"Data.Resolution", dpi}}));
-    }
     void setTab(const char* id, const TwValue& entry) {
         sample.definition.dict()->value("UIControl").dict()->value("MainDialog").dict()->set(id, entry);
     }
 
 private slots:
     void initTestCase() {
-        std::string error;
-        QVERIFY2(sample.read(&error), error.c_str());
+        QVERIFY2(sample.read(), sample.error.c_str());
         mainDialog = sample.definition.dict()->value("UIControl").dict()->value("MainDialog").deepCopy();
     }
     void init() {
         sample.reset();
         sample.definition.dict()->value("UIControl").dict()->set("MainDialog", mainDialog.deepCopy());
-        g_events.clear();
     }
 
     // ---- Tabs ----
@@ -209,7 +163,7 @@ private slots:
         ui->startModal();
         QCOMPARE(TwApplication::modalRunsStarted(), before + int(modal && show));
         if (!show) {
-            QVERIFY(g_events.empty());
+            QVERIFY(g_sent.empty());
             return;
         }
         QCOMPARE(w->btnOK()->isEnabled(), settingsOnly);
@@ -250,7 +204,7 @@ private slots:
         QFETCH(bool, saves);
         auto ui = shown(true, settingsOnly);
         TwDlgMain* w = window(*ui);
-        setResolution(*ui, 400);
+        set(*ui, "Data.Resolution", 400);
         const QHash<QString, QPushButton*> buttons{{"OK", w->btnOK()},
                                                    {"OK-local", w->btnOK()},
                                                    {"Cancel", w->btnCancel()},
@@ -264,9 +218,9 @@ private slots:
             QTest::keyClick(w, Qt::Key_Escape);
         else
             QTest::mouseClick(buttons[action], Qt::LeftButton);
-        QCOMPARE(codes(), sent);
+        QCOMPARE(sentCodes(), sent);
         if (!sent.empty() && sent[0] != kVmxEventPrescan)
-            QCOMPARE(g_events[0].data, static_cast<void*>(ui->controllerIfMade()));
+            QCOMPARE(g_sent[0].data, static_cast<void*>(ui->controllerIfMade()));
         QCOMPARE(SampleScanner::stored("untitle profile").isDictionary(), saves);
         if (saves)
             QCOMPARE(SampleScanner::stored("untitle profile").dict()->value("Resolution"), TwValue(400));
@@ -295,7 +249,7 @@ private slots:
         QTest::mouseClick(w->btnOK(), Qt::LeftButton);
         ui->controllerIfMade()->onStart();
         ui->controllerIfMade()->onSaveSetting();
-        QVERIFY(g_events.empty());
+        QVERIFY(g_sent.empty());
         QVERIFY(!prompted);
         QVERIFY(SampleScanner::stored("untitle profile").isNull());
         QCOMPARE(sample.alerts.size(), 3);
@@ -304,7 +258,7 @@ private slots:
         // A valid entry lets OK through.
         retype(width, QStringLiteral("100"));
         QTest::mouseClick(w->btnOK(), Qt::LeftButton);
-        QCOMPARE(codes(), Codes{kVmxEventClosed});
+        QCOMPARE(sentCodes(), Codes{kVmxEventClosed});
         ui->hideUi();
     }
 
@@ -451,7 +405,7 @@ private slots:
     void defaultRestoresTheFactorySetting() {
         auto ui = shown();
         TwValue factory = ui->dataForKeyPath("Default.Resolution");
-        setResolution(*ui, factory.intValue() == 400 ? 200 : 400);
+        set(*ui, "Data.Resolution", factory.intValue() == 400 ? 200 : 400);
         ui->setDataWithKeyPathValue(TwValue::dictionary({{"Customize.BorderRemoval.left", 99}}));
         QTest::mouseClick(window(*ui)->btnDefault(), Qt::LeftButton);
         QCOMPARE(ui->dataForKeyPath("Data.Resolution"), factory);
@@ -488,13 +442,13 @@ private slots:
 
         // Every appearance stands over the dialog where it is now.
         main->move(main->pos() + QPoint(40, 30));
-        g_events.clear();
+        g_sent.clear();
         c->onStart();
         ui->showProgressDialog();
         QVERIFY2((centreOf(panel) - centreOf(main)).manhattanLength() <= 1,
                  qPrintable(QStringLiteral("%1,%2").arg(centreOf(panel).x()).arg(centreOf(panel).y())));
         QTest::mouseClick(panel->btnStop(), Qt::LeftButton);
-        QCOMPARE(codes(), (Codes{kVmxEventStart, kVmxEventScanCancel}));
+        QCOMPARE(sentCodes(), (Codes{kVmxEventStart, kVmxEventScanCancel}));
         ui->hideUi(); // hides the progress too
         QVERIFY(!panel->isVisible());
     }
@@ -624,7 +578,7 @@ private slots:
         QVERIFY(!ui->saveDialogPicture(dir.filePath("x.png").toStdString(), "Imprinter"));
         QVERIFY(!ui->performDialogAction("onNothing"));
         QVERIFY(ui->performDialogAction("onOK"));
-        QCOMPARE(codes(), Codes{kVmxEventClosed});
+        QCOMPARE(sentCodes(), Codes{kVmxEventClosed});
         ui->hideUi();
     }
 };

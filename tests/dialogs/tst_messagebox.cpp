@@ -1,15 +1,7 @@
 // Message boxes from the message-type bit field: the buttons, their order and codes, the default
 // and Escape buttons, the icon, and the answers of a box that polls the data source.
-#include "DialogTestSupport.h"
 #include "TwMessageBox.h"
-#include "VmxUI.h"
-
-#include <QEventLoop>
-#include <QGuiApplication>
-#include <QLabel>
-#include <QPushButton>
-#include <QScreen>
-#include <QTest>
+#include "WidgetTestSupport.h"
 
 namespace {
 // Titles as a string table gives them, so that the test sees the key behind every button.

@@ -1,32 +1,13 @@
 // The panels the main dialog opens, driven as a person drives them (typing, pressing their
 // buttons) with the sample scanner: which button opens which panel, the name dialog and its
 // checks, the about panel, the page-order dialogs and the customize dialog's units and margins.
-#include "DialogTestSupport.h"
-#include "SampleTestSupport.h"
+#include "SampleFixture.h"
 #include "TwBindingWidgets.h"
-#include "TwBundle.h"
 #include "TwDlgAbout.h"
 #include "TwDlgCustom.h"
-#include "TwDlgMain.h"
 #include "TwDlgPageOrder.h"
 #include "TwDlgPaperSize.h"
 #include "TwDlgSaveSetting.h"
-#include "TwEditCommit.h"
-#include "TwMessageBox.h"
-#include "TwainDialogController.h"
-#include "TwainDialogData.h"
-#include "TwainView.h"
-
-#include <QComboBox>
-#include <QGuiApplication>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QScreen>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QUrl>
 
 namespace {
 
@@ -66,10 +47,7 @@ class TestPanels : public QObject {
     SampleScanner sample;
 
 private slots:
-    void initTestCase() {
-        std::string error;
-        QVERIFY2(sample.read(&error), error.c_str());
-    }
+    void initTestCase() { QVERIFY2(sample.read(), sample.error.c_str()); }
     void init() {
         sample.reset();
         sample.recordBoxes();

@@ -1,20 +1,10 @@
 // The custom paper-size dialog with the sample scanner: names, the feeder clamp, the limit of 50,
 // overwriting, units, the limit labels, deleting and what stays selected, the list being the
 // model's own, what persists, and what the main dialog's paper selection does afterwards.
-#include "DialogTestSupport.h"
-#include "SampleTestSupport.h"
-#include "TwDlgMain.h"
+#include "SampleFixture.h"
 #include "TwDlgPaperSize.h"
 #include "TwPaperSizeTableModel.h"
 #include "TwainNumberFormatter.h"
-#include "TwainView.h"
-
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTableView>
-#include <QTest>
 
 namespace {
 // The sample feeder in millimetres (its definition gives inches).
@@ -39,10 +29,7 @@ class TestPaperSize : public QObject {
     static TwValue papers(VmxUIControllerImpl& ui) { return ui.model()->customPaperSize(); }
 
 private slots:
-    void initTestCase() {
-        std::string error;
-        QVERIFY2(scanner.read(&error), error.c_str());
-    }
+    void initTestCase() { QVERIFY2(scanner.read(), scanner.error.c_str()); }
     void init() {
         scanner.reset();
         scanner.recordBoxes();
@@ -84,7 +71,7 @@ private slots:
         QFETCH(QString, savedName);
         QFETCH(QSizeF, saved);
         QFETCH(QString, message);
-        auto ui = scanner.load(nullptr, flatbed);
+        auto ui = scanner.load({.flatbed = flatbed});
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             d->ownValues().setValueForKeyPath(unit, "unit");
             enter(d, name.toStdString(), size.width(), size.height());
@@ -132,7 +119,7 @@ private slots:
     // Millimetres to inches and back multiplies back what was divided; the field ranges, the
     // limit labels and the list follow the unit.
     void switchingUnits() {
-        auto ui = scanner.load(nullptr, false);
+        auto ui = scanner.load({.flatbed = false});
         papers(*ui).list()->push_back(paper("Card", 85.6, 54.0));
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             auto* formatter = qobject_cast<const TwainNumberFormatter*>(d->txtWidth()->validator());
@@ -170,7 +157,7 @@ private slots:
     void theLimitLabels() {
         QFETCH(bool, flatbed);
         QFETCH(QStringList, shown);
-        auto ui = scanner.load(nullptr, flatbed);
+        auto ui = scanner.load({.flatbed = flatbed});
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             QStringList texts;
             for (const char* name : {"labFlatMinWidth", "labFlatMaxWidth", "labFlatMinLength",

@@ -1,56 +1,19 @@
 // The facade as the data source drives it without a window: building the model, the paper-source
 // filter, key-path reads and writes, the callback and its capability record, and the trace.
 #include "FakeModelDef.h"
-#include "LogCapture.h"
-#include "OrvaDebug.h"
-#include "TwPlist.h"
 #include "TwainDialogController.h"
 #include "TwainDialogData.h"
 #include "VmxUIControllerImpl.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <cstring>
-
-namespace {
-std::vector<std::pair<std::uint16_t, TwCapabilityRecord>> g_events;
-std::uint16_t recordEvent(std::uint16_t event, void* data) {
-    TwCapabilityRecord r{};
-    if (event == kVmxEventSetCapability)
-        std::memcpy(&r, data, sizeof r);
-    g_events.emplace_back(event, r);
-    return 0;
-}
-
-std::vector<int> values(const TwValue& list) {
-    std::vector<int> out;
-    if (auto a = list.list())
-        for (auto& e : *a)
-            out.push_back(e.dict()->value("value").intValue());
-    return out;
-}
-
-class Observer : public TwKeyValueObserver {
-public:
-    int count = 0;
-    void observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange&, void*) override {
-        ++count;
-    }
-};
-} // namespace
-
 class TestFacade : public QObject {
     Q_OBJECT
-    FakeModelDef def;
+    TestModelDef def = hostModelDef();
     QTemporaryDir dir;
 
     std::unique_ptr<VmxUIControllerImpl> loaded(bool flatbed = true, bool passport = true) {
         auto ui = std::make_unique<VmxUIControllerImpl>();
-        OrvaSetLogPaths(nullptr, nullptr);
         ui->initWithDSBundle(dir.path().toStdString());
+        OrvaSetLogPaths(nullptr, nullptr); // init points the log at the system's paths
         ui->setModelDef(&def);
         ui->setModelName("Test scanner");
         ui->setDataWithDictionary(capabilityValues(flatbed, passport), 0);
@@ -85,9 +48,9 @@ private slots:
         QFETCH(bool, passport);
         QFETCH(QList<int>, expected);
         auto ui = loaded(flatbed, passport);
-        auto got = values(ui->dataForKeyPath("content.PaperSource"));
+        auto got = codes(ui->dataForKeyPath("content.PaperSource"));
         QCOMPARE(QList<int>(got.begin(), got.end()), expected);
-        QCOMPARE(values(ui->dataForKeyPath("content.PaperSourceAll")).size(), size_t(6));
+        QCOMPARE(codes(ui->dataForKeyPath("content.PaperSourceAll")).size(), size_t(6));
     }
 
     // The contents are one change per observed list; key-path writes tell once and ignore a
@@ -95,21 +58,16 @@ private slots:
     void contentsAndKeyPathWrites() {
         auto ui = loaded();
         QCOMPARE(ui->dataForKeyPath("Default.Resolution").intValue(), 200);
-        Observer o;
-        ui->model()->addObserver(&o, "content.Resolution", kTwObserveNew);
-        ui->model()->addObserver(&o, "content.PaperSource", kTwObserveNew);
-        ui->model()->addObserver(&o, "Data.Resolution", kTwObserveNew);
+        ChangeRecorder o(*ui->model(), {"content.Resolution", "content.PaperSource", "Data.Resolution"});
         ui->setUIContents(def.options);
-        QCOMPARE(o.count, 2);
+        QCOMPARE(o.count(), 2);
         ui->setDataWithKeyPathValue(
             TwValue::dictionary({{"Data.Resolution", 600}, {"Data.Feed.NoLookAhead", true}}));
-        QCOMPARE(o.count, 3);
+        QCOMPARE(o.count(), 3);
         QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 600);
         QVERIFY(ui->dataForKeyPath("Data.Feed.NoLookAhead").boolValue());
         ui->setDataWithKeyPathValue(TwValue());
         QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 600);
-        for (const char* path : {"content.Resolution", "content.PaperSource", "Data.Resolution"})
-            ui->model()->removeObserver(&o, path);
     }
 
     // Values cross the facade as copies both ways: a sub-dictionary the data source shares between
@@ -144,22 +102,22 @@ private slots:
 
     void eventOneNeedsTheCallbackOfTheCurrentModel() {
         auto ui = loaded();
-        g_events.clear();
+        g_sent.clear();
         ui->DialogData()->UpdateCapData("Data.Resolution", 300);
-        QVERIFY(g_events.empty()); // no callback yet
+        QVERIFY(g_sent.empty()); // no callback yet
         ui->setCallback(&recordEvent);
         ui->DialogData()->UpdateCapData("Data.Resolution", 300);
-        QCOMPARE(g_events.size(), size_t(1));
-        QCOMPARE(g_events[0].first, std::uint16_t(1));
-        QCOMPARE(g_events[0].second.value.uint32, 300u);
+        QCOMPARE(g_sent.size(), size_t(1));
+        QCOMPARE(g_sent[0].code, std::uint16_t(1));
+        QCOMPARE(g_sent[0].record.value.uint32, 300u);
 
         // A rebuilt model carries no callback until the data source hands it over again.
         ui->setDataWithDictionary(capabilityValues(true, true), 0);
         ui->DialogData()->UpdateCapData("Data.ImageType", 2);
-        QCOMPARE(g_events.size(), size_t(1));
+        QCOMPARE(g_sent.size(), size_t(1));
         ui->setCallback(&recordEvent);
         ui->DialogData()->UpdateCapData("Data.ImageType", 2);
-        QCOMPARE(g_events.size(), size_t(2));
+        QCOMPARE(g_sent.size(), size_t(2));
     }
 
     void presetsAndTheFrameAreForwardedToTheModel() {
@@ -193,21 +151,17 @@ private slots:
         ui->setDataWithDictionary(TwValue::array({1, 2}), 0);
         QVERIFY(ui->DialogData() != nullptr); // an empty model, still usable
         QVERIFY(ui->dataForKeyPath("Data.Resolution").isNull());
-        QCOMPARE(values(ui->dataForKeyPath("content.PaperSource")), (std::vector<int>{0, 1}));
+        QCOMPARE(codes(ui->dataForKeyPath("content.PaperSource")), (std::vector<int>{0, 1}));
     }
 
     // A data source may blank a text on purpose: the facade and the controller keep its answer.
     void blankTextsOfTheDataSourceAreKept() {
         QTemporaryDir ds;
-        QDir().mkpath(ds.path() + "/Contents/Resources/en.lproj");
-        QFile table(ds.path() + "/Contents/Resources/en.lproj/Localizable.strings");
-        QVERIFY(table.open(QIODevice::WriteOnly));
-        table.write(QByteArray::fromStdString(TwPlistToXml(TwValue::dictionary({{"IDS_OK", ""}}))));
-        table.close();
+        writeStrings(ds.path(), dict({{"IDS_OK", ""}}));
         qputenv("LANGUAGE", "en");
         VmxUIControllerImpl ui;
-        OrvaSetLogPaths(nullptr, nullptr);
         ui.initWithDSBundle(ds.path().toStdString());
+        OrvaSetLogPaths(nullptr, nullptr);
         ui.setModelDef(&def);
         ui.setDataWithDictionary(capabilityValues(true, true), 0);
         QCOMPARE(ui.localizedString("IDS_OK"), std::string());

@@ -2,23 +2,7 @@
 // round of values and event 1 through the interface alone.
 #include "FakeModelDef.h"
 
-#include <QTest>
-
 #include <dlfcn.h>
-
-#include <cstring>
-
-namespace {
-TwCapabilityRecord g_last{};
-int g_count = 0;
-std::uint16_t onEvent(std::uint16_t event, void* data) {
-    if (event == kVmxEventSetCapability) {
-        std::memcpy(&g_last, data, sizeof g_last);
-        ++g_count;
-    }
-    return 0;
-}
-} // namespace
 
 class TestModule : public QObject {
     Q_OBJECT
@@ -30,18 +14,18 @@ private slots:
         auto destroy = reinterpret_cast<VmxUIDestroyFn>(dlsym(handle, VMXUI_DESTROY_SYMBOL));
         QVERIFY(create && destroy);
 
-        FakeModelDef def;
+        TestModelDef def = hostModelDef();
         VmxUIController* ui = create();
         QVERIFY(ui);
         ui->initWithDSBundle(VMX_SOURCE_DIR "/samples/SampleDS.bundle");
         ui->setModelDef(&def);
         ui->setDataWithDictionary(capabilityValues(true, false), 0);
-        ui->setCallback(&onEvent);
+        ui->setCallback(&recordEvent);
         QCOMPARE(ui->dataForKeyPath("Data.ImageType").intValue(), 2);
         ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.ImageType", 1}}));
         ui->DialogData()->UpdateCapData("Data.ImageType", ui->dataForKeyPath("Data.ImageType"));
-        QCOMPARE(g_count, 1);
-        const auto* bytes = reinterpret_cast<const unsigned char*>(&g_last);
+        QCOMPARE(sentCodes(), std::vector<std::uint16_t>{kVmxEventSetCapability});
+        const auto* bytes = reinterpret_cast<const unsigned char*>(&g_sent[0].record);
         const unsigned char expected[8] = {0x01, 0x01, 5, 0, 1, 0, 0, 0};
         QCOMPARE(QByteArray(reinterpret_cast<const char*>(bytes), 8),
                  QByteArray(reinterpret_cast<const char*>(expected), 8));

@@ -1,31 +1,9 @@
 // What the user keeps between sessions, with the sample scanner loaded through the facade: the
 // factory profile, saved and deleted profiles, the last setting used, custom gammas, papers and
 // margins, and what wrong or broken preferences turn into.
-#include "OrvaDebug.h"
-#include "SampleModelDef.h"
-#include "TwPlist.h"
-#include "TwPreferences.h"
-#include "TwainDialogData.h"
-#include "VmxUIControllerImpl.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
+#include "SampleFixture.h"
 
 namespace {
-const std::string kBundle = SAMPLE_BUNDLE_DIR;
-const std::string kDomain = "com.orvanic.vmx.sampleds";
-
-class NameWatcher : public TwKeyValueObserver {
-public:
-    std::vector<std::string> names;
-    void observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange& change,
-                                void*) override {
-        names.push_back(change.newValue.stringValue());
-    }
-};
-
 std::vector<std::string> profileNames(TwainDialogData& model) {
     std::vector<std::string> names;
     for (auto& p : *model.customProfiles().list())
@@ -36,43 +14,17 @@ std::vector<std::string> profileNames(TwainDialogData& model) {
 
 class TestPresets : public QObject {
     Q_OBJECT
-    SampleModelDef def{TwValue()};
-    TwValue capabilities;
-    std::unique_ptr<QTemporaryDir> config;
+    SampleScanner sample;
 
-    std::string configDir() const { return config->path().toStdString(); }
-    TwPreferences stored() const { return TwPreferences(kDomain, configDir()); }
-
-    std::unique_ptr<VmxUIControllerImpl> start(const std::string& bundle = kBundle, bool flatbed = true) {
-        auto ui = std::make_unique<VmxUIControllerImpl>();
-        OrvaSetLogPaths(nullptr, nullptr);
-        ui->initWithDSBundle(bundle);
-        ui->setModelDef(&def);
-        TwValue values = capabilities.deepCopy();
-        values.dict()->value("ScanInfo").dict()->set("FlatbedConnected", flatbed);
-        ui->setDataWithDictionary(values, 0);
-        return ui;
-    }
-    static void set(VmxUIControllerImpl& ui, const char* keyPath, const TwValue& value) {
-        ui.setDataWithKeyPathValue(TwValue::dictionary({{keyPath, value}}));
-    }
+    static TwPreferences stored() { return SampleScanner::preferences(); }
 
 private slots:
-    void initTestCase() {
-        std::string error;
-        def = SampleModelDef::fromFile(kBundle + "/Contents/Resources/ModelDef.plist", &error);
-        QVERIFY2(error.empty(), error.c_str());
-        capabilities = TwPlistReadFile(kBundle + "/Contents/Resources/Capabilities.plist", &error);
-        QVERIFY2(capabilities.isDictionary(), error.c_str());
-    }
-    void init() {
-        config = std::make_unique<QTemporaryDir>();
-        qputenv("XDG_CONFIG_HOME", config->path().toLocal8Bit());
-    }
+    void initTestCase() { QVERIFY2(sample.read(), sample.error.c_str()); }
+    void init() { sample.reset(); }
 
     void firstStartWritesTheFactoryProfileOnce() {
         {
-            auto ui = start();
+            auto ui = sample.load();
             QVERIFY(ui->dataForKeyPath("profiles.content")
                         .isEqual(TwValue::array({"Untitled", "Factory Default"})));
             QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
@@ -83,35 +35,33 @@ private slots:
         QCOMPARE(profiles.list()->size(), size_t(1));
         // The factory profile is the Default section, named.
         QCOMPARE(profiles.list()->at(0).dict()->value("Resolution"),
-                 capabilities.dict()->value("Default").dict()->value("Resolution"));
+                 sample.capabilities.dict()->value("Default").dict()->value("Resolution"));
 
         {
-            auto ui = start();
+            auto ui = sample.load();
             ui->model()->deleteCustomProfile("Factory Default"); // the only one: untitled is selected
             QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
             QCOMPARE(stored().copyValue("profiles").list()->size(), size_t(0));
         }
-        auto again = start(); // the user deleted it: it does not come back
+        auto again = sample.load(); // the user deleted it: it does not come back
         QCOMPARE(again->model()->ProfileCount(), 0);
         QVERIFY(again->dataForKeyPath("profiles.content").isEqual(TwValue::array({"Untitled"})));
     }
 
     void savingUnderANameThatDiffersInCaseReplacesInPlace() {
-        auto ui = start();
+        auto ui = sample.load();
         auto& model = *ui->model();
         model.AddCustomProfile("Office");
         model.AddCustomProfile("Home");
         set(*ui, "Data.Resolution", 600);
-        NameWatcher watcher;
-        model.addObserver(&watcher, "profiles.name", kTwObserveNew);
         QVERIFY(model.IsProfileExist("office"));
+        ChangeRecorder watcher(model, {"profiles.name"});
         model.AddCustomProfile("OFFICE");
-        model.removeObserver(&watcher, "profiles.name");
         QCOMPARE(profileNames(model), (std::vector<std::string>{"Factory Default", "OFFICE", "Home"}));
         QCOMPARE(model.customProfiles().list()->at(1).dict()->value("Resolution").intValue(), 600);
         // The setting-name box is told the new name.
         QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("OFFICE"));
-        QCOMPARE(watcher.names.back(), std::string("OFFICE"));
+        QCOMPARE(watcher.last(), TwValue("OFFICE"));
         QCOMPARE(stored().copyValue("profiles").list()->size(), size_t(3));
     }
 
@@ -124,7 +74,7 @@ private slots:
     }
     void deletingSelectsANeighbour() {
         QFETCH(QString, deleted);
-        auto ui = start();
+        auto ui = sample.load();
         auto& model = *ui->model();
         model.AddCustomProfile("A");
         model.AddCustomProfile("B");
@@ -133,7 +83,7 @@ private slots:
     }
 
     void pickingAProfileAppliesIt() {
-        auto ui = start();
+        auto ui = sample.load();
         set(*ui, "Data.Resolution", 200);
         ui->model()->AddCustomProfile("Low");
         set(*ui, "Data.Resolution", 600);
@@ -163,7 +113,7 @@ private slots:
     void aNameSelectsOnlyASavedSetting() {
         QFETCH(bool, fromLow);
         QFETCH(TwValue, name);
-        auto ui = start();
+        auto ui = sample.load();
         set(*ui, "Data.Resolution", 200);
         ui->model()->AddCustomProfile("Low");
         if (!fromLow)
@@ -175,13 +125,13 @@ private slots:
 
     void theLastSettingComesBack() {
         {
-            auto ui = start();
+            auto ui = sample.load();
             set(*ui, "Data.Resolution", 600);
             set(*ui, "Data.ImageType", 1);
             ui->model()->saveUntitleProfile();
         }
         {
-            auto ui = start();
+            auto ui = sample.load();
             QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 600);
             QCOMPARE(ui->dataForKeyPath("Data.ImageType").intValue(), 1);
             QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
@@ -189,15 +139,15 @@ private slots:
             set(*ui, "profiles.name", "Factory Default");
             ui->model()->saveUntitleProfile();
         }
-        auto ui = start();
+        auto ui = sample.load();
         QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Factory Default"));
         QCOMPARE(ui->dataForKeyPath("Data.Resolution"),
-                 capabilities.dict()->value("Default").dict()->value("Resolution"));
+                 sample.capabilities.dict()->value("Default").dict()->value("Resolution"));
     }
 
     void aLastProfileDeletedElsewhereFallsBackToTheLastSetting() {
         {
-            auto ui = start();
+            auto ui = sample.load();
             set(*ui, "Data.Resolution", 400);
             ui->model()->AddCustomProfile("Gone");
             QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Gone"));
@@ -206,7 +156,7 @@ private slots:
         auto prefs = stored();
         prefs.setValue("profiles", TwValue::array());
         QVERIFY(prefs.synchronize());
-        auto ui = start();
+        auto ui = sample.load();
         QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
         QVERIFY(!ui->dataForKeyPath("Default.Resolution").isEqual(TwValue(400)));
         QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 400);
@@ -216,14 +166,14 @@ private slots:
     // a deleted gamma a profile still names reads as 0.
     void customGammasPersistAndADeletedOneBecomesZero() {
         {
-            auto ui = start();
+            auto ui = sample.load();
             ui->model()->setCustomGamme("Warm", true, TwValue::dictionary({{"Red", TwValue::array({1, 2})}}));
             ui->model()->setCustomGamme("Warm", true, TwValue::dictionary({{"Blue", 3}}));
             ui->model()->setCustomGamme("Mine", false,
                                         TwValue::dictionary({{"Points", TwValue::array({0, 128, 255})}}));
             QVERIFY(ui->model()->saveCustomGamma());
         }
-        auto ui = start();
+        auto ui = sample.load();
         auto& model = *ui->model();
         QCOMPARE(model.customGammaNamesWithColor(true), std::vector<std::string>{"Warm"});
         QVERIFY(model.CustomGammas().dict()->value("Color").isEqual(model.customGammasWithColor(true)));
@@ -249,7 +199,7 @@ private slots:
     // An applied profile in inches shows inches (the setting stays in millimetres); a paper source
     // the scanner lacks and a paper that vanished are corrected.
     void appliedProfilesAreShownAndCorrected() {
-        auto ui = start(kBundle, /*flatbed=*/false);
+        auto ui = sample.load({.flatbed = false});
         TwValue profile = ui->dataForKeyPath("Data").deepCopy();
         profile.dict()->set("ProfileName", "Inches");
         profile.dict()->set("PaperSource", 2);
@@ -268,8 +218,8 @@ private slots:
     // at its start: different keys are both kept, none of either side's profiles is lost, and a
     // deletion made by one stays although the other still had the profile.
     void twoProcessesSavingInTurnKeepBoth() {
-        auto first = start();
-        auto second = start();
+        auto first = sample.load();
+        auto second = sample.load();
         first->model()->m_CustomPapers.list()->push_back(
             TwValue::dictionary({{"Name", "Card"}, {"Width", 55.0}, {"Length", 91.0}}));
         QVERIFY(first->model()->saveCustomPaperSize());
@@ -281,7 +231,7 @@ private slots:
         }
         first->model()->deleteCustomProfile("Second 3");
         second->model()->AddCustomProfile("Second 20");
-        auto third = start();
+        auto third = sample.load();
         QVERIFY(third->model()->customPaperExist(TwValue("Card")));
         QCOMPARE(third->dataForKeyPath("Customize.BorderRemoval.left").intValue(), 12);
         QVERIFY(third->dataForKeyPath("content.PaperSizeAll.display")
@@ -317,7 +267,7 @@ private slots:
         auto prefs = this->stored();
         prefs.setValue("customize", stored);
         QVERIFY(prefs.synchronize());
-        auto ui = start();
+        auto ui = sample.load();
         QTEST(ui->dataForKeyPath("Customize." + keyPath.toStdString()).intValue(), "read");
         ui->model()->resetCustomize();
         QCOMPARE(ui->dataForKeyPath("Customize." + keyPath.toStdString()).intValue(), 30);
@@ -334,7 +284,7 @@ private slots:
         prefs.setValue("untitle profile", "nothing");
         prefs.setValue("profile name", 7);
         QVERIFY(prefs.synchronize());
-        auto ui = start();
+        auto ui = sample.load();
         QCOMPARE(profileNames(*ui->model()), std::vector<std::string>{"Kept"});
         QCOMPARE(ui->model()->customPaperSize().list()->size(), size_t(0));
         QVERIFY(ui->model()->customGammaNamesWithColor(true).empty());
@@ -342,29 +292,26 @@ private slots:
     }
 
     void anUnreadableFileIsKeptAsideAndStartsEmpty() {
-        QString file = config->path() + "/" + QString::fromStdString(kDomain) + ".plist";
-        {
-            QFile f(file);
-            QVERIFY(f.open(QIODevice::WriteOnly));
-            f.write("<plist><dict><key>profiles</key><array><dict>");
-        }
-        auto ui = start();
+        QString file =
+            sample.home->config() + "/" + QString::fromStdString(SampleScanner::kDomain) + ".plist";
+        writeFile(file, "<plist><dict><key>profiles</key><array><dict>");
+        auto ui = sample.load();
         QCOMPARE(profileNames(*ui->model()), std::vector<std::string>{"Factory Default"});
-        QCOMPARE(QDir(config->path()).entryList({"*.unreadable-*"}).size(), 1);
+        QCOMPARE(QDir(sample.home->config()).entryList({"*.unreadable-*"}).size(), 1);
         QVERIFY(TwPlistReadFile(file.toStdString()).isDictionary());
     }
 
     void withoutABundleIdentifierNothingIsKept() {
         QTemporaryDir bundle;
         QDir().mkpath(bundle.path() + "/Contents/Resources");
-        auto ui = start(bundle.path().toStdString());
+        auto ui = sample.load({.bundle = bundle.path().toStdString()});
         auto& model = *ui->model();
         QVERIFY(!model.prepareFactoryProfiles() && !model.saveCustomProfile() &&
                 !model.saveCustomPaperSize() && !model.saveCustomGamma());
         QVERIFY(model.customProfiles().isNull());
         model.saveUntitleProfile();
         model.AddCustomProfile("Nowhere");
-        QCOMPARE(QDir(config->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size(), 0);
+        QCOMPARE(QDir(sample.home->config()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size(), 0);
         QCOMPARE(ui->dataForKeyPath("profiles.temporary"), TwValue("IDS_TEMPORARY_SETTINGNAME_NEW"));
     }
 };

@@ -1,57 +1,18 @@
 // The sample scanner driven through the facade: the model observes itself once the data is set,
 // and every edit re-evaluates the sample's rules and runs the value reactions.
-#include "OrvaDebug.h"
-#include "SampleModelDef.h"
-#include "TwPlist.h"
-#include "TwainDialogData.h"
-#include "VmxUIControllerImpl.h"
-
-#include <QTest>
-
-namespace {
-
-const std::string kBundle = SAMPLE_BUNDLE_DIR;
-
-std::vector<int> codes(const TwValue& list) {
-    std::vector<int> out;
-    if (auto a = list.list())
-        for (auto& e : *a)
-            out.push_back(e.dict()->value("value").intValue());
-    return out;
-}
-
-} // namespace
+#include "SampleFixture.h"
 
 class TestSampleRules : public QObject {
     Q_OBJECT
-    SampleModelDef def{TwValue()};
-    TwValue capabilities;
-
-    std::unique_ptr<VmxUIControllerImpl> loaded() {
-        auto ui = std::make_unique<VmxUIControllerImpl>();
-        OrvaSetLogPaths(nullptr, nullptr);
-        ui->initWithDSBundle(kBundle);
-        ui->setModelDef(&def);
-        ui->setDataWithDictionary(capabilities.deepCopy(), 0);
-        return ui;
-    }
-    static void set(VmxUIControllerImpl& ui, const char* keyPath, const TwValue& value) {
-        ui.setDataWithKeyPathValue(TwValue::dictionary({{keyPath, value}}));
-    }
+    SampleScanner sample;
 
 private slots:
-    void initTestCase() {
-        OrvaSetLogPaths(nullptr, nullptr);
-        std::string error;
-        def = SampleModelDef::fromFile(kBundle + "/Contents/Resources/ModelDef.plist", &error);
-        QVERIFY2(error.empty(), error.c_str());
-        capabilities = TwPlistReadFile(kBundle + "/Contents/Resources/Capabilities.plist", &error);
-        QVERIFY2(capabilities.isDictionary(), error.c_str());
-    }
+    void initTestCase() { QVERIFY2(sample.read(), sample.error.c_str()); }
+    void init() { sample.reset(); }
 
     void everyRuleHasAValueOnceLoaded() {
-        auto ui = loaded();
-        for (auto& [target, rule] : *def.UIEnable().dict()) {
+        auto ui = sample.load();
+        for (auto& [target, rule] : *sample.def.UIEnable().dict()) {
             TwValue value = ui->dataForKeyPath(target);
             QVERIFY2(value.isBoolean(), target.c_str());
         }
@@ -63,7 +24,7 @@ private slots:
     }
 
     void aResolutionEditRunsRulesAndReactions() {
-        auto ui = loaded();
+        auto ui = sample.load();
         set(*ui, "Data.ImageType", TwValue(22));
         set(*ui, "profiles.temporary", TwValue("Untitled"));
         set(*ui, "profiles.name", TwValue("Mine"));
@@ -77,7 +38,7 @@ private slots:
     }
 
     void paperEditsReachRulesAndArea() {
-        auto ui = loaded();
+        auto ui = sample.load();
         QCOMPARE(ui->dataForKeyPath("enable.Layout.Rotate"), TwValue(true));
         set(*ui, "Data.PaperSize", TwValue(5));
         set(*ui, "Data.Landscape", TwValue(true));
@@ -105,7 +66,7 @@ private slots:
     // The default setting is applied before the model observes itself, so the working copies
     // exist and are observed from the start.
     void workingValuesMirrorIntoTheSettingOnceLoaded() {
-        auto ui = loaded();
+        auto ui = sample.load();
         set(*ui, "temp.BinaryImage.Brightness", TwValue(90));
         QCOMPARE(ui->dataForKeyPath("Data.BinaryImage.Front.Brightness").intValue(), 90);
         set(*ui, "Data.PaperSource", TwValue(1)); // duplex: both sides are edited together
@@ -115,9 +76,9 @@ private slots:
     }
 
     void replacingOrClosingTheModelEndsItsObservation() {
-        auto ui = loaded();
+        auto ui = sample.load();
         std::shared_ptr<TwainDialogData> first = ui->model();
-        ui->setDataWithDictionary(capabilities.deepCopy(), 0);
+        ui->setDataWithDictionary(sample.capabilities.deepCopy(), 0);
         QCOMPARE(first->observationCount(first.get()), std::size_t(0));
         std::shared_ptr<TwainDialogData> second = ui->model();
         QVERIFY(second != first);
@@ -125,7 +86,7 @@ private slots:
         ui->closeDS();
         QCOMPARE(second->observationCount(second.get()), std::size_t(0));
 
-        auto other = loaded();
+        auto other = sample.load();
         std::shared_ptr<TwainDialogData> third = other->model();
         other.reset();
         QCOMPARE(third->observationCount(third.get()), std::size_t(0));

@@ -1,51 +1,8 @@
-// A model definition the model tests can shape, and small helpers to fill a store.
+// The sample scanner family's papers and a store filled as the facade fills it, for the model tests.
 #pragma once
 
-#include "LogCapture.h"
+#include "TestSupport.h"
 #include "TwainDialogData.h"
-
-#include <QMetaType>
-#include <QObject>
-
-#include <algorithm>
-#include <functional>
-#include <memory>
-#include <string>
-#include <vector>
-
-Q_DECLARE_METATYPE(TwValue)
-
-inline TwValue dict(std::initializer_list<std::pair<std::string, TwValue>> entries) {
-    return TwValue::dictionary(entries);
-}
-
-// The "value" of each entry of a choice list.
-inline std::vector<int> codes(const TwValue& list) {
-    std::vector<int> out;
-    if (auto a = list.list())
-        for (auto& e : *a)
-            out.push_back(e.dict()->value("value").intValue());
-    return out;
-}
-
-class TestModelDef : public TwModelDefFile {
-public:
-    TwValue rules = TwValue::dictionary();
-    TwValue options = TwValue::dictionary();
-    TwValue controls = TwValue::dictionary();
-    TwValue adf = TwValue::dictionary(
-        {{"MinWidth", 2.0}, {"MinHeight", 2.0}, {"MaxWidth", 8.504}, {"MaxHeight", 118.0}});
-    double physicalWidth = 8.5;
-    double minHeight = 2.0;
-
-    TwValue UIEnable() const override { return rules; }
-    TwValue UIOptions() const override { return options; }
-    TwValue UIControl() const override { return controls; }
-    TwValue FeederADF() const override { return adf; }
-    TwValue FeederFlatbed() const override { return TwValue::dictionary(); }
-    double getPhysicalWidth() const override { return physicalWidth; }
-    double getMinHeight() const override { return minHeight; }
-};
 
 inline TwValue paper(int value, const char* display, int mmWidth, int mmLength, int pxLength) {
     return TwValue::dictionary({{"value", value},
@@ -156,43 +113,4 @@ protected:
         def = std::make_unique<TestModelDef>();
         reload();
     }
-};
-
-// Records what it is told, and ends its observations when it goes (declare it after the model).
-class ChangeRecorder : public TwKeyValueObserver {
-public:
-    struct Seen {
-        std::string keyPath;
-        TwValue newValue, oldValue;
-        bool initial;
-    };
-    std::vector<Seen> seen;
-    std::function<void(const std::string&)> onChange;
-
-    ChangeRecorder() = default;
-    ChangeRecorder(TwainDialogData& model, std::initializer_list<const char*> paths,
-                   unsigned options = kTwObserveNew) {
-        for (const char* p : paths)
-            watch(model, p, options);
-    }
-    ~ChangeRecorder() override {
-        for (auto& [model, path] : m_watched)
-            model->removeObserver(this, path);
-    }
-    void watch(TwainDialogData& model, const std::string& path, unsigned options = kTwObserveNew) {
-        model.addObserver(this, path, options);
-        m_watched.emplace_back(&model, path);
-    }
-    void observeValueForKeyPath(const std::string& keyPath, TwObservable*, const TwKeyValueChange& change,
-                                void*) override {
-        seen.push_back({keyPath, change.newValue, change.oldValue, change.isInitial});
-        if (onChange)
-            onChange(keyPath);
-    }
-    int count(const std::string& path) const {
-        return int(std::count_if(seen.begin(), seen.end(), [&](const Seen& s) { return s.keyPath == path; }));
-    }
-
-private:
-    std::vector<std::pair<TwainDialogData*, std::string>> m_watched;
 };

@@ -1,39 +1,7 @@
 // The settings store: sections and key paths, notification rules, the plain-dictionary helpers,
 // texts and the capability records sent as event 1.
 #include "ModelTestSupport.h"
-#include "OrvaDebug.h"
 #include "TwBundle.h"
-#include "TwPlist.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QThread>
-
-#include <cstring>
-#include <memory>
-
-namespace {
-
-std::vector<TwCapabilityRecord> g_records;
-std::uint16_t recordCallback(std::uint16_t event, void* data) {
-    if (event == kVmxEventSetCapability) {
-        TwCapabilityRecord r;
-        std::memcpy(&r, data, sizeof r);
-        g_records.push_back(r);
-    }
-    return 0;
-}
-
-void writeStrings(const QString& bundle, const TwValue& table) {
-    QDir().mkpath(bundle + "/Contents/Resources/en.lproj");
-    QFile f(bundle + "/Contents/Resources/en.lproj/Localizable.strings");
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write(QByteArray::fromStdString(TwPlistToXml(table)));
-}
-
-} // namespace
 
 class TestDialogData : public QObject {
     Q_OBJECT
@@ -327,7 +295,7 @@ private slots:
         QFETCH(QString, keyPath);
         QFETCH(TwValue, value);
         TwainDialogData model;
-        g_records.clear();
+        g_sent.clear();
         auto send = [&] {
             if (keyPath.isEmpty())
                 model.setCapabilityWithFix32(0x1118, float(value.doubleValue()));
@@ -335,12 +303,13 @@ private slots:
                 model.UpdateCapData(keyPath.toStdString(), value);
         };
         send(); // no callback yet: nothing
-        QVERIFY(g_records.empty());
-        model.setCallback(&recordCallback);
+        QVERIFY(g_sent.empty());
+        model.setCallback(&recordEvent);
         send();
         QByteArray sent;
-        for (const TwCapabilityRecord& r : g_records)
-            sent += QByteArray(reinterpret_cast<const char*>(&r), sizeof r).toHex(' ');
+        for (const SentEvent& e : g_sent)
+            if (e.code == kVmxEventSetCapability)
+                sent += QByteArray(reinterpret_cast<const char*>(&e.record), sizeof e.record).toHex(' ');
         QTEST(sent, "sent");
     }
 };

@@ -1,9 +1,6 @@
 // The enable rules: evaluation of the rule table, the reverse index with its constant buckets,
 // the registration of the model's own observation, and the dispatch of changes.
 #include "ModelTestSupport.h"
-#include "OrvaDebug.h"
-
-#include <QTest>
 
 namespace {
 

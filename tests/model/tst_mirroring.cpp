@@ -1,9 +1,6 @@
 // The value reactions and the mirroring between the working copies under "temp." and the
 // setting: side selectors, per-side working values, the area in the user's unit.
 #include "ModelTestSupport.h"
-#include "OrvaDebug.h"
-
-#include <QTest>
 
 #include <stdexcept>
 

@@ -1,12 +1,7 @@
 // The current paper and its orientation, the resolution-dependent choices, the paper lists and
 // the geometry of the scan areas.
 #include "ModelTestSupport.h"
-#include "OrvaDebug.h"
 
-#include <QRectF>
-#include <QTest>
-
-#include <cmath>
 #include <limits>
 
 namespace {

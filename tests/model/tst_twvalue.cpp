@@ -1,10 +1,6 @@
 // The value tree: equality and conversions as the settings rules rely on them, reference
 // semantics of containers, and the ordered dictionary.
-#include "TwValue.h"
-
-#include <QTest>
-
-Q_DECLARE_METATYPE(TwValue)
+#include "TestSupport.h"
 
 class TestTwValue : public QObject {
     Q_OBJECT

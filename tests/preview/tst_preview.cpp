@@ -3,27 +3,13 @@
 // the mouse (edges, crossing, the move at the border, a new area), zoom, the area list, the side
 // choice, the ratios, rescans and closing, modal and modeless, and display-only use.
 #include "PreviewPages.h"
+#include "SampleFixture.h"
 #include "TwApplication.h"
 #include "TwBindingWidgets.h"
-#include "TwDlgMain.h"
 #include "TwDlgPreview.h"
 #include "TwPreviewImage.h"
 #include "TwPreviewView.h"
-#include "dialogs/SampleTestSupport.h"
 
-#include <QAbstractButton>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMouseEvent>
-#include <QPushButton>
-#include <QScreen>
-#include <QScrollArea>
-#include <QScrollBar>
-#include <QTest>
-
-#include <cmath>
-#include <cstring>
 #include <random>
 
 namespace {
@@ -83,7 +69,7 @@ class TestPreview : public QObject {
     SampleScanner sample;
 
     std::unique_ptr<VmxUIControllerImpl> shown(bool modal = false) {
-        auto ui = sample.load(&prescanCallback);
+        auto ui = sample.load({.callback = &prescanCallback});
         ui->showUi(true, modal, false);
         return ui;
     }
@@ -123,10 +109,7 @@ class TestPreview : public QObject {
     static bool near(double a, double b, double tolerance) { return std::abs(a - b) <= tolerance; }
 
 private slots:
-    void initTestCase() {
-        std::string error;
-        QVERIFY2(sample.read(&error), error.c_str());
-    }
+    void initTestCase() { QVERIFY2(sample.read(), sample.error.c_str()); }
 
     void init() {
         sample.reset();

@@ -1,9 +1,8 @@
 // The preview's plane geometry: the mapping of mirrored and duplex back pages, the hit zones, the
 // edges a drag gives (crossing edges, the move kept on the page, the rectangle handed on) and the
 // fit rate.
+#include "TestSupport.h"
 #include "TwPreviewGeometry.h"
-
-#include <QTest>
 
 class TestPreviewGeometry : public QObject {
     Q_OBJECT

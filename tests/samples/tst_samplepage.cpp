@@ -3,14 +3,7 @@
 // for one or both sides, or left empty.
 #include "ImageShared.h"
 #include "SamplePage.h"
-
-#include <QFile>
-#include <QImage>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <cmath>
-#include <cstdlib>
+#include "TestSupport.h"
 
 class TestSamplePage : public QObject {
     Q_OBJECT

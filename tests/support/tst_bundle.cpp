@@ -1,23 +1,10 @@
 // Property lists and bundle folders: round trips through libplist, refusal of broken input, the
 // resource and string-table lookups of a bundle, and the module's one text lookup and format.
-#include "OrvaDebug.h"
+#include "TestSupport.h"
 #include "TwBundle.h"
-#include "TwPlist.h"
 #include "TwStrings.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
-
 namespace {
-void writeFile(const QString& path, const QByteArray& bytes) {
-    QDir().mkpath(QFileInfo(path).path());
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write(bytes);
-}
-
 QByteArray strings(const QList<QPair<QString, QString>>& entries) {
     TwValue d = TwValue::dictionary();
     for (auto& [k, v] : entries)

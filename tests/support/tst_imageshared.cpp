@@ -2,20 +2,7 @@
 // leave room to grow, the byte-row copies, BMP files Qt's reader opens with the right pixels, the
 // bitmap-file bytes of a prescan image, and the refusal of headers that do not fit their buffer.
 #include "ImageShared.h"
-#include "LogCapture.h"
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QImage>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <algorithm>
-#include <cstdlib>
-#include <cstring>
-#include <functional>
-#include <memory>
+#include "TestSupport.h"
 
 namespace {
 

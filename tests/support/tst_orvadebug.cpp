@@ -1,31 +1,14 @@
 // Tests of the diagnostic log: sink choice, line layout, rotation, console mode, hardening against
 // non-regular log paths, concurrency, the dumps and the code-name tables.
-#include "OrvaDebug.h"
-#include "TwValue.h"
-
-#include <QByteArray>
-#include <QDateTime>
-#include <QDir>
-#include <QFile>
-#include <QRegularExpression>
-#include <QSet>
-#include <QTemporaryDir>
-#include <QtTest>
+#include "TestSupport.h"
 
 #include <clocale>
-#include <cstdlib>
-#include <cstring>
 #include <ctime>
-#include <memory>
 #include <mutex>
-#include <thread>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-Q_DECLARE_METATYPE(TwValue)
 
 namespace {
 
@@ -40,15 +23,6 @@ void captureSink(const char* line) {
 QByteArrayList captured() {
     std::lock_guard lock(g_capturedMutex);
     return g_captured;
-}
-
-// The file's bytes from `from` (from the end when negative), at most n of them when n >= 0.
-QByteArray readFile(const QString& path, qint64 from = 0, qint64 n = -1) {
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly))
-        return {};
-    f.seek(from >= 0 ? from : qMax<qint64>(0, f.size() + from));
-    return n >= 0 ? f.read(n) : f.readAll();
 }
 
 // Writes head, then extends to size (sparse, so the 5 MiB files are cheap) ending in a newline.

@@ -1,15 +1,9 @@
 // Preferences on disk: what one save writes, what concurrent savers keep, what a broken file and
 // a killed process leave behind.
-#include "OrvaDebug.h"
-#include "TwPlist.h"
+#include "TestSupport.h"
 #include "TwPreferences.h"
 
 #include <plist/plist.h>
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include <signal.h>
 #include <sys/wait.h>

@@ -6,11 +6,7 @@
 
 #include "TwFormCatalog.h"
 #include "TwKeyboard.h"
-
-#include <QtTest>
-#include <QtWidgets>
-
-#include <memory>
+#include "WidgetTestSupport.h"
 
 namespace {
 

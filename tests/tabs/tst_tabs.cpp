@@ -7,36 +7,32 @@
 //
 // VMX_TAB_SHOTS=<dir> saves a picture of every tab bound to the sample model.
 
-#include "TabTestSupport.h"
+#include "SampleFixture.h"
+#include "TwBindingKind.h"
+#include "TwBindingWidgets.h"
+#include "TwBoundControl.h"
 #include "TwainNumberFormatter.h"
 #include "TwainViewArea.h"
 #include "TwainViewBasic.h"
 
-#include <QAbstractSpinBox>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDir>
-#include <QFileInfo>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QRadioButton>
-#include <QSignalSpy>
-#include <QSlider>
-#include <QSpinBox>
-#include <QTabWidget>
-#include <QTableWidget>
-#include <QtTest>
-
-#include "TwBindingWidgets.h"
-
 #include <set>
 
-Q_DECLARE_METATYPE(TwValue)
-
-using namespace tabtest;
-
 namespace {
+
+// A tab of the class, bound to the model when one is given.
+std::unique_ptr<TwainView> makeTab(const char* className, TwainDialogData* model = nullptr) {
+    std::unique_ptr<TwainView> tab(TwainView::create(QString::fromLatin1(className)));
+    if (tab && model)
+        tab->bindControlsToObject(model);
+    return tab;
+}
+
+// Every control below the widget that carries at least one binding.
+int boundControlCount(const QWidget* root) {
+    const auto objects = root->findChildren<QObject*>();
+    return int(std::count_if(objects.begin(), objects.end(),
+                             [](QObject* o) { return !TwBoundControl::bindingNames(o).empty(); }));
+}
 
 // The bindings each tab must make, one line per control (or comma-separated twins). A key is
 // bound under the kind its prefix names (content., enable., hidden.; "!" marks another enabling
@@ -247,7 +243,7 @@ bool hasBinding(const QObject* control, const std::string& binding, const std::s
 // model-definition binding can be made.
 TwValue modelDefRootWithEveryControl() {
     std::string error;
-    TwValue root = TwPlistReadFile(kBundle + "/Contents/Resources/ModelDef.plist", &error);
+    TwValue root = TwPlistReadFile(SampleScanner::kBundle + "/Contents/Resources/ModelDef.plist", &error);
     TwValue uiControl = root.dict()->value("UIControl");
     for (const TabCase& c : tabCases()) {
         TwValue dialog = uiControl.dict()->value(c.identifier);
@@ -296,7 +292,7 @@ QString shownProperty(QWidget* w, const QString& property) {
 
 class TestTabs : public QObject {
     Q_OBJECT
-    Sample sample;
+    SampleScanner sample;
 
     struct Bound {
         std::unique_ptr<VmxUIControllerImpl> ui;
@@ -308,7 +304,7 @@ class TestTabs : public QObject {
 
     Bound bound(const TwValue& values = TwValue()) {
         Bound b;
-        b.ui = sample.load(values);
+        b.ui = sample.load({.values = values});
         b.tab = std::make_unique<TwainViewArea>();
         b.tab->bindControlsToObject(b.model());
         return b;
@@ -328,11 +324,8 @@ class TestTabs : public QObject {
     }
 
 private slots:
-    void initTestCase() {
-        std::string error;
-        QVERIFY2(sample.read(&error), error.c_str());
-    }
-    void init() { sample.freshPreferences(); }
+    void initTestCase() { QVERIFY2(sample.read(), sample.error.c_str()); }
+    void init() { sample.reset(); }
     void cleanupTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
 
     void unknownClassesAndMissingModelsAreRefusedWithALogLine() {
@@ -355,7 +348,7 @@ private slots:
         QFETCH(QString, className);
         const TabCase& c = tabCase(className);
         SampleModelDef def(modelDefRootWithEveryControl());
-        auto full = sample.load(TwValue(), &def);
+        auto full = sample.load({.modelDef = &def});
         auto ui = sample.load();
         TwainDialogData* model = ui->model().get();
         const TwValue data = ui->dataForKeyPath("Data").deepCopy();
@@ -526,7 +519,7 @@ private slots:
         TwValue feedDefs = root.dict()->value("UIControl").dict()->value("Feed");
         feedDefs.dict()->set("FeedPageNumber", TwValue::dictionary({{"enabled", true}, {"hidden", true}}));
         SampleModelDef def(root);
-        auto custom = sample.load(TwValue(), &def);
+        auto custom = sample.load({.modelDef = &def});
         auto feed = makeTab("TwainViewFeed", custom->model().get());
         QVERIFY(child(feed.get(), "txtPage")->isHidden());
         QVERIFY(child(feed.get(), "labPageUnit")->isHidden());

@@ -1,21 +1,16 @@
-// Helpers for the dialog tests: answering modal windows that a call opens, and the pictures the
-// README shows.
+// What the widget tests share: Qt Widgets, a control found by name, answering modal windows that a
+// call opens, typing as a person types, and the pictures the README shows.
 #pragma once
 
-#include <QAbstractButton>
-#include <QApplication>
-#include <QDir>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPainter>
-#include <QPixmap>
-#include <QPointer>
-#include <QTest>
-#include <QTimer>
-#include <QWidget>
+#include "TestSupport.h"
+#include "TwainDialogData.h"
 
-#include <functional>
-#include <memory>
+#include <QtWidgets>
+
+// The named control below the widget.
+template <class T = QWidget> T* child(const QObject* parent, const char* name) {
+    return parent->findChild<T*>(QString::fromLatin1(name));
+}
 
 // Calls act with the active modal window once one of type W is up (checked every 10 ms, for up to
 // five seconds). The timer belongs to the caller's scope.

@@ -1,0 +1,118 @@
+// The sample scanner of samples/SampleDS.bundle loaded through the facade, for every test that
+// drives the facade with it: its model definition (as read, which a case may change) and its
+// capability values, this module's bundle from the build, a home and preferences folder of each
+// case's own, the log's error lines in a file of the case's own, and message boxes and formatter
+// alerts recorded when asked.
+#pragma once
+
+#include "SampleModelDef.h"
+#include "TwBundle.h"
+#include "TwDlgMain.h"
+#include "TwEditCommit.h"
+#include "TwMessageBox.h"
+#include "TwPreferences.h"
+#include "TwainDialogController.h"
+#include "TwainView.h"
+#include "VmxUIControllerImpl.h"
+#include "WidgetTestSupport.h"
+
+struct SampleScanner {
+    static inline const std::string kBundle = SAMPLE_BUNDLE_DIR;
+    static inline const std::string kDomain = "com.orvanic.vmx.sampleds";
+    TwValue definition; // the sample's ModelDef.plist, whose entries a case may change
+    SampleModelDef def{TwValue()};
+    TwValue capabilities;
+    std::string error; // why the sample's files could not be read
+    std::unique_ptr<TempHome> home;
+    std::unique_ptr<LogCapture> log;
+    std::vector<TwMessageBoxSetup> boxes;
+    QList<int> boxAnswers; // answers of the recorded boxes to come; boxAnswer once they run out
+    int boxAnswer = kVmxAnswerOK;
+    QStringList alerts; // the formatters' refusals
+
+    // False, with the reason in error, when the bundle's files cannot be read.
+    bool read() {
+        definition = TwPlistReadFile(kBundle + "/Contents/Resources/ModelDef.plist", &error);
+        capabilities = TwPlistReadFile(kBundle + "/Contents/Resources/Capabilities.plist", &error);
+        def = SampleModelDef(definition);
+        return definition.isDictionary() && capabilities.isDictionary();
+    }
+
+    // Every case starts with a home and preferences of its own, this module's bundle, the log off
+    // below errors, nothing sent, real boxes, alerts recorded and no help opener.
+    void reset() {
+        log.reset();
+        OrvaSetLogLevel(kOrvaLogError);
+        home.reset(); // gives the variables back before the next one takes them
+        home = std::make_unique<TempHome>();
+        TwBundle::setModuleBundlePath(VMX_BUNDLE_DIR);
+        boxes.clear();
+        boxAnswers.clear();
+        boxAnswer = kVmxAnswerOK;
+        alerts.clear();
+        g_sent.clear();
+        TwSetMessageBoxRunner({});
+        TwSetFormatterAlert([this](QWidget*, const QString& message) { alerts << message; });
+        TwainDialogController::setUrlOpener({});
+    }
+
+    void recordBoxes() {
+        TwSetMessageBoxRunner([this](const TwMessageBoxSetup& s) {
+            boxes.push_back(s);
+            return boxAnswers.isEmpty() ? boxAnswer : boxAnswers.takeFirst();
+        });
+    }
+    QStringList boxMessages() const {
+        QStringList texts;
+        for (auto& b : boxes)
+            texts << b.message;
+        return texts;
+    }
+
+    struct Load {
+        VmxUICallback callback = nullptr;
+        bool flatbed = true;
+        std::string bundle = kBundle;
+        TwValue values;                     // null: the sample's capability values
+        TwModelDefFile* modelDef = nullptr; // null: the sample's
+    };
+    // A facade with the sample's data and the callback, in the order a data source follows.
+    std::unique_ptr<VmxUIControllerImpl> load() { return load(Load()); }
+    std::unique_ptr<VmxUIControllerImpl> load(const Load& how) {
+        auto ui = std::make_unique<VmxUIControllerImpl>();
+        ui->initWithDSBundle(how.bundle);
+        captureLog(); // the facade's init points the log at the system's paths
+        ui->setModelDef(how.modelDef ? how.modelDef : &def);
+        ui->setModelName("Sample VMX-S");
+        TwValue values = how.values.isNull() ? capabilities.deepCopy() : how.values;
+        if (TwValue info = values.dict()->value("ScanInfo"); info.isDictionary())
+            info.dict()->set("FlatbedConnected", how.flatbed);
+        ui->setDataWithDictionary(values, 0);
+        ui->setCallback(how.callback);
+        return ui;
+    }
+
+    // Error lines only, into a file of the case's own.
+    void captureLog() {
+        log.reset(); // the old capture points the log away when it goes
+        log = std::make_unique<LogCapture>();
+        OrvaSetLogLevel(kOrvaLogError);
+    }
+    QString logText() const { return log ? log->text() : QString(); }
+
+    // The sample's preferences, and what they hold under the key.
+    static TwPreferences preferences() { return TwPreferences(kDomain); }
+    static TwValue stored(const char* key) { return preferences().copyValue(key); }
+};
+
+inline void set(VmxUIControllerImpl& ui, const char* keyPath, const TwValue& value) {
+    ui.setDataWithKeyPathValue(TwValue::dictionary({{keyPath, value}}));
+}
+
+// The main dialog once it is made, and a control of one of its tabs.
+inline TwDlgMain* window(VmxUIControllerImpl& ui) {
+    return ui.controllerIfMade() ? ui.controllerIfMade()->windowIfLoaded() : nullptr;
+}
+template <class T = QWidget> T* tabChild(VmxUIControllerImpl& ui, const char* tab, const char* name) {
+    return child<T>(window(ui)->view(QString::fromLatin1(tab)), name);
+}

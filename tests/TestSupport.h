@@ -1,0 +1,204 @@
+// What the tests share: Qt Test and the standard library, the value type as test data, the
+// diagnostic log and a home of the test's own, files written and read, a model definition the
+// test shapes, and recorders of what a store tells and of what the module sends the data source.
+#pragma once
+
+#include "OrvaDebug.h"
+#include "TwObservation.h"
+#include "TwPlist.h"
+#include "VmxUI.h"
+
+#include <QtTest>
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <tuple>
+#include <vector>
+
+Q_DECLARE_METATYPE(TwValue)
+
+// The current row's values of the named columns, in order:
+// const auto [unit, path] = fetch<int, QString>("unit", "path").
+template <class... T, class... Names> std::tuple<T...> fetch(Names... names) {
+    static_assert(sizeof...(T) == sizeof...(Names));
+    return {*static_cast<T*>(QTest::qData(names, qMetaTypeId<T>()))...};
+}
+
+// The columns of a data function, named in order: columns<int, QString>("unit", "path").
+template <class... T, class... Names> void columns(Names... names) {
+    static_assert(sizeof...(T) == sizeof...(Names));
+    (QTest::addColumn<T>(names), ...);
+}
+
+// Points the diagnostic log at a fresh file for the lifetime of the object.
+class LogCapture {
+public:
+    LogCapture() : m_path(m_dir.path() + "/orva.log") {
+        QFile f(m_path);
+        f.open(QIODevice::WriteOnly);
+        OrvaSetLogPaths(m_path.toUtf8().constData(), nullptr);
+    }
+    ~LogCapture() { OrvaSetLogPaths(nullptr, nullptr); }
+    QString text() const {
+        QFile f(m_path);
+        return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
+    }
+    int count(const QString& needle) const { return int(text().count(needle)); }
+
+private:
+    QTemporaryDir m_dir;
+    QString m_path;
+};
+
+// HOME and XDG_CONFIG_HOME in a fresh folder for the lifetime of the object, so that nothing the
+// user or an earlier case saved is read and nothing of the user's is written.
+class TempHome {
+public:
+    TempHome() : m_home(qgetenv("HOME")), m_config(qgetenv("XDG_CONFIG_HOME")) {
+        qputenv("HOME", QFile::encodeName(path()));
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(config()));
+    }
+    ~TempHome() {
+        qputenv("HOME", m_home);
+        qputenv("XDG_CONFIG_HOME", m_config);
+    }
+    QString path() const { return m_dir.path(); }
+    QString config() const { return m_dir.path() + "/.config"; }
+    QString filePath(const QString& name) const { return m_dir.filePath(name); }
+
+private:
+    QTemporaryDir m_dir;
+    QByteArray m_home, m_config;
+};
+
+// Writes the bytes, making the folders on the way.
+inline void writeFile(const QString& path, const QByteArray& bytes) {
+    QDir().mkpath(QFileInfo(path).path());
+    QFile f(path);
+    QVERIFY2(f.open(QIODevice::WriteOnly), qPrintable(path));
+    f.write(bytes);
+}
+
+// The file's bytes from `from` (from the end when negative), at most n of them when n >= 0.
+inline QByteArray readFile(const QString& path, qint64 from = 0, qint64 n = -1) {
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return {};
+    f.seek(from >= 0 ? from : qMax<qint64>(0, f.size() + from));
+    return n >= 0 ? f.read(n) : f.readAll();
+}
+
+// A bundle's English string table.
+inline void writeStrings(const QString& bundle, const TwValue& table) {
+    writeFile(bundle + "/Contents/Resources/en.lproj/Localizable.strings",
+              QByteArray::fromStdString(TwPlistToXml(table)));
+}
+
+inline TwValue dict(std::initializer_list<std::pair<std::string, TwValue>> entries) {
+    return TwValue::dictionary(entries);
+}
+
+// An entry of a choice list, and the values of a list's entries.
+inline TwValue choice(const TwValue& value, const char* display) {
+    return dict({{"value", value}, {"display", display}});
+}
+inline std::vector<int> codes(const TwValue& list) {
+    std::vector<int> out;
+    if (auto a = list.list())
+        for (auto& e : *a)
+            out.push_back(e.dict()->value("value").intValue());
+    return out;
+}
+
+// A model definition the test shapes.
+class TestModelDef : public TwModelDefFile {
+public:
+    TwValue rules = TwValue::dictionary();
+    TwValue options = TwValue::dictionary();
+    TwValue controls = TwValue::dictionary();
+    TwValue adf = dict({{"MinWidth", 2.0}, {"MinHeight", 2.0}, {"MaxWidth", 8.504}, {"MaxHeight", 118.0}});
+    double physicalWidth = 8.5;
+    double minHeight = 2.0;
+
+    TwValue UIEnable() const override { return rules; }
+    TwValue UIOptions() const override { return options; }
+    TwValue UIControl() const override { return controls; }
+    TwValue FeederADF() const override { return adf; }
+    TwValue FeederFlatbed() const override { return TwValue::dictionary(); }
+    double getPhysicalWidth() const override { return physicalWidth; }
+    double getMinHeight() const override { return minHeight; }
+};
+
+// Records what a store tells of the key paths it watches, and ends its observations when it goes
+// (declare it after the store).
+class ChangeRecorder : public TwKeyValueObserver {
+public:
+    struct Seen {
+        std::string keyPath;
+        TwValue newValue, oldValue;
+        bool initial;
+    };
+    std::vector<Seen> seen;
+    std::function<void(const std::string&)> onChange;
+
+    ChangeRecorder() = default;
+    ChangeRecorder(TwObservable& object, std::initializer_list<const char*> paths,
+                   unsigned options = kTwObserveNew) {
+        for (const char* p : paths)
+            watch(object, p, options);
+    }
+    ~ChangeRecorder() override {
+        for (auto& [object, path] : m_watched)
+            object->removeObserver(this, path);
+    }
+    void watch(TwObservable& object, const std::string& path, unsigned options = kTwObserveNew) {
+        object.addObserver(this, path, options);
+        m_watched.emplace_back(&object, path);
+    }
+    void observeValueForKeyPath(const std::string& keyPath, TwObservable*, const TwKeyValueChange& change,
+                                void*) override {
+        seen.push_back({keyPath, change.newValue, change.oldValue, change.isInitial});
+        if (onChange)
+            onChange(keyPath);
+    }
+    int count() const { return int(seen.size()); }
+    int count(const std::string& path) const {
+        return int(std::count_if(seen.begin(), seen.end(), [&](const Seen& s) { return s.keyPath == path; }));
+    }
+    TwValue last() const { return seen.empty() ? TwValue() : seen.back().newValue; }
+
+private:
+    std::vector<std::pair<TwObservable*, std::string>> m_watched;
+};
+
+// What the module sent to the data source's callback, in order; recordEvent is the callback.
+struct SentEvent {
+    std::uint16_t code;
+    void* data;
+    TwCapabilityRecord record; // of event 1
+};
+inline std::vector<SentEvent> g_sent;
+inline std::uint16_t recordEvent(std::uint16_t code, void* data) {
+    SentEvent e{code, data, {}};
+    if (code == kVmxEventSetCapability && data)
+        std::memcpy(&e.record, data, sizeof e.record);
+    g_sent.push_back(e);
+    return 0;
+}
+inline std::vector<std::uint16_t> sentCodes() {
+    std::vector<std::uint16_t> out;
+    for (auto& e : g_sent)
+        out.push_back(e.code);
+    return out;
+}
+inline int sentCount(std::uint16_t code) {
+    return int(
+        std::count_if(g_sent.begin(), g_sent.end(), [&](const SentEvent& e) { return e.code == code; }));
+}
