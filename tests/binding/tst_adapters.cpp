@@ -580,15 +580,13 @@ private slots:
     // Leaving a field (Tab, a click elsewhere) checks it at once: a rejected entry shows its
     // message and the field takes the focus back; a window going to the background checks nothing.
     void leavingAFieldChecksIt_data() {
-        QTest::addColumn<int>("reason");
-        QTest::addColumn<bool>("checked");
+        columns<int, bool>("reason", "checked");
         QTest::newRow("Tab") << int(Qt::TabFocusReason) << true;
         QTest::newRow("a click") << int(Qt::MouseFocusReason) << true;
         QTest::newRow("another window") << int(Qt::ActiveWindowFocusReason) << false;
     }
     void leavingAFieldChecksIt() {
-        QFETCH(int, reason);
-        QFETCH(bool, checked);
+        auto [reason, checked] = fetch<int, bool>("reason", "checked");
         addRatioAndName();
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window.get()));

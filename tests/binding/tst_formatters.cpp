@@ -29,13 +29,8 @@ private slots:
     // Pattern, bounds and message; whether fractions are allowed, and how many, the parsing and
     // partial cases show.
     void rangeSetUp_data() {
-        QTest::addColumn<int>("minimum");
-        QTest::addColumn<int>("maximum");
-        QTest::addColumn<int>("places");
-        QTest::addColumn<QString>("pattern");
-        QTest::addColumn<double>("low");
-        QTest::addColumn<double>("high");
-        QTest::addColumn<QString>("message");
+        columns<int, int, int, QString, double, double, QString>("minimum", "maximum", "places", "pattern",
+                                                                 "low", "high", "message");
         QTest::newRow("no places") << 1 << 300 << 0 << "0" << 1.0 << 300.0 << "Enter a number from 1 to 300.";
         QTest::newRow("one place") << 100 << 3560 << 1 << "0.0" << 10.0 << 356.0
                                    << "Enter a number from 10.0 to 356.0.";
@@ -48,9 +43,7 @@ private slots:
         QTest::newRow("empty range") << 0 << 0 << 0 << "0" << 0.0 << 0.0 << "Enter a number from 0 to 0.";
     }
     void rangeSetUp() {
-        QFETCH(int, minimum);
-        QFETCH(int, maximum);
-        QFETCH(int, places);
+        auto [minimum, maximum, places] = fetch<int, int, int>("minimum", "maximum", "places");
         // Set up over one made for another range: every part is replaced.
         auto f = formatter(-7, 7, places > 0 ? 0 : 1);
         SetTextRangeFormatter(f.get(), minimum, maximum, places);
@@ -64,10 +57,7 @@ private slots:
     // ---- parsing ----
 
     void parsing_data() {
-        QTest::addColumn<int>("places");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("accepted");
-        QTest::addColumn<double>("value");
+        columns<int, QString, bool, double>("places", "text", "accepted", "value");
         // 100..3560 with the given places: 10.0..356.0 (1), 1.00..35.60 (2), 100..3560 (0).
         QTest::newRow("1: inside") << 1 << "12.5" << true << 12.5;
         QTest::newRow("1: upper bound") << 1 << "356" << true << 356.0;
@@ -88,10 +78,8 @@ private slots:
         QTest::newRow("2: below") << 2 << "0.99" << false << 0.0;
     }
     void parsing() {
-        QFETCH(int, places);
-        QFETCH(QString, text);
-        QFETCH(bool, accepted);
-        QFETCH(double, value);
+        auto [places, text, accepted, value] =
+            fetch<int, QString, bool, double>("places", "text", "accepted", "value");
         auto f = formatter(100, 3560, places);
         TwValue parsed;
         QString error;
@@ -133,9 +121,7 @@ private slots:
     // ---- display ----
 
     void display_data() {
-        QTest::addColumn<int>("places");
-        QTest::addColumn<TwValue>("value");
-        QTest::addColumn<QString>("text");
+        columns<int, TwValue, QString>("places", "value", "text");
         QTest::newRow("0: rounds") << 0 << TwValue(12.6) << "13";
         QTest::newRow("0: integer") << 0 << TwValue(300) << "300";
         QTest::newRow("1: integer padded") << 1 << TwValue(12) << "12.0";
@@ -147,8 +133,7 @@ private slots:
         QTest::newRow("1: array is the nil symbol") << 1 << TwValue::array({1}) << "";
     }
     void display() {
-        QFETCH(int, places);
-        QFETCH(TwValue, value);
+        auto [places, value] = fetch<int, TwValue>("places", "value");
         QTEST(formatter(-100000, 100000, places)->stringForObjectValue(value), "text");
     }
 
@@ -162,9 +147,7 @@ private slots:
     // ---- partial entries (as typed into a field) ----
 
     void partial_data() {
-        QTest::addColumn<int>("places");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("state");
+        columns<int, QString, int>("places", "text", "state");
         const int invalid = QValidator::Invalid, intermediate = QValidator::Intermediate,
                   acceptable = QValidator::Acceptable;
         QTest::newRow("1: acceptable") << 1 << "12.5" << acceptable;
@@ -179,8 +162,7 @@ private slots:
         QTest::newRow("2: second place") << 2 << "1.25" << acceptable;
     }
     void partial() {
-        QFETCH(int, places);
-        QFETCH(QString, text);
+        auto [places, text] = fetch<int, QString>("places", "text");
         auto f = formatter(100, 3560, places);
         int pos = int(text.size());
         QTEST(int(f->validate(text, pos)), "state");
@@ -190,9 +172,7 @@ private slots:
 
     // The limit counts UTF-16 units as the platform does; a negative limit is none.
     void textFormatterLimit_data() {
-        QTest::addColumn<int>("limit");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("accepted");
+        columns<int, QString, bool>("limit", "text", "accepted");
         QTest::newRow("default, long") << INT32_MAX << QString(100000, 'x') << true;
         QTest::newRow("64 of 64") << 64 << QString(64, 'x') << true;
         QTest::newRow("65 of 64") << 64 << QString(65, 'x') << false;
@@ -202,9 +182,7 @@ private slots:
         QTest::newRow("emoji is two units: 4 of 4") << 4 << QString::fromUtf8("ab\xF0\x9F\x98\x80") << true;
     }
     void textFormatterLimit() {
-        QFETCH(int, limit);
-        QFETCH(QString, text);
-        QFETCH(bool, accepted);
+        auto [limit, text, accepted] = fetch<int, QString, bool>("limit", "text", "accepted");
         TwainTextFormatter f;
         if (limit != INT32_MAX)
             f.setMaximumLength(limit);
@@ -253,20 +231,14 @@ private slots:
     }
 
     void sliderRange_data() {
-        QTest::addColumn<int>("minimum");
-        QTest::addColumn<int>("maximum");
-        QTest::addColumn<int>("places");
-        QTest::addColumn<double>("low");
-        QTest::addColumn<double>("high");
+        columns<int, int, int, double, double>("minimum", "maximum", "places", "low", "high");
         QTest::newRow("0 places") << 1 << 255 << 0 << 1.0 << 255.0;
         QTest::newRow("1 place") << 100 << 3560 << 1 << 10.0 << 356.0;
         QTest::newRow("2 places") << 1 << 5000 << 2 << 0.01 << 50.0;
         QTest::newRow("negative places") << 1 << 500 << -1 << 1.0 << 500.0;
     }
     void sliderRange() {
-        QFETCH(int, minimum);
-        QFETCH(int, maximum);
-        QFETCH(int, places);
+        auto [minimum, maximum, places] = fetch<int, int, int>("minimum", "maximum", "places");
         QSlider slider;
         SetSliderRange(&slider, minimum, maximum, places);
         QTEST(slider.minimum() / TwValueScale(&slider), "low");

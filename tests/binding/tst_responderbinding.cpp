@@ -84,15 +84,14 @@ private slots:
     // takes the first free numbered name; the others decide alone once one is gone, and an unbound
     // control no longer follows.
     void multiValueBindingsCombine_data() {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<bool>("any"); // OR rather than AND
+        // any: OR rather than AND
+        columns<QString, bool>("kind", "any");
         QTest::newRow("enabled") << "enabled" << false;
         QTest::newRow("hidden") << "hidden" << true;
         QTest::newRow("editable") << "editable" << false;
     }
     void multiValueBindingsCombine() {
-        QFETCH(QString, kind);
-        QFETCH(bool, any);
+        auto [kind, any] = fetch<QString, bool>("kind", "any");
         const std::string k = kind.toStdString();
         const Names keys{"flag.A", "flag.B", "flag.C"};
         TwainDialogData model;
@@ -155,9 +154,8 @@ private slots:
     // ---- conventions ----
 
     void contentBindings_data() {
-        QTest::addColumn<bool>("editable");
-        QTest::addColumn<bool>("plainValues"); // bindContentValues: a list of plain values
-        QTest::addColumn<QStringList>("expected");
+        // plainValues: bindContentValues: a list of plain values
+        columns<bool, bool, QStringList>("editable", "plainValues", "expected");
         QTest::newRow("combo box") << true << false
                                    << QStringList{"content=content.List", "contentValues=content.List.value"};
         QTest::newRow("pop-up") << false << false
@@ -167,8 +165,7 @@ private slots:
             << true << true << QStringList{"content=content.List", "contentValues=content.List"};
     }
     void contentBindings() {
-        QFETCH(bool, editable);
-        QFETCH(bool, plainValues);
+        auto [editable, plainValues] = fetch<bool, bool>("editable", "plainValues");
         TwainDialogData model;
         model.setValueForKeyPath(plainValues ? TwValue::array({"1", "2"})
                                              : TwValue::array({choice(1, "one"), choice(2, "two")}),

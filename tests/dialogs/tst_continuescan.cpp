@@ -109,9 +109,8 @@ private slots:
     // last, the page beside the question the right way up while it is open, and the page's
     // memory freed before the end is told.
     void everyWayTheQuestionEnds_data() {
-        QTest::addColumn<QString>("press"); // a button, "Escape", "close", or "" to let the polls decide
-        QTest::addColumn<QList<int>>("polls");
-        QTest::addColumn<int>("answer");
+        // press: a button, "Escape", "close", or "" to let the polls decide
+        columns<QString, QList<int>, int>("press", "polls", "answer");
         QTest::newRow("Continue pressed") << "Continue" << QList<int>{} << 15;
         QTest::newRow("Stop pressed") << "Stop" << QList<int>{} << 16;
         QTest::newRow("Escape") << "Escape" << QList<int>{} << 16;
@@ -124,9 +123,7 @@ private slots:
         QTest::newRow("polled: -1, no button") << "" << QList<int>{0xFFFF} << 0;
     }
     void everyWayTheQuestionEnds() {
-        QFETCH(QString, press);
-        QFETCH(QList<int>, polls);
-        QFETCH(int, answer);
+        auto [press, polls, answer] = fetch<QString, QList<int>, int>("press", "polls", "answer");
         auto ui = loaded();
         for (int p : polls)
             g_source.pollAnswers.push_back(std::uint16_t(p));
@@ -173,8 +170,7 @@ private slots:
     // The question has the keyboard, not the page beside it: Return answers its default button,
     // Escape its escape button.
     void theQuestionIsAnsweredFromTheKeyboard_data() {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("answer");
+        columns<int, int>("key", "answer");
         QTest::newRow("Return") << int(Qt::Key_Return) << int(kVmxAnswerContinue);
         QTest::newRow("Escape") << int(Qt::Key_Escape) << int(kVmxAnswerStop);
     }
@@ -222,15 +218,13 @@ private slots:
     // A page the data source leaves out, or one that is no bitmap, shows the question alone; what
     // was handed over is freed all the same.
     void aMissingOrBrokenPageShowsTheQuestionAlone_data() {
-        QTest::addColumn<int>("page");
-        QTest::addColumn<QString>("logged");
+        columns<int, QString>("page", "logged");
         QTest::newRow("no page") << int(QuestionSource::NoPage) << "ERROR: pDIB = NULL";
         QTest::newRow("broken page") << int(QuestionSource::BrokenPage)
                                      << "ERROR: TwainDialogController::showContinueScanPage:";
     }
     void aMissingOrBrokenPageShowsTheQuestionAlone() {
-        QFETCH(int, page);
-        QFETCH(QString, logged);
+        auto [page, logged] = fetch<int, QString>("page", "logged");
         auto ui = loaded();
         LogCapture log;
         g_source.page = decltype(g_source.page)(page);
@@ -247,14 +241,12 @@ private slots:
 
     // One block given as both sides is freed once, whether the page is shown or refused.
     void oneBlockAsBothSidesIsFreedOnce_data() {
-        QTest::addColumn<int>("page");
-        QTest::addColumn<bool>("shown");
+        columns<int, bool>("page", "shown");
         QTest::newRow("shown") << int(QuestionSource::Page) << true;
         QTest::newRow("refused") << int(QuestionSource::BrokenPage) << false;
     }
     void oneBlockAsBothSidesIsFreedOnce() {
-        QFETCH(int, page);
-        QFETCH(bool, shown);
+        auto [page, shown] = fetch<int, bool>("page", "shown");
         auto ui = loaded();
         g_source.page = decltype(g_source.page)(page);
         g_source.backIsFront = true;
@@ -281,9 +273,8 @@ private slots:
     // A polled box from the facade ends as the callback says: "keep waiting" keeps it (until a
     // button is pressed), 0 is the second button, -1 the third (no button), 1 the first.
     void aPolledBoxEndsAsTheCallbackSays_data() {
-        QTest::addColumn<uint>("type");
-        QTest::addColumn<QList<int>>("polls"); // then "keep waiting"
-        QTest::addColumn<int>("answer");
+        // polls: then "keep waiting"
+        columns<uint, QList<int>, int>("type", "polls", "answer");
         QTest::newRow("waiting, then 0: Cancel")
             << 0x2u << QList<int>{kVmxResultContinue, kVmxResultContinue, 0} << int(kVmxAnswerCancel);
         QTest::newRow("-1: no button") << 0x5u << QList<int>{0xFFFF} << 0;
@@ -291,9 +282,7 @@ private slots:
         QTest::newRow("never ended: Cancel pressed") << 0x2u << QList<int>{} << int(kVmxAnswerCancel);
     }
     void aPolledBoxEndsAsTheCallbackSays() {
-        QFETCH(uint, type);
-        QFETCH(QList<int>, polls);
-        QFETCH(int, answer);
+        auto [type, polls, answer] = fetch<uint, QList<int>, int>("type", "polls", "answer");
         auto ui = loaded();
         for (int p : polls)
             g_source.pollAnswers.push_back(std::uint16_t(p));

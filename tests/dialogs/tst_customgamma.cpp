@@ -113,11 +113,7 @@ private slots:
     // ---- Tables and scales ----
 
     void toneTables_data() {
-        QTest::addColumn<int>("black");
-        QTest::addColumn<int>("white");
-        QTest::addColumn<double>("gamma");
-        QTest::addColumn<Levels>("levels");
-        QTest::addColumn<Levels>("expected");
+        columns<int, int, double, Levels, Levels>("black", "white", "gamma", "levels", "expected");
         Levels all(256);
         std::iota(all.begin(), all.end(), 0);
         QTest::newRow("neutral: the identity") << 0 << 255 << 1.0 << all << all;
@@ -132,11 +128,8 @@ private slots:
             << 200 << 100 << 1.0 << Levels{0, 150, 200, 201, 255} << Levels{0, 0, 0, 0, 0};
     }
     void toneTables() {
-        QFETCH(int, black);
-        QFETCH(int, white);
-        QFETCH(double, gamma);
-        QFETCH(Levels, levels);
-        QFETCH(Levels, expected);
+        auto [black, white, gamma, levels, expected] =
+            fetch<int, int, double, Levels, Levels>("black", "white", "gamma", "levels", "expected");
         const TwGammaTable t = tableOf(std::uint8_t(black), std::uint8_t(white), gamma);
         Levels mapped;
         for (int level : levels)
@@ -145,9 +138,7 @@ private slots:
     }
 
     void slidersAndGammas_data() {
-        QTest::addColumn<int>("position");
-        QTest::addColumn<double>("gamma");
-        QTest::addColumn<bool>("bothWays");
+        columns<int, double, bool>("position", "gamma", "bothWays");
         QTest::newRow("0") << 0 << 0.2 << true;
         QTest::newRow("39") << 39 << 0.98 << true;
         QTest::newRow("40") << 40 << 1.0 << true;
@@ -161,9 +152,7 @@ private slots:
         QTest::newRow("0.5 typed") << 15 << 0.5 << false;
     }
     void slidersAndGammas() {
-        QFETCH(int, position);
-        QFETCH(double, gamma);
-        QFETCH(bool, bothWays);
+        auto [position, gamma, bothWays] = fetch<int, double, bool>("position", "gamma", "bothWays");
         QCOMPARE(TwSliderPositionFromGamma(gamma), position);
         if (bothWays)
             QCOMPARE(TwGammaFromSliderPosition(position), gamma);
@@ -175,9 +164,7 @@ private slots:
     // palette and anything after the rows are left alone; other depths and lying headers are
     // not touched at all.
     void convertingAPicture_data() {
-        QTest::addColumn<Bytes>("file");
-        QTest::addColumn<bool>("converted");
-        QTest::addColumn<Bytes>("expected");
+        columns<Bytes, bool, Bytes>("file", "converted", "expected");
         // Two rows of one 24-bit pixel (B, G, R) and a padding byte 0xEE.
         const Bytes rows24("\x10\x20\x30\xee\x00\xff\x80\xee", 8);
         const Bytes done24("\x07\x21\xcf\xee\x07\x00\x7f\xee", 8);
@@ -201,9 +188,7 @@ private slots:
         QTest::newRow("empty") << Bytes() << false << Bytes();
     }
     void convertingAPicture() {
-        QFETCH(Bytes, file);
-        QFETCH(bool, converted);
-        QFETCH(Bytes, expected);
+        auto [file, converted, expected] = fetch<Bytes, bool, Bytes>("file", "converted", "expected");
         // Exactly the file's bytes on the heap, so that reading or writing past them shows.
         std::vector<unsigned char> buffer(file.begin(), file.end());
         QCOMPARE(gammaConvert(buffer.empty() ? nullptr : buffer.data(), buffer.size(), markingTables()),

@@ -138,18 +138,14 @@ private slots:
     // Settings-only mode enables OK and disables Scan; showUi(false, ...) only sets the flags;
     // startModal twice starts one run; stopModal wakes the loop of a modal run only.
     void modesAndModalRuns_data() {
-        QTest::addColumn<bool>("show");
-        QTest::addColumn<bool>("modal");
-        QTest::addColumn<bool>("settingsOnly");
+        columns<bool, bool, bool>("show", "modal", "settingsOnly");
         QTest::newRow("settings only") << true << false << true;
         QTest::newRow("scan, modeless") << true << false << false;
         QTest::newRow("scan, modal") << true << true << false;
         QTest::newRow("flags only") << false << true << true;
     }
     void modesAndModalRuns() {
-        QFETCH(bool, show);
-        QFETCH(bool, modal);
-        QFETCH(bool, settingsOnly);
+        auto [show, modal, settingsOnly] = fetch<bool, bool, bool>("show", "modal", "settingsOnly");
         const int before = TwApplication::modalRunsStarted();
         auto ui = loaded();
         ui->showUi(show, modal, settingsOnly);
@@ -185,10 +181,7 @@ private slots:
     // What each way out of the dialog sends and whether it saves the untitled setting; the modal
     // run ends, and the window stays until the data source hides it.
     void theButtonsSendTheirEventAndSave_data() {
-        QTest::addColumn<QString>("action");
-        QTest::addColumn<bool>("settingsOnly");
-        QTest::addColumn<Codes>("sent");
-        QTest::addColumn<bool>("saves");
+        columns<QString, bool, Codes, bool>("action", "settingsOnly", "sent", "saves");
         QTest::newRow("OK") << "OK" << true << Codes{kVmxEventClosed} << true;
         QTest::newRow("Cancel") << "Cancel" << true << Codes{kVmxEventClosed} << false;
         QTest::newRow("close box") << "close" << false << Codes{kVmxEventClosed} << false;
@@ -198,10 +191,8 @@ private slots:
         QTest::newRow("OK without callback") << "OK-local" << true << Codes{} << true;
     }
     void theButtonsSendTheirEventAndSave() {
-        QFETCH(QString, action);
-        QFETCH(bool, settingsOnly);
-        QFETCH(Codes, sent);
-        QFETCH(bool, saves);
+        auto [action, settingsOnly, sent, saves] =
+            fetch<QString, bool, Codes, bool>("action", "settingsOnly", "sent", "saves");
         auto ui = shown(true, settingsOnly);
         TwDlgMain* w = window(*ui);
         set(*ui, "Data.Resolution", 400);

@@ -35,12 +35,8 @@ private slots:
     // The buttons left to right with their codes, the Escape button (-1: none) and the icon; a
     // set the caller does not know gives one plain button that answers nothing.
     void buttonSetsSwapAndIcons_data() {
-        QTest::addColumn<uint>("type");
-        QTest::addColumn<bool>("withContinueStop");
-        QTest::addColumn<QStringList>("buttons");
-        QTest::addColumn<QList<int>>("codes");
-        QTest::addColumn<int>("escape");
-        QTest::addColumn<int>("icon");
+        columns<uint, bool, QStringList, QList<int>, int, int>("type", "withContinueStop", "buttons", "codes",
+                                                               "escape", "icon");
         QTest::newRow("0x20001 OK, caution")
             << 0x20001u << false << QStringList{"OK"} << QList<int>{10} << -1 << int(QMessageBox::Warning);
         QTest::newRow("0x40002 OK/Cancel, question") << 0x40002u << false << QStringList{"OK", "Cancel"}
@@ -61,12 +57,9 @@ private slots:
                                << int(QMessageBox::Warning);
     }
     void buttonSetsSwapAndIcons() {
-        QFETCH(uint, type);
-        QFETCH(bool, withContinueStop);
-        QFETCH(QStringList, buttons);
-        QFETCH(QList<int>, codes);
-        QFETCH(int, escape);
-        QFETCH(int, icon);
+        auto [type, withContinueStop, buttons, codes, escape, icon] =
+            fetch<uint, bool, QStringList, QList<int>, int, int>("type", "withContinueStop", "buttons",
+                                                                 "codes", "escape", "icon");
         auto s = boxFor(type, withContinueStop);
         QCOMPARE(s.knownSet, codes != QList<int>{0});
         QCOMPARE(titles(s), buttons);
@@ -136,8 +129,8 @@ private slots:
     // A polling box ends as the poll says (swapped Continue/Stop: Stop is first); told to wait,
     // it stays until a button is pressed. The first poll comes one interval after the box opened.
     void aPollingBoxEndsAsThePollSays_data() {
-        QTest::addColumn<int>("panelReturn"); // 99: keep waiting
-        QTest::addColumn<int>("answer");
+        // panelReturn: 99: keep waiting
+        columns<int, int>("panelReturn", "answer");
         QTest::newRow("1: first button") << 1 << 16;
         QTest::newRow("0: second button") << 0 << 15;
         QTest::newRow("-1: third button") << -1 << 0;
@@ -145,8 +138,7 @@ private slots:
         QTest::newRow("waiting: the button pressed") << 99 << 15;
     }
     void aPollingBoxEndsAsThePollSays() {
-        QFETCH(int, panelReturn);
-        QFETCH(int, answer);
+        auto [panelReturn, answer] = fetch<int, int>("panelReturn", "answer");
         QElapsedTimer clock;
         qint64 firstPoll = -1;
         int polls = 0;

@@ -57,10 +57,8 @@ private slots:
 
     // Save... with a typed name: what is refused (and stays open), what is asked, what is saved.
     void savingASettingChecksTheName_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QList<int>>("answers");
-        QTest::addColumn<QStringList>("messages");
-        QTest::addColumn<QString>("saved"); // empty: nothing saved, the dialog stayed
+        // saved: empty: nothing saved, the dialog stayed
+        columns<QString, QList<int>, QStringList, QString>("typed", "answers", "messages", "saved");
         const QString fifty(50, QLatin1Char('x'));
         const QString overwrite =
             QStringLiteral("A setting named \"%1\" already exists. Do you want to replace it?");
@@ -82,10 +80,8 @@ private slots:
             << "receipts" << QList<int>{kVmxAnswerCancel} << QStringList{overwrite.arg("receipts")} << "";
     }
     void savingASettingChecksTheName() {
-        QFETCH(QString, typed);
-        QFETCH(QList<int>, answers);
-        QFETCH(QStringList, messages);
-        QFETCH(QString, saved);
+        auto [typed, answers, messages, saved] =
+            fetch<QString, QList<int>, QStringList, QString>("typed", "answers", "messages", "saved");
         auto ui = sample.load();
         ui->showUi(true, false, false);
         TwainDialogData* model = ui->model().get();
@@ -149,11 +145,8 @@ private slots:
     // Gamma names (type 1): 32 characters at most; a listed name, compared exactly, is asked
     // about only when the caller wants the check.
     void gammaNames_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<bool>("checkOverwrite");
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<QStringList>("messages");
-        QTest::addColumn<int>("result");
+        columns<QString, bool, int, QStringList, int>("typed", "checkOverwrite", "answer", "messages",
+                                                      "result");
         const QString asked = QStringLiteral("\"Soft\" already exists. Do you want to overwrite it?");
         QTest::newRow("32 characters") << QString(32, 'g') << true << 0 << QStringList{} << 1;
         QTest::newRow("33 characters")
@@ -164,11 +157,8 @@ private slots:
         QTest::newRow("other letter case") << "soft" << true << 0 << QStringList{} << 1;
     }
     void gammaNames() {
-        QFETCH(QString, typed);
-        QFETCH(bool, checkOverwrite);
-        QFETCH(int, answer);
-        QFETCH(QStringList, messages);
-        QFETCH(int, result);
+        auto [typed, checkOverwrite, answer, messages, result] = fetch<QString, bool, int, QStringList, int>(
+            "typed", "checkOverwrite", "answer", "messages", "result");
         auto ui = sample.load();
         TwDlgSaveSetting* d = ui->controller()->dlgSaveSetting();
         d->setType(TwDlgSaveSetting::GammaName);
@@ -207,8 +197,8 @@ private slots:
     // ---- Which button opens which panel ----
 
     void everyButtonOpensItsPanel_data() {
-        QTest::addColumn<QString>("tab"); // empty: a button of the main panel
-        QTest::addColumn<QString>("panel");
+        // tab: empty: a button of the main panel
+        columns<QString, QString>("tab", "panel");
         QTest::newRow("btnSave") << QString() << QStringLiteral("TwDlgSaveSetting");
         QTest::newRow("btnAbout") << QString() << QStringLiteral("TwDlgAbout");
         QTest::newRow("btnCustomize") << QString() << QStringLiteral("TwDlgCustom");
@@ -218,8 +208,7 @@ private slots:
             << QStringLiteral("Layout") << QStringLiteral("TwDlgPageSeparation");
     }
     void everyButtonOpensItsPanel() {
-        QFETCH(QString, tab);
-        QFETCH(QString, panel);
+        auto [tab, panel] = fetch<QString, QString>("tab", "panel");
         const QString button = QString::fromLatin1(QTest::currentDataTag());
         auto ui = sample.load();
         ui->showUi(true, false, false);
@@ -307,15 +296,14 @@ private slots:
     // The dialog starts from the setting; OK stores the picked order and paper, anything else
     // keeps them. A paper the list lacks shows as the first entry.
     void doubleExposureStoresWhatWasPicked_data() {
-        QTest::addColumn<int>("paperIndex"); // of the setting's paper in the list; -1: not in it
-        QTest::addColumn<bool>("ok");
+        // paperIndex: of the setting's paper in the list; -1: not in it
+        columns<int, bool>("paperIndex", "ok");
         QTest::newRow("OK") << 3 << true;
         QTest::newRow("Cancel") << 3 << false;
         QTest::newRow("paper not in the list") << -1 << true;
     }
     void doubleExposureStoresWhatWasPicked() {
-        QFETCH(int, paperIndex);
-        QFETCH(bool, ok);
+        auto [paperIndex, ok] = fetch<int, bool>("paperIndex", "ok");
         auto ui = sample.load();
         const TwValue papers = ui->dataForKeyPath("content.PaperSizeAllPlusNone");
         QVERIFY(papers.list() && papers.list()->size() > 5);
@@ -492,11 +480,10 @@ private slots:
     // may), else narrowed, else on its left, and where it must lie over the other, clear of the
     // other's buttons. On a large and a small desktop, and at twice the scale (half the points).
     void aWindowBesideAnotherStaysOnTheScreen_data() {
-        QTest::addColumn<QSize>("screen");
-        QTest::addColumn<QRect>("other"); // client area; empty: the dialog, centred
-        QTest::addColumn<bool>("otherMayMove");
-        QTest::addColumn<int>("level");     // 0 tops, 1 bottoms
-        QTest::addColumn<QString>("where"); // right, left or over
+        // other: client area; empty: the dialog, centred
+        // level: 0 tops, 1 bottoms
+        // where: right, left or over
+        columns<QSize, QRect, bool, int, QString>("screen", "other", "otherMayMove", "level", "where");
         const QRect centred;
         QTest::newRow("1920 x 1080") << QSize(1920, 1080) << centred << true << 1 << "right";
         QTest::newRow("1366 x 768: the dialog moves left")
@@ -509,11 +496,8 @@ private slots:
             << QSize(1920, 1080) << QRect(100, 100, 400, 300) << false << 1 << "right";
     }
     void aWindowBesideAnotherStaysOnTheScreen() {
-        QFETCH(QSize, screen);
-        QFETCH(QRect, other);
-        QFETCH(bool, otherMayMove);
-        QFETCH(int, level);
-        QFETCH(QString, where);
+        auto [screen, other, otherMayMove, level, where] =
+            fetch<QSize, QRect, bool, int, QString>("screen", "other", "otherMayMove", "level", "where");
         const QMargins frame(1, 20, 1, 5); // a window manager's border and title bar
         const QRect available(QPoint(0, 0), screen);
         if (other.isEmpty()) { // the dialog as the window system centres it

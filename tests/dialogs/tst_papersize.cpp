@@ -39,13 +39,9 @@ private slots:
     // tenths of a millimetre and holds it within the feeder's limits, also with a flatbed that
     // takes other sizes; inches are saved as millimetres.
     void whatSaveStores_data() {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("flatbed");
-        QTest::addColumn<int>("unit");
-        QTest::addColumn<QSizeF>("size");
-        QTest::addColumn<QString>("savedName"); // empty: nothing saved
-        QTest::addColumn<QSizeF>("saved");
-        QTest::addColumn<QString>("message");
+        // savedName: empty: nothing saved
+        columns<QString, bool, int, QSizeF, QString, QSizeF, QString>("name", "flatbed", "unit", "size",
+                                                                      "savedName", "saved", "message");
         const QSizeF card(100, 150);
         QTest::newRow("32 characters")
             << QString(32, 'n') << true << 1 << card << QString(32, 'n') << card << "";
@@ -64,13 +60,9 @@ private slots:
                                 << "";
     }
     void whatSaveStores() {
-        QFETCH(QString, name);
-        QFETCH(bool, flatbed);
-        QFETCH(int, unit);
-        QFETCH(QSizeF, size);
-        QFETCH(QString, savedName);
-        QFETCH(QSizeF, saved);
-        QFETCH(QString, message);
+        auto [name, flatbed, unit, size, savedName, saved, message] =
+            fetch<QString, bool, int, QSizeF, QString, QSizeF, QString>("name", "flatbed", "unit", "size",
+                                                                        "savedName", "saved", "message");
         auto ui = scanner.load({.flatbed = flatbed});
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             d->ownValues().setValueForKeyPath(unit, "unit");
@@ -149,14 +141,13 @@ private slots:
 
     // The flatbed's four limits, "-" without a flatbed; the feeder's beside them.
     void theLimitLabels_data() {
-        QTest::addColumn<bool>("flatbed");
-        QTest::addColumn<QStringList>("shown"); // flatbed min, max width, min, max length; feeder min length
+        // shown: flatbed min, max width, min, max length; feeder min length
+        columns<bool, QStringList>("flatbed", "shown");
         QTest::newRow("no flatbed") << false << QStringList{"-", "-", "-", "-", "50.8"};
         QTest::newRow("flatbed") << true << QStringList{"12.7", "215.9", "12.7", "296.9", "50.8"};
     }
     void theLimitLabels() {
-        QFETCH(bool, flatbed);
-        QFETCH(QStringList, shown);
+        auto [flatbed, shown] = fetch<bool, QStringList>("flatbed", "shown");
         auto ui = scanner.load({.flatbed = flatbed});
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             QStringList texts;
@@ -170,11 +161,7 @@ private slots:
     // Selecting a row loads it; deleting the last of several selects the row above, deleting
     // another keeps the place selected, deleting the only one leaves no selection and Delete off.
     void deletingAndTheSelection_data() {
-        QTest::addColumn<int>("count");
-        QTest::addColumn<int>("row");
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<int>("selectedAfter");
-        QTest::addColumn<QString>("nameShown");
+        columns<int, int, int, int, QString>("count", "row", "answer", "selectedAfter", "nameShown");
         QTest::newRow("last of three") << 3 << 2 << int(kVmxAnswerOK) << 1 << "P1";
         QTest::newRow("middle of three") << 3 << 1 << int(kVmxAnswerOK) << 1 << "P2";
         QTest::newRow("first of three") << 3 << 0 << int(kVmxAnswerOK) << 0 << "P1";
@@ -182,11 +169,8 @@ private slots:
         QTest::newRow("cancelled") << 3 << 2 << int(kVmxAnswerCancel) << 2 << "P2";
     }
     void deletingAndTheSelection() {
-        QFETCH(int, count);
-        QFETCH(int, row);
-        QFETCH(int, answer);
-        QFETCH(int, selectedAfter);
-        QFETCH(QString, nameShown);
+        auto [count, row, answer, selectedAfter, nameShown] =
+            fetch<int, int, int, int, QString>("count", "row", "answer", "selectedAfter", "nameShown");
         auto ui = scanner.load();
         for (int i = 0; i < count; ++i)
             papers(*ui).list()->push_back(paper("P" + std::to_string(i), 100 + i, 200));

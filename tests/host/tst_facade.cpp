@@ -35,18 +35,14 @@ private slots:
     }
 
     void paperSourcesFollowTheScanner_data() {
-        QTest::addColumn<bool>("flatbed");
-        QTest::addColumn<bool>("passport");
-        QTest::addColumn<QList<int>>("expected");
+        columns<bool, bool, QList<int>>("flatbed", "passport", "expected");
         QTest::newRow("feeder only") << false << false << QList<int>{0, 1};
         QTest::newRow("passport") << false << true << QList<int>{0, 1, 5};
         QTest::newRow("flatbed") << true << false << QList<int>{0, 2, 3, 1, 4};
         QTest::newRow("both, list order kept") << true << true << QList<int>{0, 2, 3, 1, 4, 5};
     }
     void paperSourcesFollowTheScanner() {
-        QFETCH(bool, flatbed);
-        QFETCH(bool, passport);
-        QFETCH(QList<int>, expected);
+        auto [flatbed, passport, expected] = fetch<bool, bool, QList<int>>("flatbed", "passport", "expected");
         auto ui = loaded(flatbed, passport);
         auto got = codes(ui->dataForKeyPath("content.PaperSource"));
         QCOMPARE(QList<int>(got.begin(), got.end()), expected);

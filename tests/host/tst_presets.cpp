@@ -66,8 +66,7 @@ private slots:
     }
 
     void deletingSelectsANeighbour_data() {
-        QTest::addColumn<QString>("deleted");
-        QTest::addColumn<QString>("selected");
+        columns<QString, QString>("deleted", "selected");
         QTest::newRow("the last of three: the new last") << QString("B") << QString("A");
         QTest::newRow("the middle: the one that moves up") << QString("A") << QString("B");
         QTest::newRow("an unknown name: untitled") << QString("Z") << QString("Untitled");
@@ -99,10 +98,7 @@ private slots:
     // Only a saved setting (or the untitled one) can be selected by name: another letter case picks
     // the one it names, any other name is refused and the selection stays.
     void aNameSelectsOnlyASavedSetting_data() {
-        QTest::addColumn<bool>("fromLow");
-        QTest::addColumn<TwValue>("name");
-        QTest::addColumn<QString>("selected");
-        QTest::addColumn<int>("resolution");
+        columns<bool, TwValue, QString, int>("fromLow", "name", "selected", "resolution");
         QTest::newRow("saved") << false << TwValue("Low") << "Low" << 200;
         QTest::newRow("another case") << false << TwValue("LOW") << "Low" << 200;
         QTest::newRow("untitled, another case") << true << TwValue("untitled") << "Untitled" << 200;
@@ -111,8 +107,7 @@ private slots:
         QTest::newRow("not a name") << true << TwValue(5) << "Low" << 200;
     }
     void aNameSelectsOnlyASavedSetting() {
-        QFETCH(bool, fromLow);
-        QFETCH(TwValue, name);
+        auto [fromLow, name] = fetch<bool, TwValue>("fromLow", "name");
         auto ui = sample.load();
         set(*ui, "Data.Resolution", 200);
         ui->model()->AddCustomProfile("Low");
@@ -247,9 +242,7 @@ private slots:
     }
 
     void marginsAreClampedAndDefaulted_data() {
-        QTest::addColumn<TwValue>("stored");
-        QTest::addColumn<QString>("keyPath");
-        QTest::addColumn<int>("read");
+        columns<TwValue, QString, int>("stored", "keyPath", "read");
         auto customize = [](const char* family, const char* side, TwValue v) {
             return TwValue::dictionary({{family, TwValue::dictionary({{side, v}})}});
         };
@@ -262,8 +255,7 @@ private slots:
         QTest::newRow("not a dictionary") << TwValue(5) << "RemoveShadow.left" << 30;
     }
     void marginsAreClampedAndDefaulted() {
-        QFETCH(TwValue, stored);
-        QFETCH(QString, keyPath);
+        auto [stored, keyPath] = fetch<TwValue, QString>("stored", "keyPath");
         auto prefs = this->stored();
         prefs.setValue("customize", stored);
         QVERIFY(prefs.synchronize());

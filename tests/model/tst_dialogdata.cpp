@@ -271,9 +271,9 @@ private slots:
     // Event 1 carries an 8-byte record, little-endian: capability, item type (5: whole number,
     // 7: 16.16 fixed point), value. The fixed-point rows set capability 0x1118 directly.
     void capabilityRecords_data() {
-        QTest::addColumn<QString>("keyPath"); // empty: setCapabilityWithFix32
-        QTest::addColumn<TwValue>("value");
-        QTest::addColumn<QByteArray>("sent"); // empty: nothing sent
+        // keyPath: empty: setCapabilityWithFix32
+        // sent: empty: nothing sent
+        columns<QString, TwValue, QByteArray>("keyPath", "value", "sent");
         auto row = [](const char* name, const char* keyPath, TwValue value, const char* sent) {
             QTest::newRow(name) << QString(keyPath) << value << QByteArray(sent);
         };
@@ -292,8 +292,7 @@ private slots:
         row("prefix only", "Data.Resolution.X", 1, "");
     }
     void capabilityRecords() {
-        QFETCH(QString, keyPath);
-        QFETCH(TwValue, value);
+        auto [keyPath, value] = fetch<QString, TwValue>("keyPath", "value");
         TwainDialogData model;
         g_sent.clear();
         auto send = [&] {

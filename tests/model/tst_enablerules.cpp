@@ -34,8 +34,7 @@ private slots:
     // ---- Evaluation ----
 
     void ruleTable_data() {
-        QTest::addColumn<TwValue>("rule");
-        QTest::addColumn<bool>("expected");
+        columns<TwValue, bool>("rule", "expected");
         QTest::newRow("empty OR is false") << dict({{"OR", empty()}}) << false;
         QTest::newRow("empty AND is true") << dict({{"AND", empty()}}) << true;
         QTest::newRow("empty NOT is true") << dict({{"NOT", empty()}}) << true;
@@ -83,8 +82,7 @@ private slots:
     }
 
     void groupsStopEarly_data() {
-        QTest::addColumn<TwValue>("rule");
-        QTest::addColumn<int>("customCalls");
+        columns<TwValue, int>("rule", "customCalls");
         QTest::newRow("AND stops at the first false")
             << dict({{"AND", dict({{"Data.Num", 2}, {"CUSTOM", empty()}})}}) << 0;
         QTest::newRow("AND goes on while true")
@@ -242,10 +240,7 @@ private slots:
     // ---- Dispatch ----
 
     void untitledProfileRule_data() {
-        QTest::addColumn<QString>("keyPath");
-        QTest::addColumn<TwValue>("value");
-        QTest::addColumn<bool>("applying");
-        QTest::addColumn<bool>("renamed");
+        columns<QString, TwValue, bool, bool>("keyPath", "value", "applying", "renamed");
         QTest::newRow("resolution 300 to 200") << "Data.Resolution" << TwValue(200) << false << true;
         QTest::newRow("resolution rewritten unchanged")
             << "Data.Resolution" << TwValue(300) << false << false;
@@ -259,9 +254,7 @@ private slots:
         QTest::newRow("while a profile is applied") << "Data.Resolution" << TwValue(600) << true << false;
     }
     void untitledProfileRule() {
-        QFETCH(QString, keyPath);
-        QFETCH(TwValue, value);
-        QFETCH(bool, applying);
+        auto [keyPath, value, applying] = fetch<QString, TwValue, bool>("keyPath", "value", "applying");
         model->bInProfileProcess = applying;
         model->setValueForKeyPathWithoutNotification(TwValue("Mine"), "profiles.name");
         model->setValueForKeyPath(value, keyPath.toStdString());
@@ -282,8 +275,7 @@ private slots:
     }
 
     void selectingAProfileByName_data() {
-        QTest::addColumn<TwValue>("profiles");
-        QTest::addColumn<bool>("saved");
+        columns<TwValue, bool>("profiles", "saved");
         QTest::newRow("foreign elements: no setting of that name")
             << TwValue::array({1, "A", TwValue::array()}) << false;
         QTest::newRow("a match") << TwValue::array(

@@ -93,11 +93,8 @@ private slots:
     }
 
     void sideSelectorCorners_data() {
-        QTest::addColumn<int>("before");
-        QTest::addColumn<TwValue>("chosen");
-        QTest::addColumn<TwValue>("side");
-        QTest::addColumn<TwValue>("text");
-        QTest::addColumn<TwValue>("brightness"); // 55: the working copy was not reloaded
+        // brightness: 55: the working copy was not reloaded
+        columns<int, TwValue, TwValue, TwValue, TwValue>("before", "chosen", "side", "text", "brightness");
         QTest::newRow("unknown: no text, nothing loaded")
             << 0 << TwValue(5) << TwValue(5) << TwValue("") << TwValue(55);
         QTest::newRow("not a number: front")
@@ -106,8 +103,7 @@ private slots:
             << 1 << TwValue(1) << TwValue(1) << TwValue("Back side") << TwValue(55);
     }
     void sideSelectorCorners() {
-        QFETCH(int, before);
-        QFETCH(TwValue, chosen);
+        auto [before, chosen] = fetch<int, TwValue>("before", "chosen");
         model->setValueForKeyPath(TwValue(before), "temp.GrayImageSide");
         model->setValueForKeyPathWithoutNotification(TwValue(55), "temp.GrayImage.Brightness");
         model->setValueForKeyPath(chosen, "temp.GrayImageSide");
@@ -119,10 +115,7 @@ private slots:
     // ---- Working values ----
 
     void workingValuesReachTheSelectedSides_data() {
-        QTest::addColumn<TwValue>("side");
-        QTest::addColumn<TwValue>("entered");
-        QTest::addColumn<TwValue>("front");
-        QTest::addColumn<TwValue>("back");
+        columns<TwValue, TwValue, TwValue, TwValue>("side", "entered", "front", "back");
         QTest::newRow("both, rounded up") << TwValue(2) << TwValue(12.6) << TwValue(13) << TwValue(13);
         QTest::newRow("negative goes toward zero")
             << TwValue(2) << TwValue(-2.7) << TwValue(-2) << TwValue(-2);
@@ -137,10 +130,8 @@ private slots:
             << TwValue("1") << TwValue(7) << TwValue(101) << TwValue(201);
     }
     void workingValuesReachTheSelectedSides() {
-        QFETCH(TwValue, side);
-        QFETCH(TwValue, entered);
-        QFETCH(TwValue, front);
-        QFETCH(TwValue, back);
+        auto [side, entered, front, back] =
+            fetch<TwValue, TwValue, TwValue, TwValue>("side", "entered", "front", "back");
         model->setValueForKeyPathWithoutNotification(side, "temp.GrayImageSide");
         model->setValueForKeyPath(entered, "temp.GrayImage.Brightness");
         QCOMPARE(model->valueForKeyPath("Data.GrayImage.Front.Brightness"), front);
@@ -160,9 +151,7 @@ private slots:
     }
 
     void workingCopyKeys_data() {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<int>("grayside");
-        QTest::addColumn<QString>("expected");
+        columns<QString, int, QString>("key", "grayside", "expected");
         QTest::newRow("back shown, back key") << "Data.GrayImage.Back.Gamma" << 1 << "temp.GrayImage.Gamma";
         QTest::newRow("front shown, back key") << "Data.GrayImage.Back.Gamma" << 0 << "(none)";
         QTest::newRow("both, back key") << "Data.GrayImage.Back.Gamma" << 2 << "(none)";
@@ -172,8 +161,7 @@ private slots:
         QTest::newRow("plain setting") << "Data.Resolution" << 0 << "(none)";
     }
     void workingCopyKeys() {
-        QFETCH(QString, key);
-        QFETCH(int, grayside);
+        auto [key, grayside] = fetch<QString, int>("key", "grayside");
         model->setValueForKeyPathWithoutNotification(TwValue(grayside), "Data.GrayImageSide");
         auto got = model->GetTempKey(key.toStdString(), model->m_dictData);
         QTEST(QString::fromStdString(got.value_or("(none)")), "expected");
@@ -182,17 +170,14 @@ private slots:
     // ---- Other reactions ----
 
     void imageTypeTexts_data() {
-        QTest::addColumn<int>("type");
-        QTest::addColumn<QString>("distinction");
-        QTest::addColumn<QString>("grayColor");
+        columns<int, QString, QString>("type", "distinction", "grayColor");
         QTest::newRow("auto gray") << 22 << QString("IDS_STR_MULTIRES_NEW") << QString("IDS_STR_GRAY");
         QTest::newRow("auto colour") << 23 << QString("IDS_STR_MULTIRES_NEW") << QString("IDS_STR_COLOR");
         QTest::newRow("colour") << 2 << QString("IDS_STR_AUTORES_NEW") << QString("IDS_STR_COLOR");
     }
     void imageTypeTexts() {
-        QFETCH(int, type);
-        QFETCH(QString, distinction);
-        QFETCH(QString, grayColor);
+        auto [type, distinction, grayColor] =
+            fetch<int, QString, QString>("type", "distinction", "grayColor");
         model->setValueForKeyPath(TwValue(type), "Data.ImageType");
         auto text = [&](const QString& key) {
             return TwValue(model->localizedString(key.toStdString()));
@@ -245,19 +230,14 @@ private slots:
     }
 
     void workingAreaValuesReachTheSetting_data() {
-        QTest::addColumn<int>("unit");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<double>("entered");
-        QTest::addColumn<double>("stored");
+        columns<int, QString, double, double>("unit", "key", "entered", "stored");
         QTest::newRow("inches") << 0 << "Width" << 1.0 << 25.4;
         QTest::newRow("millimetres") << 1 << "Front.L1.X" << 12.5 << 12.5;
         QTest::newRow("inches, back X") << 0 << "Back.X" << 0.5 << 12.7;
         QTest::newRow("another unit counts as millimetres") << 7 << "Y" << 3.0 << 3.0;
     }
     void workingAreaValuesReachTheSetting() {
-        QFETCH(int, unit);
-        QFETCH(QString, key);
-        QFETCH(double, entered);
+        auto [unit, key, entered] = fetch<int, QString, double>("unit", "key", "entered");
         model->setValueForKeyPath(TwValue(unit), "Data.Area.Unit");
         model->setValueForKeyPath(TwValue(entered), "temp.Area." + key.toStdString());
         QTEST(number(*model, ("Data.Area.Measure." + key.toStdString()).c_str()), "stored");
@@ -268,16 +248,14 @@ private slots:
     // An observer that throws in the middle of what the model does leaves none of its guard flags
     // set: they are set for the span of a call and put back however the call ends.
     void guardFlagsAreBackAfterAnObserverThrows_data() {
-        QTest::addColumn<QString>("throwingAt");
-        QTest::addColumn<int>("action");
+        columns<QString, int>("throwingAt", "action");
         QTest::newRow("converting the area to another unit") << "temp.Area.Width" << 0;
         QTest::newRow("refusing an area value that is no number") << "temp.Area.Width" << 1;
         QTest::newRow("starting observation") << "temp.GrayDPI" << 2;
         QTest::newRow("saving a profile") << "profiles.temporary" << 3;
     }
     void guardFlagsAreBackAfterAnObserverThrows() {
-        QFETCH(QString, throwingAt);
-        QFETCH(int, action);
+        auto [throwingAt, action] = fetch<QString, int>("throwingAt", "action");
         ChangeRecorder thrower(*model, {qPrintable(throwingAt)});
         thrower.onChange = [](const std::string& keyPath) {
             throw std::runtime_error("observer of " + keyPath);

@@ -46,9 +46,7 @@ private slots:
     // ---- The current paper ----
 
     void currentPaperSize_data() {
-        QTest::addColumn<TwValue>("paperSize");
-        QTest::addColumn<double>("width");
-        QTest::addColumn<double>("length");
+        columns<TwValue, double, double>("paperSize", "width", "length");
         QTest::newRow("A4") << TwValue(1) << 2100.0 << 2970.0;
         QTest::newRow("A5") << TwValue(5) << 1480.0 << 2100.0;
         QTest::newRow("high bits ignored") << TwValue(0x30005) << 1480.0 << 2100.0;
@@ -73,9 +71,7 @@ private slots:
     // ---- Landscape ----
 
     void landscapeFollowsTheFeeder_data() {
-        QTest::addColumn<TwValue>("paperSize");
-        QTest::addColumn<double>("physicalWidth");
-        QTest::addColumn<bool>("enabled");
+        columns<TwValue, double, bool>("paperSize", "physicalWidth", "enabled");
         QTest::newRow("A4 is too long to turn") << TwValue(1) << 8.5 << false;
         QTest::newRow("A4 on a wider feeder") << TwValue(1) << 12.0 << true;
         QTest::newRow("A5") << TwValue(5) << 8.5 << true;
@@ -85,9 +81,8 @@ private slots:
         QTest::newRow("custom at the minimum") << TwValue("Edge") << 8.5 << true;
     }
     void landscapeFollowsTheFeeder() {
-        QFETCH(TwValue, paperSize);
-        QFETCH(double, physicalWidth);
-        QFETCH(bool, enabled);
+        auto [paperSize, physicalWidth, enabled] =
+            fetch<TwValue, double, bool>("paperSize", "physicalWidth", "enabled");
         def->physicalWidth = physicalWidth;
         def->minHeight = 2.0;
         def->rules = dict({{"enable.Landscape", dict({{"CUSTOM", TwValue::dictionary()}})}});
@@ -118,8 +113,7 @@ private slots:
     // ---- Resolution-dependent choices ----
 
     void binaryRates_data() {
-        QTest::addColumn<int>("resolution");
-        QTest::addColumn<QList<int>>("kept");
+        columns<int, QList<int>>("resolution", "kept");
         QTest::newRow("150") << 150 << QList<int>{0, 4, 5};
         QTest::newRow("300") << 300 << QList<int>{0, 1, 2, 4, 5};
         QTest::newRow("400") << 400 << QList<int>{0, 1, 2, 3, 4, 5};
@@ -136,10 +130,7 @@ private slots:
     }
 
     void grayResolution_data() {
-        QTest::addColumn<int>("resolution");
-        QTest::addColumn<int>("code");
-        QTest::addColumn<int>("newCode");
-        QTest::addColumn<int>("gray");
+        columns<int, int, int, int>("resolution", "code", "newCode", "gray");
         QTest::newRow("150, none") << 150 << 0 << 0 << 150;
         QTest::newRow("150, 1/2 steps to none") << 150 << 1 << 0 << 150;
         QTest::newRow("150, 1/4 steps to none") << 150 << 3 << 0 << 150;
@@ -157,8 +148,7 @@ private slots:
         QTest::newRow("negative code") << 90 << -3 << -3 << 90;
     }
     void grayResolution() {
-        QFETCH(int, resolution);
-        QFETCH(int, code);
+        auto [resolution, code] = fetch<int, int>("resolution", "code");
         TwainDialogData model;
         model.setValueForKeyPath(TwValue(resolution), "Data.Resolution");
         model.setValueForKeyPath(TwValue(code), "Data.AutoDistinction.RateBinaryImage");
@@ -181,8 +171,7 @@ private slots:
     }
 
     void autoCropLength_data() {
-        QTest::addColumn<TwValue>("feeder");
-        QTest::addColumn<int>("length");
+        columns<TwValue, int>("feeder", "length");
         QTest::newRow("sample feeder: A3 too wide")
             << dict({{"MaxWidth", 8.504}, {"MaxHeight", 118.0}}) << 8400;
         QTest::newRow("narrower: no Letter or Legal")
@@ -245,11 +234,7 @@ private slots:
     // ---- Area geometry ----
 
     void formatterRanges_data() {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("area");
-        QTest::addColumn<bool>("duplex");
-        QTest::addColumn<double>("start");
-        QTest::addColumn<double>("length");
+        columns<QString, QString, bool, double, double>("key", "area", "duplex", "start", "length");
         auto row = [](const char* name, const char* key, const char* area, bool duplex, double start,
                       double length) {
             QTest::newRow(name) << QString(key) << QString(area) << duplex << start << length;
@@ -267,9 +252,7 @@ private slots:
         row("not an area", "Data.Resolution", "", false, 0, 0);
     }
     void formatterRanges() {
-        QFETCH(QString, key);
-        QFETCH(QString, area);
-        QFETCH(bool, duplex);
+        auto [key, area, duplex] = fetch<QString, QString, bool>("key", "area", "duplex");
         placeArea(*model, area);
         model->setValueForKeyPathWithoutNotification(TwValue(duplex), "enable.Duplex");
         TwRange range = model->GetFormatterRange(key.toStdString());
@@ -278,10 +261,7 @@ private slots:
     }
 
     void editedAreasStayOnThePaper_data() {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<double>("entered");
-        QTest::addColumn<QString>("after");
+        columns<QString, QString, double, QString>("before", "key", "entered", "after");
         auto row = [](const char* name, const char* before, const char* key, double entered,
                       const char* after) {
             QTest::newRow(name) << QString(before) << QString(key) << entered << QString(after);
@@ -303,10 +283,8 @@ private slots:
     }
 
     void editedAreasStayOnThePaper() {
-        QFETCH(QString, before);
-        QFETCH(QString, key);
-        QFETCH(double, entered);
-        QFETCH(QString, after);
+        auto [before, key, entered, after] =
+            fetch<QString, QString, double, QString>("before", "key", "entered", "after");
         placeArea(*model, before);
         model->setValueForKeyPath(TwValue(entered), "temp.Area." + key.toStdString());
         compareArea(*model, after, true);
@@ -367,10 +345,7 @@ private slots:
     // written into the setting by the data source: what is not one is refused and the old value
     // stays; a finite value is fitted.
     void areaValuesStayFinite_data() {
-        QTest::addColumn<int>("unit");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<TwValue>("value");
-        QTest::addColumn<QString>("after");
+        columns<int, QString, TwValue, QString>("unit", "key", "value", "after");
         const double inf = std::numeric_limits<double>::infinity();
         auto row = [](const char* name, int unit, const char* key, TwValue v, const char* after) {
             QTest::newRow(name) << unit << QString(key) << v << QString(after);
@@ -386,10 +361,8 @@ private slots:
             "Front.L1.X=0 Front.L1.Width=210");
     }
     void areaValuesStayFinite() {
-        QFETCH(int, unit);
-        QFETCH(QString, key);
-        QFETCH(TwValue, value);
-        QFETCH(QString, after);
+        auto [unit, key, value, after] =
+            fetch<int, QString, TwValue, QString>("unit", "key", "value", "after");
         model->setValueForKeyPath(TwValue(unit), "Data.Area.Unit");
         LogCapture log;
         model->setValueForKeyPath(value, key.toStdString());

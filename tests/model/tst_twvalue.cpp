@@ -6,9 +6,7 @@ class TestTwValue : public QObject {
     Q_OBJECT
 private slots:
     void equality_data() {
-        QTest::addColumn<TwValue>("a");
-        QTest::addColumn<TwValue>("b");
-        QTest::addColumn<bool>("equal");
+        columns<TwValue, TwValue, bool>("a", "b", "equal");
         QTest::newRow("int = real") << TwValue(300) << TwValue(300.0) << true;
         QTest::newRow("int != real fraction") << TwValue(1) << TwValue(1.5) << false;
         QTest::newRow("true = 1") << TwValue(true) << TwValue(1) << true;
@@ -26,18 +24,13 @@ private slots:
         QTest::newRow("large ints") << TwValue(9007199254740993LL) << TwValue(9007199254740992LL) << false;
     }
     void equality() {
-        QFETCH(TwValue, a);
-        QFETCH(TwValue, b);
-        QFETCH(bool, equal);
+        auto [a, b, equal] = fetch<TwValue, TwValue, bool>("a", "b", "equal");
         QCOMPARE(a.isEqual(b), equal);
         QCOMPARE(b.isEqual(a), equal);
     }
 
     void conversions_data() {
-        QTest::addColumn<TwValue>("v");
-        QTest::addColumn<int>("intValue");
-        QTest::addColumn<double>("doubleValue");
-        QTest::addColumn<bool>("boolValue");
+        columns<TwValue, int, double, bool>("v", "intValue", "doubleValue", "boolValue");
         QTest::newRow("real truncates") << TwValue(12.6) << 12 << 12.6 << true;
         QTest::newRow("negative real truncates") << TwValue(-2.7) << -2 << -2.7 << true;
         QTest::newRow("leading number") << TwValue(" 42abc") << 42 << 42.0 << true;

@@ -160,10 +160,10 @@ private slots:
     // (the model keeps 2 mm on the way); a move stops at the page border; a drag outside the
     // area draws a new one.
     void aDragWritesTheArea_data() {
-        QTest::addColumn<int>("unit");
-        QTest::addColumn<QRectF>("placed");       // the front's first sub-area, mm; empty: the main area
-        QTest::addColumn<QList<QPointF>>("path"); // mm on the page: pressed, moved, released at the last
-        QTest::addColumn<QVariantMap>("written"); // temp.* in the unit, Data.Area.Measure.* in mm
+        // placed: the front's first sub-area, mm; empty: the main area
+        // path: mm on the page: pressed, moved, released at the last
+        // written: temp.* in the unit, Data.Area.Measure.* in mm
+        columns<int, QRectF, QList<QPointF>, QVariantMap>("unit", "placed", "path", "written");
         QTest::newRow("an edge, in inches")
             << 0 << QRectF(25.4, 40, 80, 30) << QList<QPointF>{{25.4, 55}, {50.8, 55}, {50.8, 55}}
             << QVariantMap{{"temp.Area.Front.L1.X", 2.0}, {"Data.Area.Measure.Front.L1.Width", 54.6}};
@@ -190,10 +190,8 @@ private slots:
                            {"temp.Area.Front.L1.Length", 100.0}};
     }
     void aDragWritesTheArea() {
-        QFETCH(int, unit);
-        QFETCH(QRectF, placed);
-        QFETCH(QList<QPointF>, path);
-        QFETCH(QVariantMap, written);
+        auto [unit, placed, path, written] =
+            fetch<int, QRectF, QList<QPointF>, QVariantMap>("unit", "placed", "path", "written");
         auto ui = shown();
         const bool sub = !placed.isEmpty();
         if (sub) {
@@ -340,9 +338,7 @@ private slots:
 
     // The back page can be chosen for paper sources 1, 4 and 5 when there is one.
     void theBackSideByPaperSource_data() {
-        QTest::addColumn<int>("source");
-        QTest::addColumn<bool>("backImage");
-        QTest::addColumn<bool>("enabled");
+        columns<int, bool, bool>("source", "backImage", "enabled");
         QTest::newRow("source 1") << 1 << true << true;
         QTest::newRow("source 1 without a back page") << 1 << false << false;
         QTest::newRow("source 2") << 2 << true << false;
@@ -350,9 +346,7 @@ private slots:
         QTest::newRow("source 0") << 0 << true << false;
     }
     void theBackSideByPaperSource() {
-        QFETCH(int, source);
-        QFETCH(bool, backImage);
-        QFETCH(bool, enabled);
+        auto [source, backImage, enabled] = fetch<int, bool, bool>("source", "backImage", "enabled");
         auto ui = shown();
         ui->model()->setValueForKeyPathWithoutNotification(TwValue(source), "Data.PaperSource");
         g_pages.back = backImage;
@@ -411,15 +405,13 @@ private slots:
     // On a large desktop, a small one and at twice the scale, the preview comes up wholly on the
     // dialog's screen, beside the dialog where there is room and never over its bottom buttons.
     void thePreviewStaysOnTheDialogsScreen_data() {
-        QTest::addColumn<QString>("screen");
-        QTest::addColumn<bool>("beside");
+        columns<QString, bool>("screen", "beside");
         QTest::newRow("desktop") << "desktop" << true;
         QTest::newRow("1366 x 768: too narrow for both") << "laptop" << false;
         QTest::newRow("1920 x 1080 at 2x") << "scaled" << false;
     }
     void thePreviewStaysOnTheDialogsScreen() {
-        QFETCH(QString, screen);
-        QFETCH(bool, beside);
+        auto [screen, beside] = fetch<QString, bool>("screen", "beside");
         QScreen* target = nullptr;
         for (QScreen* s : QGuiApplication::screens())
             if (s->name() == screen)

@@ -10,10 +10,7 @@ class TestPreviewGeometry : public QObject {
 
 private slots:
     void pointsMapByMirrorAndDuplexBack_data() {
-        QTest::addColumn<int>("duplexType");
-        QTest::addColumn<bool>("mirror");
-        QTest::addColumn<bool>("front");
-        QTest::addColumn<QPointF>("expected");
+        columns<int, bool, bool, QPointF>("duplexType", "mirror", "front", "expected");
         QTest::newRow("plain front") << 0 << false << true << QPointF(10, 20);
         QTest::newRow("plain back, duplex 0") << 0 << false << false << QPointF(10, 20);
         QTest::newRow("duplex 1 front") << 1 << false << true << QPointF(10, 20);
@@ -23,10 +20,8 @@ private slots:
         QTest::newRow("duplex 2 back, mirrored") << 2 << true << false << QPointF(200, 20);
     }
     void pointsMapByMirrorAndDuplexBack() {
-        QFETCH(int, duplexType);
-        QFETCH(bool, mirror);
-        QFETCH(bool, front);
-        QFETCH(QPointF, expected);
+        auto [duplexType, mirror, front, expected] =
+            fetch<int, bool, bool, QPointF>("duplexType", "mirror", "front", "expected");
         const TwPageMapping m{kA4, duplexType, mirror, front};
         QCOMPARE(Data2ScreenPoint(m, QPointF(10, 20)), expected);
         QCOMPARE(Data2ScreenPoint(m, expected), QPointF(10, 20)); // its own inverse
@@ -57,11 +52,9 @@ private slots:
     // grabbed zone becomes the opposite one. A move keeps the whole area on the page: it stops
     // with an edge exactly on the border.
     void dragsOfEdgesAndMoves_data() {
-        QTest::addColumn<int>("zone");
-        QTest::addColumn<QPointF>("ptDrag");
-        QTest::addColumn<QPointF>("delta"); // of a move
-        QTest::addColumn<int>("zoneAfter");
-        QTest::addColumn<QRectF>("edgesAfter"); // left, top, right, bottom as x, y, width, height
+        // delta: of a move
+        // edgesAfter: left, top, right, bottom as x, y, width, height
+        columns<int, QPointF, QPointF, int, QRectF>("zone", "ptDrag", "delta", "zoneAfter", "edgesAfter");
         const QPointF none(999, 999);
         QTest::newRow("left edge inward")
             << int(kZoneLeft) << QPointF(50, 0) << none << int(kZoneLeft) << QRectF(50, 30, 120, 90);
@@ -86,11 +79,8 @@ private slots:
             << in << QPointF() << QPointF(0, 400) << in << QRectF(20, 237, 120, 297);
     }
     void dragsOfEdgesAndMoves() {
-        QFETCH(int, zone);
-        QFETCH(QPointF, ptDrag);
-        QFETCH(QPointF, delta);
-        QFETCH(int, zoneAfter);
-        QFETCH(QRectF, edgesAfter);
+        auto [zone, ptDrag, delta, zoneAfter, edgesAfter] =
+            fetch<int, QPointF, QPointF, int, QRectF>("zone", "ptDrag", "delta", "zoneAfter", "edgesAfter");
         TwDragStep step = dragAreaEdges({20, 30, 120, 90}, zone, ptDrag, delta, kA4);
         QCOMPARE(step.zone, zoneAfter);
         QCOMPARE(QRectF(step.edges.left, step.edges.top, step.edges.right, step.edges.bottom), edgesAfter);

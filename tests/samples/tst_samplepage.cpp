@@ -9,18 +9,14 @@ class TestSamplePage : public QObject {
     Q_OBJECT
 private slots:
     void aPageIsABitmapOfTheAskedKind_data() {
-        QTest::addColumn<int>("type");
-        QTest::addColumn<bool>("back");
-        QTest::addColumn<int>("bits");
+        columns<int, bool, int>("type", "back", "bits");
         QTest::newRow("black and white front") << int(SampleImageType::Binary) << false << 1;
         QTest::newRow("grayscale front") << int(SampleImageType::Gray) << false << 8;
         QTest::newRow("colour front") << int(SampleImageType::Color) << false << 24;
         QTest::newRow("colour back") << int(SampleImageType::Color) << true << 24;
     }
     void aPageIsABitmapOfTheAskedKind() {
-        QFETCH(int, type);
-        QFETCH(bool, back);
-        QFETCH(int, bits);
+        auto [type, back, bits] = fetch<int, bool, int>("type", "back", "bits");
         const SampleScanSettings settings{148.0, 210.0, 100, SampleImageType(type), false};
         const SamplePage page = RenderSamplePage(settings, back ? SampleSide::Back : SampleSide::Front);
         auto layout = TwDibLayoutOf(page.dib, page.length, "test");

@@ -128,11 +128,8 @@ private slots:
     // comes back as the key itself, never the fallback; the module's own table answers only
     // without one. Both bundles in English.
     void textLookupChain_data() {
-        QTest::addColumn<bool>("withDataSource");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("withFallback");
-        QTest::addColumn<bool>("known");
+        columns<bool, QString, QString, QString, bool>("withDataSource", "key", "text", "withFallback",
+                                                       "known");
         auto row = [](const char* name, bool ds, const char* key, const char* text, const char* fallback,
                       bool known) {
             QTest::newRow(name) << ds << QString(key) << QString(text) << QString(fallback) << known;
@@ -146,11 +143,8 @@ private slots:
         row("no key", true, "", "", "", false);
     }
     void textLookupChain() {
-        QFETCH(bool, withDataSource);
-        QFETCH(QString, key);
-        QFETCH(QString, text);
-        QFETCH(QString, withFallback);
-        QFETCH(bool, known);
+        auto [withDataSource, key, text, withFallback, known] = fetch<bool, QString, QString, QString, bool>(
+            "withDataSource", "key", "text", "withFallback", "known");
         QString ds = dir.path() + "/Strings/DS.bundle", own = dir.path() + "/Strings/Own.bundle";
         writeFile(ds + "/Contents/Resources/en.lproj/Localizable.strings",
                   strings({{"IDS_BOTH", "ds both"}, {"IDS_BLANK", ""}}));
@@ -170,9 +164,7 @@ private slots:
     }
 
     void formatFillsPlaceholders_data() {
-        QTest::addColumn<QString>("format");
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("text");
+        columns<QString, QStringList, QString>("format", "arguments", "text");
         QTest::newRow("objects in order")
             << "Delete %@ and %@?" << QStringList{"a", "b"} << "Delete a and b?";
         QTest::newRow("numbered") << "%2$@ before %1$@" << QStringList{"one", "two"} << "two before one";
@@ -184,9 +176,7 @@ private slots:
         QTest::newRow("no conversion") << "50% off %" << QStringList{"a"} << "50% off %";
     }
     void formatFillsPlaceholders() {
-        QFETCH(QString, format);
-        QFETCH(QStringList, arguments);
-        QFETCH(QString, text);
+        auto [format, arguments, text] = fetch<QString, QStringList, QString>("format", "arguments", "text");
         std::vector<std::string> args;
         for (auto& a : arguments)
             args.push_back(a.toStdString());

@@ -69,12 +69,7 @@ private slots:
     // ---- Layout and header ----
 
     void eachDepthHasItsHeaderPaletteAndStride_data() {
-        QTest::addColumn<int>("bits");
-        QTest::addColumn<int>("width");
-        QTest::addColumn<int>("dpi");
-        QTest::addColumn<int>("perMetre");
-        QTest::addColumn<uint>("headerSize");
-        QTest::addColumn<uint>("stride");
+        columns<int, int, int, int, uint, uint>("bits", "width", "dpi", "perMetre", "headerSize", "stride");
         QTest::newRow("1 bit at 200 dpi") << 1 << 33 << 200 << 7874 << 48u << 8u;
         QTest::newRow("4 bits") << 4 << 3 << 300 << 11811 << 104u << 4u;
         QTest::newRow("8 bits at 100 dpi") << 8 << 5 << 100 << 3937 << 1064u << 8u;
@@ -83,12 +78,8 @@ private slots:
         QTest::newRow("32 bits") << 32 << 3 << 300 << 11811 << 40u << 12u;
     }
     void eachDepthHasItsHeaderPaletteAndStride() {
-        QFETCH(int, bits);
-        QFETCH(int, width);
-        QFETCH(int, dpi);
-        QFETCH(int, perMetre);
-        QFETCH(uint, headerSize);
-        QFETCH(uint, stride);
+        auto [bits, width, dpi, perMetre, headerSize, stride] =
+            fetch<int, int, int, int, uint, uint>("bits", "width", "dpi", "perMetre", "headerSize", "stride");
         const int height = 7;
         const auto layout = TwDibLayoutFor(width, height, bits);
         QCOMPARE(layout->stride, stride);
@@ -121,10 +112,7 @@ private slots:
     // ---- Sizes and allocation ----
 
     void getDIBSizeDirectLeavesRoomToGrow_data() {
-        QTest::addColumn<uint>("bits");
-        QTest::addColumn<int>("width");
-        QTest::addColumn<int>("height");
-        QTest::addColumn<uint>("size");
+        columns<uint, int, int, uint>("bits", "width", "height", "size");
         QTest::newRow("1 bit: four packed rows each, 1 % more rows") << 1u << 33 << 100 << 48u + 101u * 32u;
         QTest::newRow("24 bits") << 24u << 10 << 250 << 40u + 252u * 32u;
         QTest::newRow("only the low byte of the bit count") << 0x118u << 10 << 250 << 40u + 252u * 32u;
@@ -133,10 +121,7 @@ private slots:
         QTest::newRow("beyond 32 bits") << 32u << 65535 << 65535 << 0u;
     }
     void getDIBSizeDirectLeavesRoomToGrow() {
-        QFETCH(uint, bits);
-        QFETCH(int, width);
-        QFETCH(int, height);
-        QFETCH(uint, size);
+        auto [bits, width, height, size] = fetch<uint, int, int, uint>("bits", "width", "height", "size");
         QCOMPARE(GetDIBSizeDirect(bits, width, height), size);
         void* block = AllocDIBMemory(bits, width, height);
         QCOMPARE(block != nullptr, size != 0);
@@ -164,18 +149,14 @@ private slots:
 
     // Width and height from the pixels per metre, tenths of a millimetre rounded.
     void sizeInMillimetres_data() {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<int>("height");
-        QTest::addColumn<int>("dpi");
-        QTest::addColumn<QSizeF>("size"); // invalid: no size
+        // size: invalid: no size
+        columns<int, int, int, QSizeF>("width", "height", "dpi", "size");
         QTest::newRow("2 px at 300 dpi") << 2 << 2 << 300 << QSizeF(0.2, 0.2);
         QTest::newRow("A4 at 100 dpi") << 827 << 1169 << 100 << QSizeF(210.1, 296.9);
         QTest::newRow("no resolution") << 2 << 2 << 0 << QSizeF();
     }
     void sizeInMillimetres() {
-        QFETCH(int, width);
-        QFETCH(int, height);
-        QFETCH(int, dpi);
+        auto [width, height, dpi] = fetch<int, int, int>("width", "height", "dpi");
         Bytes dib = makeDIB(width, height, 8, dpi);
         auto size = GetDIBSizeMillimetres(dib.data(), dib.size());
         QTEST(size ? QSizeF(size->first, size->second) : QSizeF(), "size");
@@ -184,10 +165,7 @@ private slots:
     // ---- Byte rows ----
 
     void copyFamily_data() {
-        QTest::addColumn<int>("function");
-        QTest::addColumn<QByteArray>("source");
-        QTest::addColumn<int>("count");
-        QTest::addColumn<QByteArray>("palette");
+        columns<int, QByteArray, int, QByteArray>("function", "source", "count", "palette");
         // The destination starts as 0xEE bytes (as many as expected), or as the source when the
         // function works in place; for lines, count is the line length and there are two lines.
         QTest::addColumn<QByteArray>("expected");
@@ -222,11 +200,9 @@ private slots:
             << palette2(Qt::blue, QColor(100, 150, 200)) << QByteArray("\x8D\x1D\xEE", 3);
     }
     void copyFamily() {
-        QFETCH(int, function);
-        QFETCH(QByteArray, source);
-        QFETCH(int, count);
-        QFETCH(QByteArray, palette);
-        QFETCH(QByteArray, expected);
+        auto [function, source, count, palette, expected] =
+            fetch<int, QByteArray, int, QByteArray, QByteArray>("function", "source", "count", "palette",
+                                                                "expected");
         const auto* src = reinterpret_cast<const std::uint8_t*>(source.constData());
         const bool inPlace = function == kByteSwapRGB || function == kByteSwapRGBLines;
         QByteArray out = inPlace ? source : QByteArray(expected.size(), '\xEE');
@@ -248,8 +224,7 @@ private slots:
 
     // Top-down rows in memory become a bottom-up file that Qt's reader shows the right way up.
     void saveBMPWritesAFileQtReads_data() {
-        QTest::addColumn<int>("bits");
-        QTest::addColumn<bool>("swap");
+        columns<int, bool>("bits", "swap");
         QTest::newRow("1 bit") << 1 << false;
         QTest::newRow("4 bits") << 4 << false;
         QTest::newRow("8 bits") << 8 << false;
@@ -259,8 +234,7 @@ private slots:
         QTest::newRow("8 bits, swap ignored") << 8 << true;
     }
     void saveBMPWritesAFileQtReads() {
-        QFETCH(int, bits);
-        QFETCH(bool, swap);
+        auto [bits, swap] = fetch<int, bool>("bits", "swap");
         const int width = 5, height = 3;
         Bytes dib = makeDIB(width, height, bits);
         const auto layout = *TwDibLayoutFor(width, height, bits);
@@ -327,8 +301,7 @@ private slots:
     // The bitmap file of a prescan image: the pixels start where the bit count says, deliberately
     // without looking at the palette (a 4-bit image keeps 54).
     void bitmapFileBytesGetThePixelOffsetOfTheirDepth_data() {
-        QTest::addColumn<int>("bits");
-        QTest::addColumn<uint>("offset");
+        columns<int, uint>("bits", "offset");
         QTest::newRow("1 bit") << 1 << 62u;
         QTest::newRow("4 bits") << 4 << 54u;
         QTest::newRow("8 bits") << 8 << 1078u;
@@ -336,8 +309,7 @@ private slots:
         QTest::newRow("32 bits") << 32 << 54u;
     }
     void bitmapFileBytesGetThePixelOffsetOfTheirDepth() {
-        QFETCH(int, bits);
-        QFETCH(uint, offset);
+        auto [bits, offset] = fetch<int, uint>("bits", "offset");
         Bytes dib = makeDIB(2, 2, bits);
         dib.resize(dib.size() + 3, 0x5A); // a data source may hand over more than the bitmap
         const auto file = CreateBMPFileHeader(dib.data(), dib.size());
@@ -393,11 +365,7 @@ private slots:
     // ---- Headers that do not fit their buffer ----
 
     void lyingHeadersAreRefused_data() {
-        QTest::addColumn<int>("length");
-        QTest::addColumn<uint>("headerSize");
-        QTest::addColumn<int>("width");
-        QTest::addColumn<int>("height");
-        QTest::addColumn<int>("bits");
+        columns<int, uint, int, int, int>("length", "headerSize", "width", "height", "bits");
         QTest::newRow("shorter than a header") << 39 << 40u << 1 << 1 << 24;
         QTest::newRow("header size 12") << 56 << 12u << 2 << 2 << 24;
         QTest::newRow("header size beyond the buffer") << 104 << 4000u << 2 << 2 << 24;
@@ -414,11 +382,8 @@ private slots:
         QTest::newRow("rows overflowing 32 bits") << 40 + 64 << 40u << 32768 << 32768 << 32;
     }
     void lyingHeadersAreRefused() {
-        QFETCH(int, length);
-        QFETCH(uint, headerSize);
-        QFETCH(int, width);
-        QFETCH(int, height);
-        QFETCH(int, bits);
+        auto [length, headerSize, width, height, bits] =
+            fetch<int, uint, int, int, int>("length", "headerSize", "width", "height", "bits");
         TwBitmapInfoHeader header{};
         header.biSize = headerSize;
         header.biWidth = width;

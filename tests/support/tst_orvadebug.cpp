@@ -109,15 +109,13 @@ private slots:
     // ---- sink choice and line layout ----
 
     void nothingIsWritten_data() {
-        QTest::addColumn<bool>("filesExist");
-        QTest::addColumn<int>("level");
+        columns<bool, int>("filesExist", "level");
         QTest::newRow("neither file exists") << false << int(kOrvaLogAlways);
         // An empty file would get the creation line if a dropped level opened it.
         QTest::newRow("dropped level") << true << 7;
     }
     void nothingIsWritten() {
-        QFETCH(bool, filesExist);
-        QFETCH(int, level);
+        auto [filesExist, level] = fetch<bool, int>("filesExist", "level");
         if (filesExist)
             QVERIFY(makeFile(logPath(), {}) && makeFile(conPath(), {}));
         OrvaLog(level, "line %d\n", 1);
@@ -191,9 +189,8 @@ private slots:
     }
 
     void levelLetters_data() {
-        QTest::addColumn<int>("level");
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<char>("letter"); // 0: dropped
+        // letter: 0: dropped
+        columns<int, int, char>("level", "mode", "letter");
         const char letters[] = " EWNITD";
         for (int level = 0; level <= 6; ++level)
             QTest::addRow("%d", level) << level << 6 << letters[level];
@@ -204,9 +201,7 @@ private slots:
         QTest::newRow("-1 blank") << -1 << 6 << ' ';
     }
     void levelLetters() {
-        QFETCH(int, level);
-        QFETCH(int, mode);
-        QFETCH(char, letter);
+        auto [level, mode, letter] = fetch<int, int, char>("level", "mode", "letter");
         QVERIFY(makeFile(logPath(), "start\n"));
         OrvaSetLogLevel(mode);
         OrvaLog(level, "via OrvaLog %d %s\n", 42, "end");
@@ -241,14 +236,12 @@ private slots:
     }
 
     void unlevelledLines_data() {
-        QTest::addColumn<int>("flag");
-        QTest::addColumn<int>("mode");
+        columns<int, int>("flag", "mode");
         QTest::newRow("flag 0: no time") << 0 << 6;
         QTest::newRow("any other flag, whatever the level") << 7 << -5;
     }
     void unlevelledLines() {
-        QFETCH(int, flag);
-        QFETCH(int, mode);
+        auto [flag, mode] = fetch<int, int>("flag", "mode");
         QVERIFY(makeFile(logPath(), "start\n"));
         OrvaSetLogLevel(mode);
         OrvaLogFile(flag, "\tBundle Version:%s\n", "1.2.3");
@@ -269,9 +262,9 @@ private slots:
     // Past 5 MiB the log moves to P.0, the generations shift up one and the oldest is dropped; the
     // new file gets the default mode whatever the umask, and the umask is left as it was.
     void rotation_data() {
-        QTest::addColumn<qint64>("size");
-        QTest::addColumn<QString>("present");      // generations that exist before, by digit
-        QTest::addColumn<QStringList>("expected"); // head of P.0 .. P.4 afterwards, "" for none
+        // present: generations that exist before, by digit
+        // expected: head of P.0 .. P.4 afterwards, "" for none
+        columns<qint64, QString, QStringList>("size", "present", "expected");
         QTest::newRow("exactly 5 MiB: kept") << kMaxSize << "" << QStringList();
         QTest::newRow("one byte more: rotated") << kMaxSize + 1 << "" << QStringList{"live", "", "", "", ""};
         QTest::newRow("all five: the oldest dropped")
@@ -279,9 +272,7 @@ private slots:
         QTest::newRow("gap at 1") << kMaxSize + 1 << "023" << QStringList{"live", "gen0", "", "gen2", "gen3"};
     }
     void rotation() {
-        QFETCH(qint64, size);
-        QFETCH(QString, present);
-        QFETCH(QStringList, expected);
+        auto [size, present, expected] = fetch<qint64, QString, QStringList>("size", "present", "expected");
         const mode_t oldMask = ::umask(077);
         QVERIFY(makeFile(logPath(), "live\n", size, 0600));
         for (QChar c : present)
@@ -379,15 +370,13 @@ private slots:
     }
 
     void nonRegularLogPath_data() {
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<bool>("withConsole");
+        columns<QString, bool>("kind", "withConsole");
         for (const char* kind : {"link", "dangling", "dir", "fifo"})
             for (bool con : {true, false})
                 QTest::addRow("%s%s", kind, con ? ", console switch" : "") << QString(kind) << con;
     }
     void nonRegularLogPath() {
-        QFETCH(QString, kind);
-        QFETCH(bool, withConsole);
+        auto [kind, withConsole] = fetch<QString, bool>("kind", "withConsole");
         const QString target = m_dir->filePath("target");
         const QByteArray targetHead("target content\n");
         int fifoReader = -1;
@@ -483,10 +472,7 @@ private slots:
     }
 
     void binaryFileDump_data() {
-        QTest::addColumn<QByteArray>("label");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<qulonglong>("maxShown");
-        QTest::addColumn<QByteArray>("expected");
+        columns<QByteArray, QByteArray, qulonglong, QByteArray>("label", "bytes", "maxShown", "expected");
         const QByteArray fullA = "41 41 41 41 41 41 41 41  41 41 41 41 41 41 41 41 : AAAAAAAAAAAAAAAA\n";
         const QByteArray forty(40, 'A');
         QTest::newRow("20 bytes") << QByteArray("lbl") << QByteArray("Hello\0\x01\x7f\x80\xff ~ABCDxy\nz", 20)
@@ -505,9 +491,8 @@ private slots:
                                   << QByteArray("cut(40 bytes):\n\t\t[0x0000]: ...\n");
     }
     void binaryFileDump() {
-        QFETCH(QByteArray, label);
-        QFETCH(QByteArray, bytes);
-        QFETCH(qulonglong, maxShown);
+        auto [label, bytes, maxShown] =
+            fetch<QByteArray, QByteArray, qulonglong>("label", "bytes", "maxShown");
         QVERIFY(makeFile(logPath(), "start\n"));
         OrvaSetLogLevel(-10); // unlevelled: the mode must not matter
         OrvaLogBinaryFile(label.isNull() ? nullptr : label.constData(), bytes.constData(),

@@ -362,8 +362,7 @@ private slots:
     // (a group box's contents where it stands, a radio group once), reaches every input, and comes
     // back round to the first; a stepper is no stop of its own (its field steps with Up and Down).
     void tabFollowsWhatIsSeen_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<QString>("order");
+        columns<QString, QString>("className", "order");
         auto row = [](const char* className, const char* order, const char* name = nullptr) {
             QTest::newRow(name ? name : className) << QString(className) << QString(order);
         };
@@ -419,8 +418,7 @@ private slots:
             "txtShadowTop txtShadowRight txtShadowBottom btnHelp btnCancel btnOK");
     }
     void tabFollowsWhatIsSeen() {
-        QFETCH(QString, className);
-        QFETCH(QString, order);
+        auto [className, order] = fetch<QString, QString>("className", "order");
         const QStringList expected = order.split(' ');
         auto form = make(className);
         if (auto* tabs = form->findChild<QTabWidget*>(QStringLiteral("tableMain"))) {
@@ -468,8 +466,7 @@ private slots:
 
     // Every form alone, and the main panel with every tab page in its tab view, at 1x and 2x.
     void layoutFitsItsText_data() {
-        QTest::addColumn<int>("index");
-        QTest::addColumn<qreal>("scale");
+        columns<int, qreal>("index", "scale");
         for (int i = 0; i < contracts().size(); ++i)
             for (qreal scale : {1.0, 2.0})
                 QTest::addRow("%s@%gx", qPrintable(contracts()[i].className), scale) << i << scale;
@@ -477,8 +474,7 @@ private slots:
             QTest::addRow("panel with tabs@%gx", scale) << -1 << scale;
     }
     void layoutFitsItsText() {
-        QFETCH(int, index);
-        QFETCH(qreal, scale);
+        auto [index, scale] = fetch<int, qreal>("index", "scale");
         auto form = make(index < 0 ? QStringLiteral("TwDlgMain") : contracts()[index].className);
         auto* tabs = form->findChild<QTabWidget*>(QStringLiteral("tableMain"));
         if (index < 0)

@@ -413,9 +413,7 @@ private slots:
     // by ";" (the words of shownProperty) or "@key.path=text" for the setting itself. The rules are
     // the sample's; how each class of control writes its value back is the binding tests' part.
     void theTabsShowTheModel_data() {
-        QTest::addColumn<QString>("className");
-        QTest::addColumn<TwValue>("values");
-        QTest::addColumn<QString>("shown");
+        columns<QString, TwValue, QString>("className", "values", "shown");
         auto row = [](const char* name, const char* tab,
                       std::initializer_list<std::pair<std::string, TwValue>> values, const QString& shown) {
             QTest::newRow(name) << QStringLiteral("TwainView") + tab << TwValue::dictionary(values) << shown;
@@ -492,9 +490,7 @@ private slots:
             "txtWidth.enabled=false;txtFrontX2.enabled=false;cmbUnit.enabled=false");
     }
     void theTabsShowTheModel() {
-        QFETCH(QString, className);
-        QFETCH(TwValue, values);
-        QFETCH(QString, shown);
+        auto [className, values, shown] = fetch<QString, TwValue, QString>("className", "values", "shown");
         auto ui = sample.load();
         auto tab = makeTab(qPrintable(className), ui->model().get());
         ui->setDataWithKeyPathValue(values);
@@ -592,10 +588,8 @@ private slots:
     // Millimetre ranges to the unit's integer steps, rounded half up: hundredths of an inch,
     // tenths of a millimetre; no range for an unknown unit or one too large.
     void theUnitsIntegerRangesRoundHalfUp_data() {
-        QTest::addColumn<double>("from");
-        QTest::addColumn<double>("length");
-        QTest::addColumn<int>("unit");
-        QTest::addColumn<QList<int>>("range"); // minimum, maximum, places; empty: none
+        // range: minimum, maximum, places; empty: none
+        columns<double, double, int, QList<int>>("from", "length", "unit", "range");
         QTest::newRow("A4 width in inches") << 0.0 << 210.0 << 0 << QList<int>{0, 827, 2};
         QTest::newRow("one inch") << 25.4 << 25.4 << 0 << QList<int>{100, 200, 2};
         QTest::newRow("millimetres") << 10.0 << 200.0 << 1 << QList<int>{100, 2100, 1};
@@ -603,10 +597,8 @@ private slots:
         QTest::newRow("too large") << 0.0 << 1e300 << 1 << QList<int>{};
     }
     void theUnitsIntegerRangesRoundHalfUp() {
-        QFETCH(double, from);
-        QFETCH(double, length);
-        QFETCH(int, unit);
-        QFETCH(QList<int>, range);
+        auto [from, length, unit, range] =
+            fetch<double, double, int, QList<int>>("from", "length", "unit", "range");
         auto r = TwainViewArea::rangeForUnit({from, length}, unit);
         QCOMPARE(bool(r), !range.isEmpty());
         if (r)
