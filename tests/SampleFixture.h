@@ -16,6 +16,15 @@
 #include "VmxUIControllerImpl.h"
 #include "WidgetTestSupport.h"
 
+// Hides the dialog, then deletes the facade, in the order a data source ends.
+struct HideAndDelete {
+    void operator()(VmxUIControllerImpl* ui) const {
+        ui->hideUi();
+        delete ui;
+    }
+};
+using Facade = std::unique_ptr<VmxUIControllerImpl, HideAndDelete>;
+
 struct SampleScanner {
     static inline const std::string kBundle = SAMPLE_BUNDLE_DIR;
     static inline const std::string kDomain = "com.orvanic.vmx.sampleds";
@@ -77,9 +86,9 @@ struct SampleScanner {
         TwModelDefFile* modelDef = nullptr; // null: the sample's
     };
     // A facade with the sample's data and the callback, in the order a data source follows.
-    std::unique_ptr<VmxUIControllerImpl> load() { return load(Load()); }
-    std::unique_ptr<VmxUIControllerImpl> load(const Load& how) {
-        auto ui = std::make_unique<VmxUIControllerImpl>();
+    Facade load() { return load(Load()); }
+    Facade load(const Load& how) {
+        Facade ui(new VmxUIControllerImpl);
         ui->initWithDSBundle(how.bundle);
         captureLog(); // the facade's init points the log at the system's paths
         ui->setModelDef(how.modelDef ? how.modelDef : &def);

@@ -31,6 +31,11 @@ template <class... T, class... Names> std::tuple<T...> fetch(Names... names) {
     return {*static_cast<T*>(QTest::qData(names, qMetaTypeId<T>()))...};
 }
 
+// One row of a data function: row("tag", a, b) is QTest::newRow("tag") << a << b.
+template <class... T> void row(const char* tag, const T&... values) {
+    (QTest::newRow(tag) << ... << values);
+}
+
 // The columns of a data function, named in order: columns<int, QString>("unit", "path").
 template <class... T, class... Names> void columns(Names... names) {
     static_assert(sizeof...(T) == sizeof...(Names));

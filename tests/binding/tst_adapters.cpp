@@ -283,8 +283,8 @@ private slots:
 
     void checkBoxKeepsTheModelsType_data() {
         QTest::addColumn<bool>("boolean");
-        QTest::newRow("integer") << false;
-        QTest::newRow("boolean") << true;
+        row("integer", false);
+        row("boolean", true);
     }
     void checkBoxKeepsTheModelsType() {
         QFETCH(bool, boolean);
@@ -581,9 +581,9 @@ private slots:
     // message and the field takes the focus back; a window going to the background checks nothing.
     void leavingAFieldChecksIt_data() {
         columns<int, bool>("reason", "checked");
-        QTest::newRow("Tab") << int(Qt::TabFocusReason) << true;
-        QTest::newRow("a click") << int(Qt::MouseFocusReason) << true;
-        QTest::newRow("another window") << int(Qt::ActiveWindowFocusReason) << false;
+        row("Tab", int(Qt::TabFocusReason), true);
+        row("a click", int(Qt::MouseFocusReason), true);
+        row("another window", int(Qt::ActiveWindowFocusReason), false);
     }
     void leavingAFieldChecksIt() {
         auto [reason, checked] = fetch<int, bool>("reason", "checked");

@@ -31,16 +31,12 @@ private slots:
     void rangeSetUp_data() {
         columns<int, int, int, QString, double, double, QString>("minimum", "maximum", "places", "pattern",
                                                                  "low", "high", "message");
-        QTest::newRow("no places") << 1 << 300 << 0 << "0" << 1.0 << 300.0 << "Enter a number from 1 to 300.";
-        QTest::newRow("one place") << 100 << 3560 << 1 << "0.0" << 10.0 << 356.0
-                                   << "Enter a number from 10.0 to 356.0.";
-        QTest::newRow("two places") << 1 << 500 << 2 << "0.00" << 0.01 << 5.0
-                                    << "Enter a number from 0.01 to 5.00.";
-        QTest::newRow("negative places")
-            << 5 << 50 << -2 << "0" << 5.0 << 50.0 << "Enter a number from 5 to 50.";
-        QTest::newRow("negative bounds")
-            << -250 << 250 << 1 << "0.0" << -25.0 << 25.0 << "Enter a number from -25.0 to 25.0.";
-        QTest::newRow("empty range") << 0 << 0 << 0 << "0" << 0.0 << 0.0 << "Enter a number from 0 to 0.";
+        row("no places", 1, 300, 0, "0", 1.0, 300.0, "Enter a number from 1 to 300.");
+        row("one place", 100, 3560, 1, "0.0", 10.0, 356.0, "Enter a number from 10.0 to 356.0.");
+        row("two places", 1, 500, 2, "0.00", 0.01, 5.0, "Enter a number from 0.01 to 5.00.");
+        row("negative places", 5, 50, -2, "0", 5.0, 50.0, "Enter a number from 5 to 50.");
+        row("negative bounds", -250, 250, 1, "0.0", -25.0, 25.0, "Enter a number from -25.0 to 25.0.");
+        row("empty range", 0, 0, 0, "0", 0.0, 0.0, "Enter a number from 0 to 0.");
     }
     void rangeSetUp() {
         auto [minimum, maximum, places] = fetch<int, int, int>("minimum", "maximum", "places");
@@ -59,23 +55,23 @@ private slots:
     void parsing_data() {
         columns<int, QString, bool, double>("places", "text", "accepted", "value");
         // 100..3560 with the given places: 10.0..356.0 (1), 1.00..35.60 (2), 100..3560 (0).
-        QTest::newRow("1: inside") << 1 << "12.5" << true << 12.5;
-        QTest::newRow("1: upper bound") << 1 << "356" << true << 356.0;
-        QTest::newRow("1: above") << 1 << "400" << false << 0.0;
-        QTest::newRow("1: just above") << 1 << "356.1" << false << 0.0;
-        QTest::newRow("1: blanks around") << 1 << " 20 " << true << 20.0;
-        QTest::newRow("1: rounded to the place") << 1 << "20.26" << true << 20.3;
-        QTest::newRow("1: letters") << 1 << "12a" << false << 0.0;
-        QTest::newRow("1: exponent") << 1 << "1e2" << false << 0.0;
-        QTest::newRow("1: empty") << 1 << "" << false << 0.0;
-        QTest::newRow("1: leading point") << 1 << ".5" << false << 0.0;
-        QTest::newRow("0: integer") << 0 << "3000" << true << 3000.0;
-        QTest::newRow("0: fraction refused") << 0 << "150.5" << false << 0.0;
-        QTest::newRow("-2: no places either") << -2 << "150.5" << false << 0.0;
-        QTest::newRow("-2: integer") << -2 << "150" << true << 150.0;
-        QTest::newRow("2: hundredths") << 2 << "1.01" << true << 1.01;
-        QTest::newRow("2: upper bound") << 2 << "35.6" << true << 35.6;
-        QTest::newRow("2: below") << 2 << "0.99" << false << 0.0;
+        row("1: inside", 1, "12.5", true, 12.5);
+        row("1: upper bound", 1, "356", true, 356.0);
+        row("1: above", 1, "400", false, 0.0);
+        row("1: just above", 1, "356.1", false, 0.0);
+        row("1: blanks around", 1, " 20 ", true, 20.0);
+        row("1: rounded to the place", 1, "20.26", true, 20.3);
+        row("1: letters", 1, "12a", false, 0.0);
+        row("1: exponent", 1, "1e2", false, 0.0);
+        row("1: empty", 1, "", false, 0.0);
+        row("1: leading point", 1, ".5", false, 0.0);
+        row("0: integer", 0, "3000", true, 3000.0);
+        row("0: fraction refused", 0, "150.5", false, 0.0);
+        row("-2: no places either", -2, "150.5", false, 0.0);
+        row("-2: integer", -2, "150", true, 150.0);
+        row("2: hundredths", 2, "1.01", true, 1.01);
+        row("2: upper bound", 2, "35.6", true, 35.6);
+        row("2: below", 2, "0.99", false, 0.0);
     }
     void parsing() {
         auto [places, text, accepted, value] =
@@ -122,15 +118,15 @@ private slots:
 
     void display_data() {
         columns<int, TwValue, QString>("places", "value", "text");
-        QTest::newRow("0: rounds") << 0 << TwValue(12.6) << "13";
-        QTest::newRow("0: integer") << 0 << TwValue(300) << "300";
-        QTest::newRow("1: integer padded") << 1 << TwValue(12) << "12.0";
-        QTest::newRow("1: real") << 1 << TwValue(356.04) << "356.0";
-        QTest::newRow("2: no minus zero") << 2 << TwValue(-0.001) << "0.00";
-        QTest::newRow("2: negative") << 2 << TwValue(-1.5) << "-1.50";
-        QTest::newRow("2: string number") << 2 << TwValue("12.5") << "12.50";
-        QTest::newRow("2: null is the nil symbol") << 2 << TwValue() << "";
-        QTest::newRow("1: array is the nil symbol") << 1 << TwValue::array({1}) << "";
+        row("0: rounds", 0, TwValue(12.6), "13");
+        row("0: integer", 0, TwValue(300), "300");
+        row("1: integer padded", 1, TwValue(12), "12.0");
+        row("1: real", 1, TwValue(356.04), "356.0");
+        row("2: no minus zero", 2, TwValue(-0.001), "0.00");
+        row("2: negative", 2, TwValue(-1.5), "-1.50");
+        row("2: string number", 2, TwValue("12.5"), "12.50");
+        row("2: null is the nil symbol", 2, TwValue(), "");
+        row("1: array is the nil symbol", 1, TwValue::array({1}), "");
     }
     void display() {
         auto [places, value] = fetch<int, TwValue>("places", "value");
@@ -150,16 +146,16 @@ private slots:
         columns<int, QString, int>("places", "text", "state");
         const int invalid = QValidator::Invalid, intermediate = QValidator::Intermediate,
                   acceptable = QValidator::Acceptable;
-        QTest::newRow("1: acceptable") << 1 << "12.5" << acceptable;
-        QTest::newRow("1: trailing point") << 1 << "12." << acceptable;
-        QTest::newRow("1: out of range may still grow") << 1 << "4" << intermediate;
-        QTest::newRow("1: sign") << 1 << "-" << intermediate;
-        QTest::newRow("1: empty") << 1 << "" << intermediate;
-        QTest::newRow("1: letter") << 1 << "12a" << invalid;
-        QTest::newRow("1: second place") << 1 << "12.55" << invalid;
-        QTest::newRow("1: two points") << 1 << "1.2.3" << invalid;
-        QTest::newRow("0: point") << 0 << "12." << invalid;
-        QTest::newRow("2: second place") << 2 << "1.25" << acceptable;
+        row("1: acceptable", 1, "12.5", acceptable);
+        row("1: trailing point", 1, "12.", acceptable);
+        row("1: out of range may still grow", 1, "4", intermediate);
+        row("1: sign", 1, "-", intermediate);
+        row("1: empty", 1, "", intermediate);
+        row("1: letter", 1, "12a", invalid);
+        row("1: second place", 1, "12.55", invalid);
+        row("1: two points", 1, "1.2.3", invalid);
+        row("0: point", 0, "12.", invalid);
+        row("2: second place", 2, "1.25", acceptable);
     }
     void partial() {
         auto [places, text] = fetch<int, QString>("places", "text");
@@ -173,13 +169,13 @@ private slots:
     // The limit counts UTF-16 units as the platform does; a negative limit is none.
     void textFormatterLimit_data() {
         columns<int, QString, bool>("limit", "text", "accepted");
-        QTest::newRow("default, long") << INT32_MAX << QString(100000, 'x') << true;
-        QTest::newRow("64 of 64") << 64 << QString(64, 'x') << true;
-        QTest::newRow("65 of 64") << 64 << QString(65, 'x') << false;
-        QTest::newRow("zero limit") << 0 << "x" << false;
-        QTest::newRow("negative limit accepts all") << -1 << QString(100000, 'x') << true;
-        QTest::newRow("emoji is two units: 4 of 3") << 3 << QString::fromUtf8("ab\xF0\x9F\x98\x80") << false;
-        QTest::newRow("emoji is two units: 4 of 4") << 4 << QString::fromUtf8("ab\xF0\x9F\x98\x80") << true;
+        row("default, long", INT32_MAX, QString(100000, 'x'), true);
+        row("64 of 64", 64, QString(64, 'x'), true);
+        row("65 of 64", 64, QString(65, 'x'), false);
+        row("zero limit", 0, "x", false);
+        row("negative limit accepts all", -1, QString(100000, 'x'), true);
+        row("emoji is two units: 4 of 3", 3, QString::fromUtf8("ab\xF0\x9F\x98\x80"), false);
+        row("emoji is two units: 4 of 4", 4, QString::fromUtf8("ab\xF0\x9F\x98\x80"), true);
     }
     void textFormatterLimit() {
         auto [limit, text, accepted] = fetch<int, QString, bool>("limit", "text", "accepted");
@@ -232,10 +228,10 @@ private slots:
 
     void sliderRange_data() {
         columns<int, int, int, double, double>("minimum", "maximum", "places", "low", "high");
-        QTest::newRow("0 places") << 1 << 255 << 0 << 1.0 << 255.0;
-        QTest::newRow("1 place") << 100 << 3560 << 1 << 10.0 << 356.0;
-        QTest::newRow("2 places") << 1 << 5000 << 2 << 0.01 << 50.0;
-        QTest::newRow("negative places") << 1 << 500 << -1 << 1.0 << 500.0;
+        row("0 places", 1, 255, 0, 1.0, 255.0);
+        row("1 place", 100, 3560, 1, 10.0, 356.0);
+        row("2 places", 1, 5000, 2, 0.01, 50.0);
+        row("negative places", 1, 500, -1, 1.0, 500.0);
     }
     void sliderRange() {
         auto [minimum, maximum, places] = fetch<int, int, int>("minimum", "maximum", "places");

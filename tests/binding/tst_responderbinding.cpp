@@ -86,9 +86,9 @@ private slots:
     void multiValueBindingsCombine_data() {
         // any: OR rather than AND
         columns<QString, bool>("kind", "any");
-        QTest::newRow("enabled") << "enabled" << false;
-        QTest::newRow("hidden") << "hidden" << true;
-        QTest::newRow("editable") << "editable" << false;
+        row("enabled", "enabled", false);
+        row("hidden", "hidden", true);
+        row("editable", "editable", false);
     }
     void multiValueBindingsCombine() {
         auto [kind, any] = fetch<QString, bool>("kind", "any");
@@ -156,13 +156,13 @@ private slots:
     void contentBindings_data() {
         // plainValues: bindContentValues: a list of plain values
         columns<bool, bool, QStringList>("editable", "plainValues", "expected");
-        QTest::newRow("combo box") << true << false
-                                   << QStringList{"content=content.List", "contentValues=content.List.value"};
-        QTest::newRow("pop-up") << false << false
-                                << QStringList{"content=content.List", "contentObjects=content.List.value",
-                                               "contentValues=content.List.display"};
-        QTest::newRow("plain values: the same key twice")
-            << true << true << QStringList{"content=content.List", "contentValues=content.List"};
+        row("combo box", true, false,
+            QStringList{"content=content.List", "contentValues=content.List.value"});
+        row("pop-up", false, false,
+            QStringList{"content=content.List", "contentObjects=content.List.value",
+                        "contentValues=content.List.display"});
+        row("plain values: the same key twice", true, true,
+            QStringList{"content=content.List", "contentValues=content.List"});
     }
     void contentBindings() {
         auto [editable, plainValues] = fetch<bool, bool>("editable", "plainValues");

@@ -81,14 +81,14 @@ private slots:
     // outlives the facades.
     void modalRunsLeaveNoWindowBehind_data() {
         QTest::addColumn<QString>("calls");
-        QTest::newRow("OK then hide, twice") << "modal,ok,hide,modal,ok,hide,closeDS";
-        QTest::newRow("Cancel then hide") << "modal,cancel,hide,closeDS";
-        QTest::newRow("stopModal then hide") << "modal,stop,hide";
-        QTest::newRow("hide alone") << "modal,hide,modal,hide";
-        QTest::newRow("no hide before the end") << "modal,ok";
-        QTest::newRow("start and stop repeated") << "modal,stop,start,stop,start,ok,hide";
-        QTest::newRow("modal then modeless") << "modal,ok,hide,modeless,cancel,hide";
-        QTest::newRow("closeDS while shown") << "modal,closeDS,cancel,hide";
+        row("OK then hide, twice", "modal,ok,hide,modal,ok,hide,closeDS");
+        row("Cancel then hide", "modal,cancel,hide,closeDS");
+        row("stopModal then hide", "modal,stop,hide");
+        row("hide alone", "modal,hide,modal,hide");
+        row("no hide before the end", "modal,ok");
+        row("start and stop repeated", "modal,stop,start,stop,start,ok,hide");
+        row("modal then modeless", "modal,ok,hide,modeless,cancel,hide");
+        row("closeDS while shown", "modal,closeDS,cancel,hide");
     }
     void modalRunsLeaveNoWindowBehind() {
         QFETCH(QString, calls);

@@ -92,7 +92,7 @@ class TestContinueScan : public QObject {
     Q_OBJECT
     SampleScanner sample;
 
-    std::unique_ptr<VmxUIControllerImpl> loaded(VmxUICallback callback = &questionCallback) {
+    Facade loaded(VmxUICallback callback = &questionCallback) {
         auto ui = sample.load({.callback = callback});
         ui->setContinueScanPollInterval(20);
         return ui;
@@ -111,16 +111,16 @@ private slots:
     void everyWayTheQuestionEnds_data() {
         // press: a button, "Escape", "close", or "" to let the polls decide
         columns<QString, QList<int>, int>("press", "polls", "answer");
-        QTest::newRow("Continue pressed") << "Continue" << QList<int>{} << 15;
-        QTest::newRow("Stop pressed") << "Stop" << QList<int>{} << 16;
-        QTest::newRow("Escape") << "Escape" << QList<int>{} << 16;
-        QTest::newRow("close box") << "close" << QList<int>{} << 16;
-        QTest::newRow("kept waiting, then pressed") << "Stop later" << QList<int>{} << 16;
-        QTest::newRow("polled: Continue") << "" << QList<int>{kVmxResultContinue, 15} << 15;
-        QTest::newRow("polled: Stop") << "" << QList<int>{16} << 16;
-        QTest::newRow("polled: 1, the first button") << "" << QList<int>{1} << 15;
-        QTest::newRow("polled: 0, the second button") << "" << QList<int>{0} << 16;
-        QTest::newRow("polled: -1, no button") << "" << QList<int>{0xFFFF} << 0;
+        row("Continue pressed", "Continue", QList<int>{}, 15);
+        row("Stop pressed", "Stop", QList<int>{}, 16);
+        row("Escape", "Escape", QList<int>{}, 16);
+        row("close box", "close", QList<int>{}, 16);
+        row("kept waiting, then pressed", "Stop later", QList<int>{}, 16);
+        row("polled: Continue", "", QList<int>{kVmxResultContinue, 15}, 15);
+        row("polled: Stop", "", QList<int>{16}, 16);
+        row("polled: 1, the first button", "", QList<int>{1}, 15);
+        row("polled: 0, the second button", "", QList<int>{0}, 16);
+        row("polled: -1, no button", "", QList<int>{0xFFFF}, 0);
     }
     void everyWayTheQuestionEnds() {
         auto [press, polls, answer] = fetch<QString, QList<int>, int>("press", "polls", "answer");
@@ -171,8 +171,8 @@ private slots:
     // Escape its escape button.
     void theQuestionIsAnsweredFromTheKeyboard_data() {
         columns<int, int>("key", "answer");
-        QTest::newRow("Return") << int(Qt::Key_Return) << int(kVmxAnswerContinue);
-        QTest::newRow("Escape") << int(Qt::Key_Escape) << int(kVmxAnswerStop);
+        row("Return", int(Qt::Key_Return), int(kVmxAnswerContinue));
+        row("Escape", int(Qt::Key_Escape), int(kVmxAnswerStop));
     }
     void theQuestionIsAnsweredFromTheKeyboard() {
         QFETCH(int, key);
@@ -219,9 +219,9 @@ private slots:
     // was handed over is freed all the same.
     void aMissingOrBrokenPageShowsTheQuestionAlone_data() {
         columns<int, QString>("page", "logged");
-        QTest::newRow("no page") << int(QuestionSource::NoPage) << "ERROR: pDIB = NULL";
-        QTest::newRow("broken page") << int(QuestionSource::BrokenPage)
-                                     << "ERROR: TwainDialogController::showContinueScanPage:";
+        row("no page", int(QuestionSource::NoPage), "ERROR: pDIB = NULL");
+        row("broken page", int(QuestionSource::BrokenPage),
+            "ERROR: TwainDialogController::showContinueScanPage:");
     }
     void aMissingOrBrokenPageShowsTheQuestionAlone() {
         auto [page, logged] = fetch<int, QString>("page", "logged");
@@ -242,8 +242,8 @@ private slots:
     // One block given as both sides is freed once, whether the page is shown or refused.
     void oneBlockAsBothSidesIsFreedOnce_data() {
         columns<int, bool>("page", "shown");
-        QTest::newRow("shown") << int(QuestionSource::Page) << true;
-        QTest::newRow("refused") << int(QuestionSource::BrokenPage) << false;
+        row("shown", int(QuestionSource::Page), true);
+        row("refused", int(QuestionSource::BrokenPage), false);
     }
     void oneBlockAsBothSidesIsFreedOnce() {
         auto [page, shown] = fetch<int, bool>("page", "shown");
@@ -275,11 +275,11 @@ private slots:
     void aPolledBoxEndsAsTheCallbackSays_data() {
         // polls: then "keep waiting"
         columns<uint, QList<int>, int>("type", "polls", "answer");
-        QTest::newRow("waiting, then 0: Cancel")
-            << 0x2u << QList<int>{kVmxResultContinue, kVmxResultContinue, 0} << int(kVmxAnswerCancel);
-        QTest::newRow("-1: no button") << 0x5u << QList<int>{0xFFFF} << 0;
-        QTest::newRow("1: the first, swapped") << 0x105u << QList<int>{1} << int(kVmxAnswerStop);
-        QTest::newRow("never ended: Cancel pressed") << 0x2u << QList<int>{} << int(kVmxAnswerCancel);
+        row("waiting, then 0: Cancel", 0x2u, QList<int>{kVmxResultContinue, kVmxResultContinue, 0},
+            int(kVmxAnswerCancel));
+        row("-1: no button", 0x5u, QList<int>{0xFFFF}, 0);
+        row("1: the first, swapped", 0x105u, QList<int>{1}, int(kVmxAnswerStop));
+        row("never ended: Cancel pressed", 0x2u, QList<int>{}, int(kVmxAnswerCancel));
     }
     void aPolledBoxEndsAsTheCallbackSays() {
         auto [type, polls, answer] = fetch<uint, QList<int>, int>("type", "polls", "answer");
@@ -363,7 +363,6 @@ private slots:
         QCOMPARE(g_closedQuestions.load(), kThreads);
         ui->hideProgressDialog();
         QVERIFY(!ui->controllerIfMade()->scanningPanel()->isVisible());
-        ui->hideUi();
     }
 };
 

@@ -116,16 +116,13 @@ private slots:
         columns<int, int, double, Levels, Levels>("black", "white", "gamma", "levels", "expected");
         Levels all(256);
         std::iota(all.begin(), all.end(), 0);
-        QTest::newRow("neutral: the identity") << 0 << 255 << 1.0 << all << all;
-        QTest::newRow("clip points equal")
-            << 10 << 10 << 1.0 << Levels{0, 9, 10, 11, 255} << Levels{0, 0, 0, 255, 255};
-        QTest::newRow("gamma 2 brightens")
-            << 0 << 255 << 2.0 << Levels{0, 64, 128, 255} << Levels{0, 127, 180, 255};
-        QTest::newRow("gamma 0.5 darkens") << 0 << 255 << 0.5 << Levels{0, 128, 255} << Levels{0, 64, 255};
-        QTest::newRow("clipped ends")
-            << 50 << 200 << 1.0 << Levels{0, 50, 125, 199, 200, 255} << Levels{0, 0, 127, 253, 255, 255};
-        QTest::newRow("white below black")
-            << 200 << 100 << 1.0 << Levels{0, 150, 200, 201, 255} << Levels{0, 0, 0, 0, 0};
+        row("neutral: the identity", 0, 255, 1.0, all, all);
+        row("clip points equal", 10, 10, 1.0, Levels{0, 9, 10, 11, 255}, Levels{0, 0, 0, 255, 255});
+        row("gamma 2 brightens", 0, 255, 2.0, Levels{0, 64, 128, 255}, Levels{0, 127, 180, 255});
+        row("gamma 0.5 darkens", 0, 255, 0.5, Levels{0, 128, 255}, Levels{0, 64, 255});
+        row("clipped ends", 50, 200, 1.0, Levels{0, 50, 125, 199, 200, 255},
+            Levels{0, 0, 127, 253, 255, 255});
+        row("white below black", 200, 100, 1.0, Levels{0, 150, 200, 201, 255}, Levels{0, 0, 0, 0, 0});
     }
     void toneTables() {
         auto [black, white, gamma, levels, expected] =
@@ -139,17 +136,17 @@ private slots:
 
     void slidersAndGammas_data() {
         columns<int, double, bool>("position", "gamma", "bothWays");
-        QTest::newRow("0") << 0 << 0.2 << true;
-        QTest::newRow("39") << 39 << 0.98 << true;
-        QTest::newRow("40") << 40 << 1.0 << true;
-        QTest::newRow("41") << 41 << 1.1 << true;
-        QTest::newRow("80") << 80 << 5.0 << true;
-        QTest::newRow("7.0 typed") << 80 << 7.0 << false;
-        QTest::newRow("0.1 typed") << 0 << 0.1 << false;
-        QTest::newRow("near 1.0") << 40 << 1.0009 << false;
-        QTest::newRow("1.23 typed") << 42 << 1.23 << false;
-        QTest::newRow("1.26 typed") << 43 << 1.26 << false;
-        QTest::newRow("0.5 typed") << 15 << 0.5 << false;
+        row("0", 0, 0.2, true);
+        row("39", 39, 0.98, true);
+        row("40", 40, 1.0, true);
+        row("41", 41, 1.1, true);
+        row("80", 80, 5.0, true);
+        row("7.0 typed", 80, 7.0, false);
+        row("0.1 typed", 0, 0.1, false);
+        row("near 1.0", 40, 1.0009, false);
+        row("1.23 typed", 42, 1.23, false);
+        row("1.26 typed", 43, 1.26, false);
+        row("0.5 typed", 15, 0.5, false);
     }
     void slidersAndGammas() {
         auto [position, gamma, bothWays] = fetch<int, double, bool>("position", "gamma", "bothWays");
@@ -168,24 +165,23 @@ private slots:
         // Two rows of one 24-bit pixel (B, G, R) and a padding byte 0xEE.
         const Bytes rows24("\x10\x20\x30\xee\x00\xff\x80\xee", 8);
         const Bytes done24("\x07\x21\xcf\xee\x07\x00\x7f\xee", 8);
-        QTest::newRow("24 bits") << bmpFile(1, 2, 24, rows24, 3) << true << bmpFile(1, 2, 24, done24, 3);
+        row("24 bits", bmpFile(1, 2, 24, rows24, 3), true, bmpFile(1, 2, 24, done24, 3));
         const Bytes rows8("\x00\x05\xff\xee", 4);
-        QTest::newRow("8 bits") << bmpFile(3, 1, 8, rows8) << true
-                                << bmpFile(3, 1, 8, Bytes("\x07\x07\x07\xee", 4));
+        row("8 bits", bmpFile(3, 1, 8, rows8), true, bmpFile(3, 1, 8, Bytes("\x07\x07\x07\xee", 4)));
         const Bytes rows1("\xa5\xee\xee\xee", 4);
-        QTest::newRow("1 bit") << bmpFile(8, 1, 1, rows1) << false << bmpFile(8, 1, 1, rows1);
+        row("1 bit", bmpFile(8, 1, 1, rows1), false, bmpFile(8, 1, 1, rows1));
         const Bytes rows32(8, '\x40');
-        QTest::newRow("32 bits") << bmpFile(2, 1, 32, rows32) << false << bmpFile(2, 1, 32, rows32);
+        row("32 bits", bmpFile(2, 1, 32, rows32), false, bmpFile(2, 1, 32, rows32));
         // Claims 100 rows where there are two.
-        QTest::newRow("lying height") << bmpFile(1, 100, 24, rows24) << false << bmpFile(1, 100, 24, rows24);
+        row("lying height", bmpFile(1, 100, 24, rows24), false, bmpFile(1, 100, 24, rows24));
         Bytes negative = bmpFile(1, 2, 24, rows24);
         const std::int32_t up = -2;
         std::memcpy(negative.data() + 14 + 8, &up, 4);
-        QTest::newRow("top-down height") << negative << false << negative;
+        row("top-down height", negative, false, negative);
         const Bytes cut = bmpFile(1, 2, 24, rows24).left(60);
-        QTest::newRow("cut short") << cut << false << cut;
-        QTest::newRow("file header only") << Bytes(14, 'B') << false << Bytes(14, 'B');
-        QTest::newRow("empty") << Bytes() << false << Bytes();
+        row("cut short", cut, false, cut);
+        row("file header only", Bytes(14, 'B'), false, Bytes(14, 'B'));
+        row("empty", Bytes(), false, Bytes());
     }
     void convertingAPicture() {
         auto [file, converted, expected] = fetch<Bytes, bool, Bytes>("file", "converted", "expected");
@@ -465,8 +461,8 @@ private slots:
     // becomes the tab's gamma; leaving with no preset leaves the tab's gamma as it was.
     void theTabsGammaBecomesThePreset_data() {
         QTest::addColumn<bool>("modal");
-        QTest::newRow("modeless") << false;
-        QTest::newRow("modal") << true;
+        row("modeless", false);
+        row("modal", true);
     }
     void theTabsGammaBecomesThePreset() {
         QFETCH(bool, modal);
@@ -498,7 +494,6 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("temp.ColorImage.Gamma"), TwValue("Vivid"));
         QCOMPARE(ui->dataForKeyPath("Data.ColorImage.Front.Gamma"), TwValue("Vivid"));
         QVERIFY(scanner.boxes.empty());
-        ui->hideUi();
     }
     // VMX_EDITOR_SHOTS=<dir>: the picture of the README, a colour preset with the channels apart.
     void pictureForTheReadme() {

@@ -29,11 +29,11 @@ class TestDialog : public QObject {
     SampleScanner sample;
     TwValue mainDialog; // the sample's own main-dialog entries, which a case may change
 
-    std::unique_ptr<VmxUIControllerImpl> loaded(const std::string& bundle = SampleScanner::kBundle) {
+    Facade loaded(const std::string& bundle = SampleScanner::kBundle) {
         return sample.load({.callback = &recordEvent, .bundle = bundle});
     }
     // The facade with the dialog shown (modeless unless asked).
-    std::unique_ptr<VmxUIControllerImpl> shown(bool modal = false, bool settingsOnly = false) {
+    Facade shown(bool modal = false, bool settingsOnly = false) {
         auto ui = loaded();
         ui->showUi(true, modal, settingsOnly);
         return ui;
@@ -76,7 +76,6 @@ private slots:
         QCOMPARE(w->tabIdentifiers(), (QStringList{"Basic", "Common", "Layout", "BinaryImage", "GrayImage",
                                                    "ColorImage", "Feed", "Area"}));
         QCOMPARE(w->tableMain()->tabText(0), w->view("Basic")->windowTitle());
-        ui->hideUi();
     }
 
     void everyTabIsBoundWhileShownAndNothingIsLeftAfter() {
@@ -130,7 +129,6 @@ private slots:
         QVERIFY(box->title().endsWith(QChar(0x2026)) && box->title().size() < 100);
         QCOMPARE(dpi->toolTip(), text);
         QCOMPARE(box->toolTip(), text);
-        ui->hideUi();
     }
 
     // ---- Modes and flags ----
@@ -139,10 +137,10 @@ private slots:
     // startModal twice starts one run; stopModal wakes the loop of a modal run only.
     void modesAndModalRuns_data() {
         columns<bool, bool, bool>("show", "modal", "settingsOnly");
-        QTest::newRow("settings only") << true << false << true;
-        QTest::newRow("scan, modeless") << true << false << false;
-        QTest::newRow("scan, modal") << true << true << false;
-        QTest::newRow("flags only") << false << true << true;
+        row("settings only", true, false, true);
+        row("scan, modeless", true, false, false);
+        row("scan, modal", true, true, false);
+        row("flags only", false, true, true);
     }
     void modesAndModalRuns() {
         auto [show, modal, settingsOnly] = fetch<bool, bool, bool>("show", "modal", "settingsOnly");
@@ -182,13 +180,13 @@ private slots:
     // run ends, and the window stays until the data source hides it.
     void theButtonsSendTheirEventAndSave_data() {
         columns<QString, bool, Codes, bool>("action", "settingsOnly", "sent", "saves");
-        QTest::newRow("OK") << "OK" << true << Codes{kVmxEventClosed} << true;
-        QTest::newRow("Cancel") << "Cancel" << true << Codes{kVmxEventClosed} << false;
-        QTest::newRow("close box") << "close" << false << Codes{kVmxEventClosed} << false;
-        QTest::newRow("Escape") << "Escape" << false << Codes{kVmxEventClosed} << false;
-        QTest::newRow("Scan") << "Start" << false << Codes{kVmxEventStart} << true;
-        QTest::newRow("Prescan") << "Prescan" << false << Codes{kVmxEventPrescan} << true;
-        QTest::newRow("OK without callback") << "OK-local" << true << Codes{} << true;
+        row("OK", "OK", true, Codes{kVmxEventClosed}, true);
+        row("Cancel", "Cancel", true, Codes{kVmxEventClosed}, false);
+        row("close box", "close", false, Codes{kVmxEventClosed}, false);
+        row("Escape", "Escape", false, Codes{kVmxEventClosed}, false);
+        row("Scan", "Start", false, Codes{kVmxEventStart}, true);
+        row("Prescan", "Prescan", false, Codes{kVmxEventPrescan}, true);
+        row("OK without callback", "OK-local", true, Codes{}, true);
     }
     void theButtonsSendTheirEventAndSave() {
         auto [action, settingsOnly, sent, saves] =
@@ -250,7 +248,6 @@ private slots:
         retype(width, QStringLiteral("100"));
         QTest::mouseClick(w->btnOK(), Qt::LeftButton);
         QCOMPARE(sentCodes(), Codes{kVmxEventClosed});
-        ui->hideUi();
     }
 
     // Leaving the Resolution field with 99999 refuses it there and then, in a box that names the
@@ -277,7 +274,6 @@ private slots:
         QVERIFY2(texts[1].contains(QStringLiteral("600")), qPrintable(texts[1]));
         QTRY_VERIFY(w->focusWidget() == resolution || w->focusWidget() == resolution->lineEdit());
         QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 300);
-        ui->hideUi();
     }
 
     // Tab leads from the setting row to the tab bar and from the bar into the page shown, on
@@ -318,7 +314,6 @@ private slots:
             tabs->tabBar()->setFocus(Qt::TabFocusReason);
         }
         QVERIFY(entered > 3);
-        ui->hideUi();
     }
 
     // The tab buttons reach the controller's actions once, however often the dialog was bound:
@@ -390,7 +385,6 @@ private slots:
         sample.boxAnswer = kVmxAnswerOK;
         ui->controllerIfMade()->onDeleteSetting();
         QVERIFY(!ui->model()->IsProfileExist("Receipts"));
-        ui->hideUi();
     }
 
     void defaultRestoresTheFactorySetting() {
@@ -401,7 +395,6 @@ private slots:
         QTest::mouseClick(window(*ui)->btnDefault(), Qt::LeftButton);
         QCOMPARE(ui->dataForKeyPath("Data.Resolution"), factory);
         QCOMPARE(ui->dataForKeyPath("Customize.BorderRemoval.left").intValue(), 30);
-        ui->hideUi();
     }
 
     // ---- Progress ----
@@ -499,7 +492,6 @@ private slots:
         QVERIFY(opened.isEmpty());
         QCOMPARE(sample.boxes.size(), std::size_t(1));
         QCOMPARE(sample.boxes[0].message, QStringLiteral("IDS_ERR_HELPFILE_LOAD")); // no string table here
-        bare->hideUi();
     }
 
     // ---- Panels ----
@@ -570,7 +562,6 @@ private slots:
         QVERIFY(!ui->performDialogAction("onNothing"));
         QVERIFY(ui->performDialogAction("onOK"));
         QCOMPARE(sentCodes(), Codes{kVmxEventClosed});
-        ui->hideUi();
     }
 };
 

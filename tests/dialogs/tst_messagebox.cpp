@@ -37,24 +37,23 @@ private slots:
     void buttonSetsSwapAndIcons_data() {
         columns<uint, bool, QStringList, QList<int>, int, int>("type", "withContinueStop", "buttons", "codes",
                                                                "escape", "icon");
-        QTest::newRow("0x20001 OK, caution")
-            << 0x20001u << false << QStringList{"OK"} << QList<int>{10} << -1 << int(QMessageBox::Warning);
-        QTest::newRow("0x40002 OK/Cancel, question") << 0x40002u << false << QStringList{"OK", "Cancel"}
-                                                     << QList<int>{10, 11} << 1 << int(QMessageBox::Question);
-        QTest::newRow("0x102 swapped OK/Cancel") << 0x102u << false << QStringList{"Cancel", "OK"}
-                                                 << QList<int>{11, 10} << 0 << int(QMessageBox::NoIcon);
-        QTest::newRow("0x10003 Yes/No, note") << 0x10003u << false << QStringList{"Yes", "No"}
-                                              << QList<int>{12, 13} << 1 << int(QMessageBox::Information);
-        QTest::newRow("0x30004 Retry/Cancel, stop") << 0x30004u << false << QStringList{"Retry", "Cancel"}
-                                                    << QList<int>{14, 11} << 1 << int(QMessageBox::Critical);
-        QTest::newRow("0x50002 icon beyond 4") << 0x50002u << false << QStringList{"OK", "Cancel"}
-                                               << QList<int>{10, 11} << 1 << int(QMessageBox::NoIcon);
-        QTest::newRow("facade's set 5 swapped") << 0x105u << true << QStringList{"Stop", "Continue"}
-                                                << QList<int>{16, 15} << 0 << int(QMessageBox::NoIcon);
-        QTest::newRow("set 5 without the facade")
-            << 5u << false << QStringList{"OK"} << QList<int>{0} << -1 << int(QMessageBox::NoIcon);
-        QTest::newRow("set 0") << 0x20000u << true << QStringList{"OK"} << QList<int>{0} << -1
-                               << int(QMessageBox::Warning);
+        row("0x20001 OK, caution", 0x20001u, false, QStringList{"OK"}, QList<int>{10}, -1,
+            int(QMessageBox::Warning));
+        row("0x40002 OK/Cancel, question", 0x40002u, false, QStringList{"OK", "Cancel"}, QList<int>{10, 11},
+            1, int(QMessageBox::Question));
+        row("0x102 swapped OK/Cancel", 0x102u, false, QStringList{"Cancel", "OK"}, QList<int>{11, 10}, 0,
+            int(QMessageBox::NoIcon));
+        row("0x10003 Yes/No, note", 0x10003u, false, QStringList{"Yes", "No"}, QList<int>{12, 13}, 1,
+            int(QMessageBox::Information));
+        row("0x30004 Retry/Cancel, stop", 0x30004u, false, QStringList{"Retry", "Cancel"}, QList<int>{14, 11},
+            1, int(QMessageBox::Critical));
+        row("0x50002 icon beyond 4", 0x50002u, false, QStringList{"OK", "Cancel"}, QList<int>{10, 11}, 1,
+            int(QMessageBox::NoIcon));
+        row("facade's set 5 swapped", 0x105u, true, QStringList{"Stop", "Continue"}, QList<int>{16, 15}, 0,
+            int(QMessageBox::NoIcon));
+        row("set 5 without the facade", 5u, false, QStringList{"OK"}, QList<int>{0}, -1,
+            int(QMessageBox::NoIcon));
+        row("set 0", 0x20000u, true, QStringList{"OK"}, QList<int>{0}, -1, int(QMessageBox::Warning));
     }
     void buttonSetsSwapAndIcons() {
         auto [type, withContinueStop, buttons, codes, escape, icon] =
@@ -131,11 +130,11 @@ private slots:
     void aPollingBoxEndsAsThePollSays_data() {
         // panelReturn: 99: keep waiting
         columns<int, int>("panelReturn", "answer");
-        QTest::newRow("1: first button") << 1 << 16;
-        QTest::newRow("0: second button") << 0 << 15;
-        QTest::newRow("-1: third button") << -1 << 0;
-        QTest::newRow("anything else: first button") << 42 << 16;
-        QTest::newRow("waiting: the button pressed") << 99 << 15;
+        row("1: first button", 1, 16);
+        row("0: second button", 0, 15);
+        row("-1: third button", -1, 0);
+        row("anything else: first button", 42, 16);
+        row("waiting: the button pressed", 99, 15);
     }
     void aPollingBoxEndsAsThePollSays() {
         auto [panelReturn, answer] = fetch<int, int>("panelReturn", "answer");

@@ -62,22 +62,19 @@ private slots:
         const QString fifty(50, QLatin1Char('x'));
         const QString overwrite =
             QStringLiteral("A setting named \"%1\" already exists. Do you want to replace it?");
-        QTest::newRow("new name, blanks around")
-            << "  Letters 300  " << QList<int>{} << QStringList{} << "Letters 300";
-        QTest::newRow("blank") << "   " << QList<int>{} << QStringList{"Please enter a name."} << "";
-        QTest::newRow("50 characters") << fifty << QList<int>{} << QStringList{} << fifty;
-        QTest::newRow("51 characters")
-            << fifty + "y" << QList<int>{} << QStringList{"The name must be 50 characters or fewer."} << "";
-        QTest::newRow("50 characters between blanks")
-            << " " + fifty + " " << QList<int>{} << QStringList{} << fifty;
-        QTest::newRow("the untitled name in capitals")
-            << "UNTITLED" << QList<int>{}
-            << QStringList{"This name is reserved for the untitled setting. Please enter a different name."}
-            << "";
-        QTest::newRow("existing name in lower case, replaced")
-            << "receipts" << QList<int>{kVmxAnswerOK} << QStringList{overwrite.arg("receipts")} << "receipts";
-        QTest::newRow("existing name in lower case, kept")
-            << "receipts" << QList<int>{kVmxAnswerCancel} << QStringList{overwrite.arg("receipts")} << "";
+        row("new name, blanks around", "  Letters 300  ", QList<int>{}, QStringList{}, "Letters 300");
+        row("blank", "   ", QList<int>{}, QStringList{"Please enter a name."}, "");
+        row("50 characters", fifty, QList<int>{}, QStringList{}, fifty);
+        row("51 characters", fifty + "y", QList<int>{},
+            QStringList{"The name must be 50 characters or fewer."}, "");
+        row("50 characters between blanks", " " + fifty + " ", QList<int>{}, QStringList{}, fifty);
+        row("the untitled name in capitals", "UNTITLED", QList<int>{},
+            QStringList{"This name is reserved for the untitled setting. Please enter a different name."},
+            "");
+        row("existing name in lower case, replaced", "receipts", QList<int>{kVmxAnswerOK},
+            QStringList{overwrite.arg("receipts")}, "receipts");
+        row("existing name in lower case, kept", "receipts", QList<int>{kVmxAnswerCancel},
+            QStringList{overwrite.arg("receipts")}, "");
     }
     void savingASettingChecksTheName() {
         auto [typed, answers, messages, saved] =
@@ -105,7 +102,6 @@ private slots:
             QCOMPARE(model->ProfileCount(), before + (replaced ? 0 : 1));
             QVERIFY(SampleScanner::stored("profiles").list());
         }
-        ui->hideUi();
     }
 
     // The dialog offers the saved names and starts empty; at fifty settings only an existing
@@ -139,7 +135,6 @@ private slots:
         ui->controllerIfMade()->onSaveSetting();
         QCOMPARE(model->ProfileCount(), 50);
         QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("SETTING 7"));
-        ui->hideUi();
     }
 
     // Gamma names (type 1): 32 characters at most; a listed name, compared exactly, is asked
@@ -148,13 +143,13 @@ private slots:
         columns<QString, bool, int, QStringList, int>("typed", "checkOverwrite", "answer", "messages",
                                                       "result");
         const QString asked = QStringLiteral("\"Soft\" already exists. Do you want to overwrite it?");
-        QTest::newRow("32 characters") << QString(32, 'g') << true << 0 << QStringList{} << 1;
-        QTest::newRow("33 characters")
-            << QString(33, 'g') << true << 0 << QStringList{"The name must be 32 characters or fewer."} << 0;
-        QTest::newRow("listed, replaced") << "Soft" << true << int(kVmxAnswerOK) << QStringList{asked} << 1;
-        QTest::newRow("listed, kept") << "Soft" << true << int(kVmxAnswerCancel) << QStringList{asked} << 0;
-        QTest::newRow("listed, no check") << "Soft" << false << 0 << QStringList{} << 1;
-        QTest::newRow("other letter case") << "soft" << true << 0 << QStringList{} << 1;
+        row("32 characters", QString(32, 'g'), true, 0, QStringList{}, 1);
+        row("33 characters", QString(33, 'g'), true, 0,
+            QStringList{"The name must be 32 characters or fewer."}, 0);
+        row("listed, replaced", "Soft", true, int(kVmxAnswerOK), QStringList{asked}, 1);
+        row("listed, kept", "Soft", true, int(kVmxAnswerCancel), QStringList{asked}, 0);
+        row("listed, no check", "Soft", false, 0, QStringList{}, 1);
+        row("other letter case", "soft", true, 0, QStringList{}, 1);
     }
     void gammaNames() {
         auto [typed, checkOverwrite, answer, messages, result] = fetch<QString, bool, int, QStringList, int>(
@@ -199,13 +194,11 @@ private slots:
     void everyButtonOpensItsPanel_data() {
         // tab: empty: a button of the main panel
         columns<QString, QString>("tab", "panel");
-        QTest::newRow("btnSave") << QString() << QStringLiteral("TwDlgSaveSetting");
-        QTest::newRow("btnAbout") << QString() << QStringLiteral("TwDlgAbout");
-        QTest::newRow("btnCustomize") << QString() << QStringLiteral("TwDlgCustom");
-        QTest::newRow("btnDoubleExposureCfg")
-            << QStringLiteral("Layout") << QStringLiteral("TwDlgDoubleExposure");
-        QTest::newRow("btnPageSeparationCfg")
-            << QStringLiteral("Layout") << QStringLiteral("TwDlgPageSeparation");
+        row("btnSave", QString(), QStringLiteral("TwDlgSaveSetting"));
+        row("btnAbout", QString(), QStringLiteral("TwDlgAbout"));
+        row("btnCustomize", QString(), QStringLiteral("TwDlgCustom"));
+        row("btnDoubleExposureCfg", QStringLiteral("Layout"), QStringLiteral("TwDlgDoubleExposure"));
+        row("btnPageSeparationCfg", QStringLiteral("Layout"), QStringLiteral("TwDlgPageSeparation"));
     }
     void everyButtonOpensItsPanel() {
         auto [tab, panel] = fetch<QString, QString>("tab", "panel");
@@ -231,7 +224,6 @@ private slots:
         });
         QTest::mouseClick(b, Qt::LeftButton);
         QCOMPARE(opened, panel);
-        ui->hideUi();
     }
 
     // The panels' Help buttons open the data source's help book, as the main panel's does.
@@ -298,9 +290,9 @@ private slots:
     void doubleExposureStoresWhatWasPicked_data() {
         // paperIndex: of the setting's paper in the list; -1: not in it
         columns<int, bool>("paperIndex", "ok");
-        QTest::newRow("OK") << 3 << true;
-        QTest::newRow("Cancel") << 3 << false;
-        QTest::newRow("paper not in the list") << -1 << true;
+        row("OK", 3, true);
+        row("Cancel", 3, false);
+        row("paper not in the list", -1, true);
     }
     void doubleExposureStoresWhatWasPicked() {
         auto [paperIndex, ok] = fetch<int, bool>("paperIndex", "ok");
@@ -485,15 +477,13 @@ private slots:
         // where: right, left or over
         columns<QSize, QRect, bool, int, QString>("screen", "other", "otherMayMove", "level", "where");
         const QRect centred;
-        QTest::newRow("1920 x 1080") << QSize(1920, 1080) << centred << true << 1 << "right";
-        QTest::newRow("1366 x 768: the dialog moves left")
-            << QSize(1366, 768) << centred << true << 1 << "right";
-        QTest::newRow("1920 x 1080 at 2x") << QSize(960, 540) << centred << true << 1 << "over";
-        QTest::newRow("1366 x 768 at 2x") << QSize(683, 384) << centred << true << 1 << "over";
-        QTest::newRow("a question that stays: to its left")
-            << QSize(1366, 768) << QRect(900, 300, 400, 150) << false << 0 << "left";
-        QTest::newRow("above the top: pushed down")
-            << QSize(1920, 1080) << QRect(100, 100, 400, 300) << false << 1 << "right";
+        row("1920 x 1080", QSize(1920, 1080), centred, true, 1, "right");
+        row("1366 x 768: the dialog moves left", QSize(1366, 768), centred, true, 1, "right");
+        row("1920 x 1080 at 2x", QSize(960, 540), centred, true, 1, "over");
+        row("1366 x 768 at 2x", QSize(683, 384), centred, true, 1, "over");
+        row("a question that stays: to its left", QSize(1366, 768), QRect(900, 300, 400, 150), false, 0,
+            "left");
+        row("above the top: pushed down", QSize(1920, 1080), QRect(100, 100, 400, 300), false, 1, "right");
     }
     void aWindowBesideAnotherStaysOnTheScreen() {
         auto [screen, other, otherMayMove, level, where] =

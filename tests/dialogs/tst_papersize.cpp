@@ -43,21 +43,18 @@ private slots:
         columns<QString, bool, int, QSizeF, QString, QSizeF, QString>("name", "flatbed", "unit", "size",
                                                                       "savedName", "saved", "message");
         const QSizeF card(100, 150);
-        QTest::newRow("32 characters")
-            << QString(32, 'n') << true << 1 << card << QString(32, 'n') << card << "";
-        QTest::newRow("33 characters") << QString(33, 'n') << true << 1 << card << "" << card
-                                       << "The name must be 32 characters or fewer.";
-        QTest::newRow("trimmed to 32")
-            << "  " + QString(32, 't') + " " << true << 1 << card << QString(32, 't') << card << "";
-        QTest::newRow("blank") << "   " << true << 1 << card << "" << card << "Please enter a name.";
-        QTest::newRow("rounded to tenths")
-            << "Custom" << true << 1 << QSizeF(100.04, 150.05) << "Custom" << QSizeF(100.0, 150.1) << "";
-        QTest::newRow("too wide, too short")
-            << "Custom" << true << 1 << QSizeF(300, 10) << "Custom" << QSizeF(kMaxWidth, kMinLength) << "";
-        QTest::newRow("too narrow, too long, no flatbed")
-            << "Custom" << false << 1 << QSizeF(1, 9000) << "Custom" << QSizeF(kMinWidth, kMaxLength) << "";
-        QTest::newRow("inches") << "Custom" << true << 0 << QSizeF(4, 6) << "Custom" << QSizeF(101.6, 152.4)
-                                << "";
+        row("32 characters", QString(32, 'n'), true, 1, card, QString(32, 'n'), card, "");
+        row("33 characters", QString(33, 'n'), true, 1, card, "", card,
+            "The name must be 32 characters or fewer.");
+        row("trimmed to 32", "  " + QString(32, 't') + " ", true, 1, card, QString(32, 't'), card, "");
+        row("blank", "   ", true, 1, card, "", card, "Please enter a name.");
+        row("rounded to tenths", "Custom", true, 1, QSizeF(100.04, 150.05), "Custom", QSizeF(100.0, 150.1),
+            "");
+        row("too wide, too short", "Custom", true, 1, QSizeF(300, 10), "Custom",
+            QSizeF(kMaxWidth, kMinLength), "");
+        row("too narrow, too long, no flatbed", "Custom", false, 1, QSizeF(1, 9000), "Custom",
+            QSizeF(kMinWidth, kMaxLength), "");
+        row("inches", "Custom", true, 0, QSizeF(4, 6), "Custom", QSizeF(101.6, 152.4), "");
     }
     void whatSaveStores() {
         auto [name, flatbed, unit, size, savedName, saved, message] =
@@ -143,8 +140,8 @@ private slots:
     void theLimitLabels_data() {
         // shown: flatbed min, max width, min, max length; feeder min length
         columns<bool, QStringList>("flatbed", "shown");
-        QTest::newRow("no flatbed") << false << QStringList{"-", "-", "-", "-", "50.8"};
-        QTest::newRow("flatbed") << true << QStringList{"12.7", "215.9", "12.7", "296.9", "50.8"};
+        row("no flatbed", false, QStringList{"-", "-", "-", "-", "50.8"});
+        row("flatbed", true, QStringList{"12.7", "215.9", "12.7", "296.9", "50.8"});
     }
     void theLimitLabels() {
         auto [flatbed, shown] = fetch<bool, QStringList>("flatbed", "shown");
@@ -162,11 +159,11 @@ private slots:
     // another keeps the place selected, deleting the only one leaves no selection and Delete off.
     void deletingAndTheSelection_data() {
         columns<int, int, int, int, QString>("count", "row", "answer", "selectedAfter", "nameShown");
-        QTest::newRow("last of three") << 3 << 2 << int(kVmxAnswerOK) << 1 << "P1";
-        QTest::newRow("middle of three") << 3 << 1 << int(kVmxAnswerOK) << 1 << "P2";
-        QTest::newRow("first of three") << 3 << 0 << int(kVmxAnswerOK) << 0 << "P1";
-        QTest::newRow("only one") << 1 << 0 << int(kVmxAnswerOK) << -1 << "P0";
-        QTest::newRow("cancelled") << 3 << 2 << int(kVmxAnswerCancel) << 2 << "P2";
+        row("last of three", 3, 2, int(kVmxAnswerOK), 1, "P1");
+        row("middle of three", 3, 1, int(kVmxAnswerOK), 1, "P2");
+        row("first of three", 3, 0, int(kVmxAnswerOK), 0, "P1");
+        row("only one", 1, 0, int(kVmxAnswerOK), -1, "P0");
+        row("cancelled", 3, 2, int(kVmxAnswerCancel), 2, "P2");
     }
     void deletingAndTheSelection() {
         auto [count, row, answer, selectedAfter, nameShown] =
@@ -228,8 +225,8 @@ private slots:
     // back to a standard one and the area follows the new paper.
     void theMainDialogFollows_data() {
         QTest::addColumn<bool>("modal");
-        QTest::newRow("modeless") << false;
-        QTest::newRow("modal") << true;
+        row("modeless", false);
+        row("modal", true);
     }
     void theMainDialogFollows() {
         QFETCH(bool, modal);
@@ -262,7 +259,6 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("Data.PaperSize"), TwValue(1));
         QCOMPARE(ui->dataForKeyPath("content.PaperSizeAll").list()->size(), all.list()->size() - 1);
         QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Width").doubleValue(), 210.0);
-        ui->hideUi();
     }
 
     // VMX_EDITOR_SHOTS=<dir>: the picture of the README, with a few papers in inches.

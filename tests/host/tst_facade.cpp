@@ -36,10 +36,10 @@ private slots:
 
     void paperSourcesFollowTheScanner_data() {
         columns<bool, bool, QList<int>>("flatbed", "passport", "expected");
-        QTest::newRow("feeder only") << false << false << QList<int>{0, 1};
-        QTest::newRow("passport") << false << true << QList<int>{0, 1, 5};
-        QTest::newRow("flatbed") << true << false << QList<int>{0, 2, 3, 1, 4};
-        QTest::newRow("both, list order kept") << true << true << QList<int>{0, 2, 3, 1, 4, 5};
+        row("feeder only", false, false, QList<int>{0, 1});
+        row("passport", false, true, QList<int>{0, 1, 5});
+        row("flatbed", true, false, QList<int>{0, 2, 3, 1, 4});
+        row("both, list order kept", true, true, QList<int>{0, 2, 3, 1, 4, 5});
     }
     void paperSourcesFollowTheScanner() {
         auto [flatbed, passport, expected] = fetch<bool, bool, QList<int>>("flatbed", "passport", "expected");

@@ -67,9 +67,9 @@ private slots:
 
     void deletingSelectsANeighbour_data() {
         columns<QString, QString>("deleted", "selected");
-        QTest::newRow("the last of three: the new last") << QString("B") << QString("A");
-        QTest::newRow("the middle: the one that moves up") << QString("A") << QString("B");
-        QTest::newRow("an unknown name: untitled") << QString("Z") << QString("Untitled");
+        row("the last of three: the new last", QString("B"), QString("A"));
+        row("the middle: the one that moves up", QString("A"), QString("B"));
+        row("an unknown name: untitled", QString("Z"), QString("Untitled"));
     }
     void deletingSelectsANeighbour() {
         QFETCH(QString, deleted);
@@ -99,12 +99,12 @@ private slots:
     // the one it names, any other name is refused and the selection stays.
     void aNameSelectsOnlyASavedSetting_data() {
         columns<bool, TwValue, QString, int>("fromLow", "name", "selected", "resolution");
-        QTest::newRow("saved") << false << TwValue("Low") << "Low" << 200;
-        QTest::newRow("another case") << false << TwValue("LOW") << "Low" << 200;
-        QTest::newRow("untitled, another case") << true << TwValue("untitled") << "Untitled" << 200;
-        QTest::newRow("no setting") << false << TwValue("lettersXYZ") << "Untitled" << 600;
-        QTest::newRow("no setting, from a saved one") << true << TwValue("XYZ") << "Low" << 200;
-        QTest::newRow("not a name") << true << TwValue(5) << "Low" << 200;
+        row("saved", false, TwValue("Low"), "Low", 200);
+        row("another case", false, TwValue("LOW"), "Low", 200);
+        row("untitled, another case", true, TwValue("untitled"), "Untitled", 200);
+        row("no setting", false, TwValue("lettersXYZ"), "Untitled", 600);
+        row("no setting, from a saved one", true, TwValue("XYZ"), "Low", 200);
+        row("not a name", true, TwValue(5), "Low", 200);
     }
     void aNameSelectsOnlyASavedSetting() {
         auto [fromLow, name] = fetch<bool, TwValue>("fromLow", "name");
@@ -246,13 +246,11 @@ private slots:
         auto customize = [](const char* family, const char* side, TwValue v) {
             return TwValue::dictionary({{family, TwValue::dictionary({{side, v}})}});
         };
-        QTest::newRow("border too large")
-            << customize("BorderRemoval", "left", 5000) << "BorderRemoval.left" << 4318;
-        QTest::newRow("shadow negative") << customize("RemoveShadow", "top", -3) << "RemoveShadow.top" << 0;
-        QTest::newRow("in range") << customize("RemoveShadow", "right", 40) << "RemoveShadow.right" << 40;
-        QTest::newRow("not a number")
-            << customize("BorderRemoval", "bottom", "wide") << "BorderRemoval.bottom" << 30;
-        QTest::newRow("not a dictionary") << TwValue(5) << "RemoveShadow.left" << 30;
+        row("border too large", customize("BorderRemoval", "left", 5000), "BorderRemoval.left", 4318);
+        row("shadow negative", customize("RemoveShadow", "top", -3), "RemoveShadow.top", 0);
+        row("in range", customize("RemoveShadow", "right", 40), "RemoveShadow.right", 40);
+        row("not a number", customize("BorderRemoval", "bottom", "wide"), "BorderRemoval.bottom", 30);
+        row("not a dictionary", TwValue(5), "RemoveShadow.left", 30);
     }
     void marginsAreClampedAndDefaulted() {
         auto [stored, keyPath] = fetch<TwValue, QString>("stored", "keyPath");

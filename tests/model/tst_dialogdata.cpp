@@ -111,10 +111,10 @@ private slots:
 
     void optionsDecideWhatTheChangeCarries_data() {
         QTest::addColumn<unsigned>("options");
-        QTest::newRow("new") << unsigned(kTwObserveNew);
-        QTest::newRow("old") << unsigned(kTwObserveOld);
-        QTest::newRow("new and old") << unsigned(kTwObserveNew | kTwObserveOld);
-        QTest::newRow("initial") << unsigned(kTwObserveNew | kTwObserveOld | kTwObserveInitial);
+        row("new", unsigned(kTwObserveNew));
+        row("old", unsigned(kTwObserveOld));
+        row("new and old", unsigned(kTwObserveNew | kTwObserveOld));
+        row("initial", unsigned(kTwObserveNew | kTwObserveOld | kTwObserveInitial));
     }
     void optionsDecideWhatTheChangeCarries() {
         QFETCH(unsigned, options);

@@ -35,44 +35,39 @@ private slots:
 
     void ruleTable_data() {
         columns<TwValue, bool>("rule", "expected");
-        QTest::newRow("empty OR is false") << dict({{"OR", empty()}}) << false;
-        QTest::newRow("empty AND is true") << dict({{"AND", empty()}}) << true;
-        QTest::newRow("empty NOT is true") << dict({{"NOT", empty()}}) << true;
-        QTest::newRow("empty top level is true") << empty() << true;
-        QTest::newRow("string ignores case") << dict({{"Data.Source", "adf"}}) << true;
-        QTest::newRow("string never matches a number") << dict({{"Data.Num", "1"}}) << false;
-        QTest::newRow("number matches number") << dict({{"Data.Num", 1}}) << true;
-        QTest::newRow("number never matches a string") << dict({{"Data.Str", 1}}) << false;
-        QTest::newRow("boolean is a number") << dict({{"Data.Flag", 1}}) << true;
-        QTest::newRow("array: any element") << dict({{"Data.Num", TwValue::array({3, 1})}}) << true;
-        QTest::newRow("array: no element") << dict({{"Data.Num", TwValue::array({3, 4})}}) << false;
-        QTest::newRow("NOT of missing") << dict({{"NOT", dict({{"Data.Missing", 1}})}}) << true;
-        QTest::newRow("other value types enable") << dict({{"Data.Num", TwValue(TwBytes{1, 2})}}) << true;
-        QTest::newRow("NOT reads the first entry only")
-            << dict({{"NOT", dict({{"Data.Num", 1}, {"Data.Missing", 5}})}}) << false;
-        QTest::newRow("NOT of a false first entry")
-            << dict({{"NOT", dict({{"Data.Num", 2}, {"Data.Num ", 1}})}}) << true;
-        QTest::newRow("top level takes its first entry")
-            << dict({{"Data.Num", 2}, {"Data.Source", "ADF"}}) << false;
-        QTest::newRow("AND one false")
-            << dict({{"AND", dict({{"Data.Num", 1}, {"Data.Source", "no"}})}}) << false;
-        QTest::newRow("OR one true") << dict({{"OR", dict({{"Data.Num", 5}, {"Data.Source", "ADF"}})}})
-                                     << true;
-        QTest::newRow("prefixed groups")
-            << dict({{"AND", dict({{"OR - 1", dict({{"Data.Num", 9}, {"Data.Flag", true}})},
-                                   {"NOT - 2", dict({{"Data.Source", "FB"}})},
-                                   {"AND - 3", dict({{"Data.Str", "1"}})}})}})
-            << true;
-        QTest::newRow("prefixed group decides")
-            << dict({{"AND", dict({{"NOT - 1", dict({{"Data.Source", "adf"}})}})}}) << false;
-        QTest::newRow("lower-case or is a key path")
-            << dict({{"or", dict({{"Data.Num", 2}, {"Data.Source", "ADF"}})}}) << false;
-        QTest::newRow("yes ignores case") << dict({{"yes", empty()}}) << true;
-        QTest::newRow("FALSE inside AND")
-            << dict({{"AND", dict({{"TRUE", empty()}, {"false", empty()}})}}) << false;
-        QTest::newRow("custom of another target is true") << dict({{"custom", empty()}}) << true;
-        QTest::newRow("a dictionary under a key path takes its first entry")
-            << dict({{"Data.Num", dict({{"Data.Source", "adf"}, {"Data.Num", 7}})}}) << true;
+        row("empty OR is false", dict({{"OR", empty()}}), false);
+        row("empty AND is true", dict({{"AND", empty()}}), true);
+        row("empty NOT is true", dict({{"NOT", empty()}}), true);
+        row("empty top level is true", empty(), true);
+        row("string ignores case", dict({{"Data.Source", "adf"}}), true);
+        row("string never matches a number", dict({{"Data.Num", "1"}}), false);
+        row("number matches number", dict({{"Data.Num", 1}}), true);
+        row("number never matches a string", dict({{"Data.Str", 1}}), false);
+        row("boolean is a number", dict({{"Data.Flag", 1}}), true);
+        row("array: any element", dict({{"Data.Num", TwValue::array({3, 1})}}), true);
+        row("array: no element", dict({{"Data.Num", TwValue::array({3, 4})}}), false);
+        row("NOT of missing", dict({{"NOT", dict({{"Data.Missing", 1}})}}), true);
+        row("other value types enable", dict({{"Data.Num", TwValue(TwBytes{1, 2})}}), true);
+        row("NOT reads the first entry only", dict({{"NOT", dict({{"Data.Num", 1}, {"Data.Missing", 5}})}}),
+            false);
+        row("NOT of a false first entry", dict({{"NOT", dict({{"Data.Num", 2}, {"Data.Num ", 1}})}}), true);
+        row("top level takes its first entry", dict({{"Data.Num", 2}, {"Data.Source", "ADF"}}), false);
+        row("AND one false", dict({{"AND", dict({{"Data.Num", 1}, {"Data.Source", "no"}})}}), false);
+        row("OR one true", dict({{"OR", dict({{"Data.Num", 5}, {"Data.Source", "ADF"}})}}), true);
+        row("prefixed groups",
+            dict({{"AND", dict({{"OR - 1", dict({{"Data.Num", 9}, {"Data.Flag", true}})},
+                                {"NOT - 2", dict({{"Data.Source", "FB"}})},
+                                {"AND - 3", dict({{"Data.Str", "1"}})}})}}),
+            true);
+        row("prefixed group decides", dict({{"AND", dict({{"NOT - 1", dict({{"Data.Source", "adf"}})}})}}),
+            false);
+        row("lower-case or is a key path", dict({{"or", dict({{"Data.Num", 2}, {"Data.Source", "ADF"}})}}),
+            false);
+        row("yes ignores case", dict({{"yes", empty()}}), true);
+        row("FALSE inside AND", dict({{"AND", dict({{"TRUE", empty()}, {"false", empty()}})}}), false);
+        row("custom of another target is true", dict({{"custom", empty()}}), true);
+        row("a dictionary under a key path takes its first entry",
+            dict({{"Data.Num", dict({{"Data.Source", "adf"}, {"Data.Num", 7}})}}), true);
     }
     void ruleTable() {
         QFETCH(TwValue, rule);
@@ -83,18 +78,12 @@ private slots:
 
     void groupsStopEarly_data() {
         columns<TwValue, int>("rule", "customCalls");
-        QTest::newRow("AND stops at the first false")
-            << dict({{"AND", dict({{"Data.Num", 2}, {"CUSTOM", empty()}})}}) << 0;
-        QTest::newRow("AND goes on while true")
-            << dict({{"AND", dict({{"Data.Num", 1}, {"CUSTOM", empty()}})}}) << 1;
-        QTest::newRow("OR stops at the first true")
-            << dict({{"OR", dict({{"Data.Num", 1}, {"CUSTOM", empty()}})}}) << 0;
-        QTest::newRow("OR goes on while false")
-            << dict({{"OR", dict({{"Data.Num", 2}, {"CUSTOM", empty()}})}}) << 1;
-        QTest::newRow("NOT looks no further")
-            << dict({{"NOT", dict({{"Data.Num", 1}, {"CUSTOM", empty()}})}}) << 0;
-        QTest::newRow("top level evaluates later entries")
-            << dict({{"Data.Num", 1}, {"CUSTOM", empty()}}) << 1;
+        row("AND stops at the first false", dict({{"AND", dict({{"Data.Num", 2}, {"CUSTOM", empty()}})}}), 0);
+        row("AND goes on while true", dict({{"AND", dict({{"Data.Num", 1}, {"CUSTOM", empty()}})}}), 1);
+        row("OR stops at the first true", dict({{"OR", dict({{"Data.Num", 1}, {"CUSTOM", empty()}})}}), 0);
+        row("OR goes on while false", dict({{"OR", dict({{"Data.Num", 2}, {"CUSTOM", empty()}})}}), 1);
+        row("NOT looks no further", dict({{"NOT", dict({{"Data.Num", 1}, {"CUSTOM", empty()}})}}), 0);
+        row("top level evaluates later entries", dict({{"Data.Num", 1}, {"CUSTOM", empty()}}), 1);
     }
     void groupsStopEarly() {
         QFETCH(TwValue, rule);
@@ -174,10 +163,9 @@ private slots:
             deep = dict({{"AND", deep}});
         TwValue notA = dict({{"NOT", dict({{"enable.A", true}})}});
         TwValue notB = dict({{"NOT", dict({{"enable.B", true}})}});
-        QTest::newRow("reads itself under NOT") << dict({{"enable.A", notA}});
-        QTest::newRow("two read each other")
-            << dict({{"enable.A", notB}, {"enable.B", dict({{"enable.A", true}})}});
-        QTest::newRow("nested 24000 deep") << dict({{"enable.A", deep}});
+        row("reads itself under NOT", dict({{"enable.A", notA}}));
+        row("two read each other", dict({{"enable.A", notB}, {"enable.B", dict({{"enable.A", true}})}}));
+        row("nested 24000 deep", dict({{"enable.A", deep}}));
     }
     void cyclicAndDeepRulesAreRefused() {
         QFETCH(TwValue, rules);
@@ -241,17 +229,14 @@ private slots:
 
     void untitledProfileRule_data() {
         columns<QString, TwValue, bool, bool>("keyPath", "value", "applying", "renamed");
-        QTest::newRow("resolution 300 to 200") << "Data.Resolution" << TwValue(200) << false << true;
-        QTest::newRow("resolution rewritten unchanged")
-            << "Data.Resolution" << TwValue(300) << false << false;
-        QTest::newRow("nested setting") << "Data.BinaryImage.Front.Contrast" << TwValue(5) << false << true;
-        QTest::newRow("area unit") << "Data.Area.Unit" << TwValue(0) << false << false;
-        QTest::newRow("keep both sides")
-            << "Data.BinaryImage.Keep2SideSame" << TwValue(true) << false << false;
-        QTest::newRow("a working value that mirrors nothing")
-            << "temp.GrayDPI" << TwValue(5) << false << false;
-        QTest::newRow("a new Data key (not observed)") << "Data.NewKey" << TwValue(1) << false << false;
-        QTest::newRow("while a profile is applied") << "Data.Resolution" << TwValue(600) << true << false;
+        row("resolution 300 to 200", "Data.Resolution", TwValue(200), false, true);
+        row("resolution rewritten unchanged", "Data.Resolution", TwValue(300), false, false);
+        row("nested setting", "Data.BinaryImage.Front.Contrast", TwValue(5), false, true);
+        row("area unit", "Data.Area.Unit", TwValue(0), false, false);
+        row("keep both sides", "Data.BinaryImage.Keep2SideSame", TwValue(true), false, false);
+        row("a working value that mirrors nothing", "temp.GrayDPI", TwValue(5), false, false);
+        row("a new Data key (not observed)", "Data.NewKey", TwValue(1), false, false);
+        row("while a profile is applied", "Data.Resolution", TwValue(600), true, false);
     }
     void untitledProfileRule() {
         auto [keyPath, value, applying] = fetch<QString, TwValue, bool>("keyPath", "value", "applying");
@@ -276,11 +261,8 @@ private slots:
 
     void selectingAProfileByName_data() {
         columns<TwValue, bool>("profiles", "saved");
-        QTest::newRow("foreign elements: no setting of that name")
-            << TwValue::array({1, "A", TwValue::array()}) << false;
-        QTest::newRow("a match") << TwValue::array(
-                                        {dict({{"ProfileName", "B"}}), dict({{"ProfileName", "A"}})})
-                                 << true;
+        row("foreign elements: no setting of that name", TwValue::array({1, "A", TwValue::array()}), false);
+        row("a match", TwValue::array({dict({{"ProfileName", "B"}}), dict({{"ProfileName", "A"}})}), true);
     }
     void selectingAProfileByName() {
         QFETCH(TwValue, profiles);

@@ -95,12 +95,10 @@ private slots:
     void sideSelectorCorners_data() {
         // brightness: 55: the working copy was not reloaded
         columns<int, TwValue, TwValue, TwValue, TwValue>("before", "chosen", "side", "text", "brightness");
-        QTest::newRow("unknown: no text, nothing loaded")
-            << 0 << TwValue(5) << TwValue(5) << TwValue("") << TwValue(55);
-        QTest::newRow("not a number: front")
-            << 1 << TwValue("back") << TwValue(0) << TwValue("Front side") << TwValue(101);
-        QTest::newRow("the same side again: nothing loaded")
-            << 1 << TwValue(1) << TwValue(1) << TwValue("Back side") << TwValue(55);
+        row("unknown: no text, nothing loaded", 0, TwValue(5), TwValue(5), TwValue(""), TwValue(55));
+        row("not a number: front", 1, TwValue("back"), TwValue(0), TwValue("Front side"), TwValue(101));
+        row("the same side again: nothing loaded", 1, TwValue(1), TwValue(1), TwValue("Back side"),
+            TwValue(55));
     }
     void sideSelectorCorners() {
         auto [before, chosen] = fetch<int, TwValue>("before", "chosen");
@@ -116,18 +114,15 @@ private slots:
 
     void workingValuesReachTheSelectedSides_data() {
         columns<TwValue, TwValue, TwValue, TwValue>("side", "entered", "front", "back");
-        QTest::newRow("both, rounded up") << TwValue(2) << TwValue(12.6) << TwValue(13) << TwValue(13);
-        QTest::newRow("negative goes toward zero")
-            << TwValue(2) << TwValue(-2.7) << TwValue(-2) << TwValue(-2);
-        QTest::newRow("a half rounds up") << TwValue(2) << TwValue(0.5) << TwValue(1) << TwValue(1);
-        QTest::newRow("minus a half gives zero") << TwValue(2) << TwValue(-0.5) << TwValue(0) << TwValue(0);
-        QTest::newRow("text passes unchanged")
-            << TwValue(2) << TwValue("custom") << TwValue("custom") << TwValue("custom");
-        QTest::newRow("front only") << TwValue(0) << TwValue(7) << TwValue(7) << TwValue(201);
-        QTest::newRow("back only") << TwValue(1) << TwValue(7.2) << TwValue(101) << TwValue(7);
-        QTest::newRow("unknown side: nowhere") << TwValue(3) << TwValue(7) << TwValue(101) << TwValue(201);
-        QTest::newRow("side not a number: nowhere")
-            << TwValue("1") << TwValue(7) << TwValue(101) << TwValue(201);
+        row("both, rounded up", TwValue(2), TwValue(12.6), TwValue(13), TwValue(13));
+        row("negative goes toward zero", TwValue(2), TwValue(-2.7), TwValue(-2), TwValue(-2));
+        row("a half rounds up", TwValue(2), TwValue(0.5), TwValue(1), TwValue(1));
+        row("minus a half gives zero", TwValue(2), TwValue(-0.5), TwValue(0), TwValue(0));
+        row("text passes unchanged", TwValue(2), TwValue("custom"), TwValue("custom"), TwValue("custom"));
+        row("front only", TwValue(0), TwValue(7), TwValue(7), TwValue(201));
+        row("back only", TwValue(1), TwValue(7.2), TwValue(101), TwValue(7));
+        row("unknown side: nowhere", TwValue(3), TwValue(7), TwValue(101), TwValue(201));
+        row("side not a number: nowhere", TwValue("1"), TwValue(7), TwValue(101), TwValue(201));
     }
     void workingValuesReachTheSelectedSides() {
         auto [side, entered, front, back] =
@@ -152,13 +147,13 @@ private slots:
 
     void workingCopyKeys_data() {
         columns<QString, int, QString>("key", "grayside", "expected");
-        QTest::newRow("back shown, back key") << "Data.GrayImage.Back.Gamma" << 1 << "temp.GrayImage.Gamma";
-        QTest::newRow("front shown, back key") << "Data.GrayImage.Back.Gamma" << 0 << "(none)";
-        QTest::newRow("both, back key") << "Data.GrayImage.Back.Gamma" << 2 << "(none)";
-        QTest::newRow("back shown, front key") << "Data.GrayImage.Front.Gamma" << 1 << "(none)";
-        QTest::newRow("selector") << "Data.BinaryImageSide" << 0 << "temp.BinaryImageSide";
-        QTest::newRow("area") << "Data.Area.Measure.Front.L2.Width" << 0 << "temp.Area.Front.L2.Width";
-        QTest::newRow("plain setting") << "Data.Resolution" << 0 << "(none)";
+        row("back shown, back key", "Data.GrayImage.Back.Gamma", 1, "temp.GrayImage.Gamma");
+        row("front shown, back key", "Data.GrayImage.Back.Gamma", 0, "(none)");
+        row("both, back key", "Data.GrayImage.Back.Gamma", 2, "(none)");
+        row("back shown, front key", "Data.GrayImage.Front.Gamma", 1, "(none)");
+        row("selector", "Data.BinaryImageSide", 0, "temp.BinaryImageSide");
+        row("area", "Data.Area.Measure.Front.L2.Width", 0, "temp.Area.Front.L2.Width");
+        row("plain setting", "Data.Resolution", 0, "(none)");
     }
     void workingCopyKeys() {
         auto [key, grayside] = fetch<QString, int>("key", "grayside");
@@ -171,9 +166,9 @@ private slots:
 
     void imageTypeTexts_data() {
         columns<int, QString, QString>("type", "distinction", "grayColor");
-        QTest::newRow("auto gray") << 22 << QString("IDS_STR_MULTIRES_NEW") << QString("IDS_STR_GRAY");
-        QTest::newRow("auto colour") << 23 << QString("IDS_STR_MULTIRES_NEW") << QString("IDS_STR_COLOR");
-        QTest::newRow("colour") << 2 << QString("IDS_STR_AUTORES_NEW") << QString("IDS_STR_COLOR");
+        row("auto gray", 22, QString("IDS_STR_MULTIRES_NEW"), QString("IDS_STR_GRAY"));
+        row("auto colour", 23, QString("IDS_STR_MULTIRES_NEW"), QString("IDS_STR_COLOR"));
+        row("colour", 2, QString("IDS_STR_AUTORES_NEW"), QString("IDS_STR_COLOR"));
     }
     void imageTypeTexts() {
         auto [type, distinction, grayColor] =
@@ -231,10 +226,10 @@ private slots:
 
     void workingAreaValuesReachTheSetting_data() {
         columns<int, QString, double, double>("unit", "key", "entered", "stored");
-        QTest::newRow("inches") << 0 << "Width" << 1.0 << 25.4;
-        QTest::newRow("millimetres") << 1 << "Front.L1.X" << 12.5 << 12.5;
-        QTest::newRow("inches, back X") << 0 << "Back.X" << 0.5 << 12.7;
-        QTest::newRow("another unit counts as millimetres") << 7 << "Y" << 3.0 << 3.0;
+        row("inches", 0, "Width", 1.0, 25.4);
+        row("millimetres", 1, "Front.L1.X", 12.5, 12.5);
+        row("inches, back X", 0, "Back.X", 0.5, 12.7);
+        row("another unit counts as millimetres", 7, "Y", 3.0, 3.0);
     }
     void workingAreaValuesReachTheSetting() {
         auto [unit, key, entered] = fetch<int, QString, double>("unit", "key", "entered");
@@ -249,10 +244,10 @@ private slots:
     // set: they are set for the span of a call and put back however the call ends.
     void guardFlagsAreBackAfterAnObserverThrows_data() {
         columns<QString, int>("throwingAt", "action");
-        QTest::newRow("converting the area to another unit") << "temp.Area.Width" << 0;
-        QTest::newRow("refusing an area value that is no number") << "temp.Area.Width" << 1;
-        QTest::newRow("starting observation") << "temp.GrayDPI" << 2;
-        QTest::newRow("saving a profile") << "profiles.temporary" << 3;
+        row("converting the area to another unit", "temp.Area.Width", 0);
+        row("refusing an area value that is no number", "temp.Area.Width", 1);
+        row("starting observation", "temp.GrayDPI", 2);
+        row("saving a profile", "profiles.temporary", 3);
     }
     void guardFlagsAreBackAfterAnObserverThrows() {
         auto [throwingAt, action] = fetch<QString, int>("throwingAt", "action");

@@ -47,14 +47,14 @@ private slots:
 
     void currentPaperSize_data() {
         columns<TwValue, double, double>("paperSize", "width", "length");
-        QTest::newRow("A4") << TwValue(1) << 2100.0 << 2970.0;
-        QTest::newRow("A5") << TwValue(5) << 1480.0 << 2100.0;
-        QTest::newRow("high bits ignored") << TwValue(0x30005) << 1480.0 << 2100.0;
-        QTest::newRow("unknown code") << TwValue(99) << 2100.0 << 2970.0;
-        QTest::newRow("custom, truncated") << TwValue("Mine") << 1005.0 << 500.0;
-        QTest::newRow("custom that vanished") << TwValue("Gone") << 2100.0 << 2970.0;
-        QTest::newRow("custom without a size") << TwValue("Broken") << 2100.0 << 2970.0;
-        QTest::newRow("not a paper") << TwValue::array({5}) << 2100.0 << 2970.0;
+        row("A4", TwValue(1), 2100.0, 2970.0);
+        row("A5", TwValue(5), 1480.0, 2100.0);
+        row("high bits ignored", TwValue(0x30005), 1480.0, 2100.0);
+        row("unknown code", TwValue(99), 2100.0, 2970.0);
+        row("custom, truncated", TwValue("Mine"), 1005.0, 500.0);
+        row("custom that vanished", TwValue("Gone"), 2100.0, 2970.0);
+        row("custom without a size", TwValue("Broken"), 2100.0, 2970.0);
+        row("not a paper", TwValue::array({5}), 2100.0, 2970.0);
     }
     void currentPaperSize() {
         QFETCH(TwValue, paperSize);
@@ -72,13 +72,13 @@ private slots:
 
     void landscapeFollowsTheFeeder_data() {
         columns<TwValue, double, bool>("paperSize", "physicalWidth", "enabled");
-        QTest::newRow("A4 is too long to turn") << TwValue(1) << 8.5 << false;
-        QTest::newRow("A4 on a wider feeder") << TwValue(1) << 12.0 << true;
-        QTest::newRow("A5") << TwValue(5) << 8.5 << true;
-        QTest::newRow("length equal to the feeder width") << TwValue(52) << 8.5 << true;
-        QTest::newRow("card just wide enough") << TwValue(53) << 8.5 << true;
-        QTest::newRow("custom too narrow to feed sideways") << TwValue("Narrow") << 8.5 << false;
-        QTest::newRow("custom at the minimum") << TwValue("Edge") << 8.5 << true;
+        row("A4 is too long to turn", TwValue(1), 8.5, false);
+        row("A4 on a wider feeder", TwValue(1), 12.0, true);
+        row("A5", TwValue(5), 8.5, true);
+        row("length equal to the feeder width", TwValue(52), 8.5, true);
+        row("card just wide enough", TwValue(53), 8.5, true);
+        row("custom too narrow to feed sideways", TwValue("Narrow"), 8.5, false);
+        row("custom at the minimum", TwValue("Edge"), 8.5, true);
     }
     void landscapeFollowsTheFeeder() {
         auto [paperSize, physicalWidth, enabled] =
@@ -114,10 +114,10 @@ private slots:
 
     void binaryRates_data() {
         columns<int, QList<int>>("resolution", "kept");
-        QTest::newRow("150") << 150 << QList<int>{0, 4, 5};
-        QTest::newRow("300") << 300 << QList<int>{0, 1, 2, 4, 5};
-        QTest::newRow("400") << 400 << QList<int>{0, 1, 2, 3, 4, 5};
-        QTest::newRow("90") << 90 << QList<int>{0};
+        row("150", 150, QList<int>{0, 4, 5});
+        row("300", 300, QList<int>{0, 1, 2, 4, 5});
+        row("400", 400, QList<int>{0, 1, 2, 3, 4, 5});
+        row("90", 90, QList<int>{0});
     }
     void binaryRates() {
         QFETCH(int, resolution);
@@ -131,21 +131,21 @@ private slots:
 
     void grayResolution_data() {
         columns<int, int, int, int>("resolution", "code", "newCode", "gray");
-        QTest::newRow("150, none") << 150 << 0 << 0 << 150;
-        QTest::newRow("150, 1/2 steps to none") << 150 << 1 << 0 << 150;
-        QTest::newRow("150, 1/4 steps to none") << 150 << 3 << 0 << 150;
-        QTest::newRow("150, code 4 divides by one") << 150 << 4 << 4 << 150;
-        QTest::newRow("300, none") << 300 << 0 << 0 << 300;
-        QTest::newRow("300, 1/2") << 300 << 1 << 1 << 150;
-        QTest::newRow("300, 1/3") << 300 << 2 << 2 << 100;
-        QTest::newRow("300, 1/4 steps to 1/3") << 300 << 3 << 2 << 100;
-        QTest::newRow("300, code 5") << 300 << 5 << 5 << 300;
-        QTest::newRow("600, 1/2") << 600 << 1 << 1 << 300;
-        QTest::newRow("600, 1/3") << 600 << 2 << 2 << 200;
-        QTest::newRow("600, 1/4") << 600 << 3 << 3 << 150;
-        QTest::newRow("90, code 4 moves to 3 and down") << 90 << 4 << 0 << 90;
-        QTest::newRow("90, huge code") << 90 << 1000000000 << 0 << 90;
-        QTest::newRow("negative code") << 90 << -3 << -3 << 90;
+        row("150, none", 150, 0, 0, 150);
+        row("150, 1/2 steps to none", 150, 1, 0, 150);
+        row("150, 1/4 steps to none", 150, 3, 0, 150);
+        row("150, code 4 divides by one", 150, 4, 4, 150);
+        row("300, none", 300, 0, 0, 300);
+        row("300, 1/2", 300, 1, 1, 150);
+        row("300, 1/3", 300, 2, 2, 100);
+        row("300, 1/4 steps to 1/3", 300, 3, 2, 100);
+        row("300, code 5", 300, 5, 5, 300);
+        row("600, 1/2", 600, 1, 1, 300);
+        row("600, 1/3", 600, 2, 2, 200);
+        row("600, 1/4", 600, 3, 3, 150);
+        row("90, code 4 moves to 3 and down", 90, 4, 0, 90);
+        row("90, huge code", 90, 1000000000, 0, 90);
+        row("negative code", 90, -3, -3, 90);
     }
     void grayResolution() {
         auto [resolution, code] = fetch<int, int>("resolution", "code");
@@ -172,13 +172,11 @@ private slots:
 
     void autoCropLength_data() {
         columns<TwValue, int>("feeder", "length");
-        QTest::newRow("sample feeder: A3 too wide")
-            << dict({{"MaxWidth", 8.504}, {"MaxHeight", 118.0}}) << 8400;
-        QTest::newRow("narrower: no Letter or Legal")
-            << dict({{"MaxWidth", 8.3}, {"MaxHeight", 118.0}}) << 7016;
-        QTest::newRow("no limits: every paper") << dict({}) << 9921;
-        QTest::newRow("feeder not a dictionary") << TwValue("ADF") << 9921;
-        QTest::newRow("nothing fits") << dict({{"MaxWidth", 1.0}, {"MaxHeight", 1.0}}) << 0;
+        row("sample feeder: A3 too wide", dict({{"MaxWidth", 8.504}, {"MaxHeight", 118.0}}), 8400);
+        row("narrower: no Letter or Legal", dict({{"MaxWidth", 8.3}, {"MaxHeight", 118.0}}), 7016);
+        row("no limits: every paper", dict({}), 9921);
+        row("feeder not a dictionary", TwValue("ADF"), 9921);
+        row("nothing fits", dict({{"MaxWidth", 1.0}, {"MaxHeight", 1.0}}), 0);
     }
     void autoCropLength() {
         QFETCH(TwValue, feeder);

@@ -7,21 +7,21 @@ class TestTwValue : public QObject {
 private slots:
     void equality_data() {
         columns<TwValue, TwValue, bool>("a", "b", "equal");
-        QTest::newRow("int = real") << TwValue(300) << TwValue(300.0) << true;
-        QTest::newRow("int != real fraction") << TwValue(1) << TwValue(1.5) << false;
-        QTest::newRow("true = 1") << TwValue(true) << TwValue(1) << true;
-        QTest::newRow("number != its string") << TwValue(1) << TwValue("1") << false;
-        QTest::newRow("string case matters") << TwValue("ADF") << TwValue("adf") << false;
-        QTest::newRow("null = null") << TwValue() << TwValue() << true;
-        QTest::newRow("null != 0") << TwValue() << TwValue(0) << false;
-        QTest::newRow("arrays deep") << TwValue::array({1, "a", TwValue::dictionary({{"k", 2}})})
-                                     << TwValue::array({1.0, "a", TwValue::dictionary({{"k", 2.0}})}) << true;
-        QTest::newRow("arrays order") << TwValue::array({1, 2}) << TwValue::array({2, 1}) << false;
-        QTest::newRow("dicts ignore order")
-            << TwValue::dictionary({{"a", 1}, {"b", 2}}) << TwValue::dictionary({{"b", 2}, {"a", 1}}) << true;
-        QTest::newRow("dicts extra key")
-            << TwValue::dictionary({{"a", 1}}) << TwValue::dictionary({{"a", 1}, {"b", 2}}) << false;
-        QTest::newRow("large ints") << TwValue(9007199254740993LL) << TwValue(9007199254740992LL) << false;
+        row("int = real", TwValue(300), TwValue(300.0), true);
+        row("int != real fraction", TwValue(1), TwValue(1.5), false);
+        row("true = 1", TwValue(true), TwValue(1), true);
+        row("number != its string", TwValue(1), TwValue("1"), false);
+        row("string case matters", TwValue("ADF"), TwValue("adf"), false);
+        row("null = null", TwValue(), TwValue(), true);
+        row("null != 0", TwValue(), TwValue(0), false);
+        row("arrays deep", TwValue::array({1, "a", TwValue::dictionary({{"k", 2}})}),
+            TwValue::array({1.0, "a", TwValue::dictionary({{"k", 2.0}})}), true);
+        row("arrays order", TwValue::array({1, 2}), TwValue::array({2, 1}), false);
+        row("dicts ignore order", TwValue::dictionary({{"a", 1}, {"b", 2}}),
+            TwValue::dictionary({{"b", 2}, {"a", 1}}), true);
+        row("dicts extra key", TwValue::dictionary({{"a", 1}}), TwValue::dictionary({{"a", 1}, {"b", 2}}),
+            false);
+        row("large ints", TwValue(9007199254740993LL), TwValue(9007199254740992LL), false);
     }
     void equality() {
         auto [a, b, equal] = fetch<TwValue, TwValue, bool>("a", "b", "equal");
@@ -31,16 +31,16 @@ private slots:
 
     void conversions_data() {
         columns<TwValue, int, double, bool>("v", "intValue", "doubleValue", "boolValue");
-        QTest::newRow("real truncates") << TwValue(12.6) << 12 << 12.6 << true;
-        QTest::newRow("negative real truncates") << TwValue(-2.7) << -2 << -2.7 << true;
-        QTest::newRow("leading number") << TwValue(" 42abc") << 42 << 42.0 << true;
-        QTest::newRow("real string") << TwValue("3.75") << 3 << 3.75 << true;
-        QTest::newRow("no number") << TwValue("abc") << 0 << 0.0 << false;
-        QTest::newRow("yes string") << TwValue("YES") << 0 << 0.0 << true;
-        QTest::newRow("zeros then digit") << TwValue("-007") << -7 << -7.0 << true;
-        QTest::newRow("true") << TwValue(true) << 1 << 1.0 << true;
-        QTest::newRow("null") << TwValue() << 0 << 0.0 << false;
-        QTest::newRow("dictionary") << TwValue::dictionary() << 0 << 0.0 << false;
+        row("real truncates", TwValue(12.6), 12, 12.6, true);
+        row("negative real truncates", TwValue(-2.7), -2, -2.7, true);
+        row("leading number", TwValue(" 42abc"), 42, 42.0, true);
+        row("real string", TwValue("3.75"), 3, 3.75, true);
+        row("no number", TwValue("abc"), 0, 0.0, false);
+        row("yes string", TwValue("YES"), 0, 0.0, true);
+        row("zeros then digit", TwValue("-007"), -7, -7.0, true);
+        row("true", TwValue(true), 1, 1.0, true);
+        row("null", TwValue(), 0, 0.0, false);
+        row("dictionary", TwValue::dictionary(), 0, 0.0, false);
     }
     void conversions() {
         QFETCH(TwValue, v);

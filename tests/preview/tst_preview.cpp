@@ -68,7 +68,7 @@ class TestPreview : public QObject {
     Q_OBJECT
     SampleScanner sample;
 
-    std::unique_ptr<VmxUIControllerImpl> shown(bool modal = false) {
+    Facade shown(bool modal = false) {
         auto ui = sample.load({.callback = &prescanCallback});
         ui->showUi(true, modal, false);
         return ui;
@@ -164,30 +164,28 @@ private slots:
         // path: mm on the page: pressed, moved, released at the last
         // written: temp.* in the unit, Data.Area.Measure.* in mm
         columns<int, QRectF, QList<QPointF>, QVariantMap>("unit", "placed", "path", "written");
-        QTest::newRow("an edge, in inches")
-            << 0 << QRectF(25.4, 40, 80, 30) << QList<QPointF>{{25.4, 55}, {50.8, 55}, {50.8, 55}}
-            << QVariantMap{{"temp.Area.Front.L1.X", 2.0}, {"Data.Area.Measure.Front.L1.Width", 54.6}};
-        QTest::newRow("an edge, in millimetres")
-            << 1 << QRectF(30, 40, 80, 30) << QList<QPointF>{{30, 55}, {50, 55}, {50, 55}}
-            << QVariantMap{{"temp.Area.Front.L1.X", 50.0}, {"Data.Area.Measure.Front.L1.Width", 60.0}};
-        QTest::newRow("the left edge past the right")
-            << 1 << QRectF(40, 40, 60, 30)
-            << QList<QPointF>{{40, 55}, {90, 55}, {110, 55}, {130, 55}, {140, 55}}
-            << QVariantMap{{"temp.Area.Front.L1.X", 100.0},
-                           {"temp.Area.Front.L1.Width", 30.0},
-                           {"Data.Area.Measure.Front.L1.X", 100.0}};
-        QTest::newRow("moved inside")
-            << 1 << QRectF(40, 40, 60, 30) << QList<QPointF>{{70, 55}, {80, 65}, {90, 75}}
-            << QVariantMap{{"temp.Area.Front.L1.X", 60.0}, {"temp.Area.Front.L1.Y", 60.0}};
-        QTest::newRow("the main area moved against the border")
-            << 1 << QRectF() << QList<QPointF>{{50, 50}, {100, 60}, {180, 60}, {400, 60}}
-            << QVariantMap{{"temp.Area.Front.X", 110.0}, {"temp.Area.Width", 100.0}};
-        QTest::newRow("a new area drawn outside")
-            << 1 << QRectF(10, 10, 20, 20) << QList<QPointF>{{150, 250}, {120, 200}, {60, 150}}
-            << QVariantMap{{"temp.Area.Front.L1.X", 60.0},
-                           {"temp.Area.Front.L1.Y", 150.0},
-                           {"temp.Area.Front.L1.Width", 90.0},
-                           {"temp.Area.Front.L1.Length", 100.0}};
+        row("an edge, in inches", 0, QRectF(25.4, 40, 80, 30),
+            QList<QPointF>{{25.4, 55}, {50.8, 55}, {50.8, 55}},
+            QVariantMap{{"temp.Area.Front.L1.X", 2.0}, {"Data.Area.Measure.Front.L1.Width", 54.6}});
+        row("an edge, in millimetres", 1, QRectF(30, 40, 80, 30),
+            QList<QPointF>{{30, 55}, {50, 55}, {50, 55}},
+            QVariantMap{{"temp.Area.Front.L1.X", 50.0}, {"Data.Area.Measure.Front.L1.Width", 60.0}});
+        row("the left edge past the right", 1, QRectF(40, 40, 60, 30),
+            QList<QPointF>{{40, 55}, {90, 55}, {110, 55}, {130, 55}, {140, 55}},
+            QVariantMap{{"temp.Area.Front.L1.X", 100.0},
+                        {"temp.Area.Front.L1.Width", 30.0},
+                        {"Data.Area.Measure.Front.L1.X", 100.0}});
+        row("moved inside", 1, QRectF(40, 40, 60, 30), QList<QPointF>{{70, 55}, {80, 65}, {90, 75}},
+            QVariantMap{{"temp.Area.Front.L1.X", 60.0}, {"temp.Area.Front.L1.Y", 60.0}});
+        row("the main area moved against the border", 1, QRectF(),
+            QList<QPointF>{{50, 50}, {100, 60}, {180, 60}, {400, 60}},
+            QVariantMap{{"temp.Area.Front.X", 110.0}, {"temp.Area.Width", 100.0}});
+        row("a new area drawn outside", 1, QRectF(10, 10, 20, 20),
+            QList<QPointF>{{150, 250}, {120, 200}, {60, 150}},
+            QVariantMap{{"temp.Area.Front.L1.X", 60.0},
+                        {"temp.Area.Front.L1.Y", 150.0},
+                        {"temp.Area.Front.L1.Width", 90.0},
+                        {"temp.Area.Front.L1.Length", 100.0}});
     }
     void aDragWritesTheArea() {
         auto [unit, placed, path, written] =
@@ -251,7 +249,6 @@ private slots:
         QCOMPARE(v->cursor().hotSpot(), QPoint(15, 15));
         v->doZoominit(QSizeF(0, 200), QSizeF(800, 800)); // no page: the scale stays
         QCOMPARE(v->width(), 400);
-        ui->hideUi();
     }
 
     // ---- Zoom and the hand ----
@@ -294,7 +291,6 @@ private slots:
         QTest::mouseClick(p->btnZoomFit(), Qt::LeftButton);
         QCOMPARE(v->zoomIndex(), 0);
         QCOMPARE(v->scale(), double(fitRate(p->GetCurrentPaperSize(), QSizeF(area->size()))));
-        ui->hideUi();
     }
 
     // ---- Area list and sides ----
@@ -333,17 +329,16 @@ private slots:
         QCOMPARE(p->selectedArea(), kTwMainAreaId);
         QCOMPARE(p->cmbArea()->count(), 2);
         QCOMPARE(p->cmbArea()->currentData().toInt(), int(kTwMainAreaId));
-        ui->hideUi();
     }
 
     // The back page can be chosen for paper sources 1, 4 and 5 when there is one.
     void theBackSideByPaperSource_data() {
         columns<int, bool, bool>("source", "backImage", "enabled");
-        QTest::newRow("source 1") << 1 << true << true;
-        QTest::newRow("source 1 without a back page") << 1 << false << false;
-        QTest::newRow("source 2") << 2 << true << false;
-        QTest::newRow("source 3") << 3 << true << false;
-        QTest::newRow("source 0") << 0 << true << false;
+        row("source 1", 1, true, true);
+        row("source 1 without a back page", 1, false, false);
+        row("source 2", 2, true, false);
+        row("source 3", 3, true, false);
+        row("source 0", 0, true, false);
     }
     void theBackSideByPaperSource() {
         auto [source, backImage, enabled] = fetch<int, bool, bool>("source", "backImage", "enabled");
@@ -362,7 +357,6 @@ private slots:
                                                  ? QStringLiteral("67.89(%)")
                                                  : QStringLiteral("-(%)"));
         }
-        ui->hideUi();
     }
 
     // While a new area is drawn the band is dashed 2 on, 2 off in page units (millimetres), so the
@@ -399,16 +393,15 @@ private slots:
                 QVERIFY2(std::abs(run - dash) <= 1.5,
                          qPrintable(QString("run %1, dash %2").arg(run).arg(dash)));
         }
-        ui->hideUi();
     }
 
     // On a large desktop, a small one and at twice the scale, the preview comes up wholly on the
     // dialog's screen, beside the dialog where there is room and never over its bottom buttons.
     void thePreviewStaysOnTheDialogsScreen_data() {
         columns<QString, bool>("screen", "beside");
-        QTest::newRow("desktop") << "desktop" << true;
-        QTest::newRow("1366 x 768: too narrow for both") << "laptop" << false;
-        QTest::newRow("1920 x 1080 at 2x") << "scaled" << false;
+        row("desktop", "desktop", true);
+        row("1366 x 768: too narrow for both", "laptop", false);
+        row("1920 x 1080 at 2x", "scaled", false);
     }
     void thePreviewStaysOnTheDialogsScreen() {
         auto [screen, beside] = fetch<QString, bool>("screen", "beside");
@@ -430,7 +423,6 @@ private slots:
         QVERIFY(available.contains(dialog->frameGeometry()));
         QCOMPARE(p->frameGeometry().left() > dialog->frameGeometry().right(), beside);
         QVERIFY(!p->frameGeometry().intersects(dialog->buttonRow()));
-        ui->hideUi();
     }
 
     // One block given for both sides by events 3 and 5 is freed once and shown for both sides.
@@ -445,7 +437,6 @@ private slots:
             QCOMPARE(p->imageBack(), p->imageFront());
             ui->controllerIfMade()->previewRescan();
         }
-        ui->hideUi();
     }
 
     // A seeded storm of drags, tool, side, area and unit changes, rescans and hostile area writes
@@ -454,7 +445,7 @@ private slots:
     void areasSurviveAStorm_data() {
         QTest::addColumn<int>("seed");
         for (int seed : {1, 7, 42, 1234, 99991})
-            QTest::newRow(qPrintable(QString("seed %1").arg(seed))) << seed;
+            row(qPrintable(QString("seed %1").arg(seed)), seed);
     }
     void areasSurviveAStorm() {
         QFETCH(int, seed);
@@ -525,7 +516,6 @@ private slots:
             QVERIFY2(mm[2] >= std::min<double>(row.minWidth, w) - 1e-6, row.widthKey);
             QVERIFY2(mm[3] >= std::min<double>(row.minLength, l) - 1e-6, row.lengthKey);
         }
-        ui->hideUi();
     }
 
     // The ratios show only where their features are on.
@@ -543,7 +533,6 @@ private slots:
         p->SetSideBottomLable(0);
         QCOMPARE(p->labValue1()->text(), QStringLiteral("-(%)"));
         QCOMPARE(p->labValue2()->text(), QStringLiteral("1.50(%)"));
-        ui->hideUi();
     }
 
     // ---- Rescans and closing ----
@@ -576,7 +565,6 @@ private slots:
         ui->setCallback(nullptr); // a rescan without a callback asks nobody
         ui->controllerIfMade()->previewRescan();
         QCOMPARE(count(kVmxEventPreviewRescan), 2);
-        ui->hideUi();
     }
 
     // Page-wide changes (resolution, paper size) and every action that leaves the preview behind
@@ -585,7 +573,7 @@ private slots:
         QTest::addColumn<QString>("action"); // an action of the dialog, or key=value
         for (const char* a : {"Data.Resolution=200", "Data.PaperSize=2", "onOK", "onCancel", "onStart",
                               "onDefault", "onPrescan"})
-            QTest::newRow(a) << a;
+            row(a, a);
     }
     void whatClosesThePreview() {
         QFETCH(QString, action);
@@ -599,7 +587,6 @@ private slots:
             ui->controllerIfMade()->performAction(action);
         QVERIFY(!p->isVisible() && !p->isStatusTimerRunning());
         QVERIFY(p->imageFront().isNull());
-        ui->hideUi();
     }
 
     // A modal dialog's prescan: the dialog stays application-modal, the preview takes input too,
@@ -632,7 +619,6 @@ private slots:
         clickThroughWindow(main->btnDefault());
         QVERIFY(!p->isVisible());
         QVERIFY(!ui->controllerIfMade()->hasPrescanSession());
-        ui->hideUi();
     }
 
     // Pages only: no areas, no back side, no timer; the hand tool; the page's own size.
@@ -661,7 +647,6 @@ private slots:
         set(*ui, "Data.Image.Invert", true);
         QTest::qWait(250);
         QCOMPARE(count(kVmxEventPreviewRescan), 0);
-        ui->hideUi();
     }
 
     // ---- Bad pages and resources ----
@@ -670,8 +655,8 @@ private slots:
     // freed; so is one with a compression Qt's reader does not know; nothing crashes.
     void aBrokenBitmapShowsNoPage_data() {
         QTest::addColumn<int>("front");
-        QTest::newRow("lying header") << int(Front::LyingHeader);
-        QTest::newRow("too short") << int(Front::TooShort);
+        row("lying header", int(Front::LyingHeader));
+        row("too short", int(Front::TooShort));
     }
     void aBrokenBitmapShowsNoPage() {
         QFETCH(int, front);
@@ -687,7 +672,6 @@ private slots:
         std::memcpy(static_cast<char*>(odd.data()) + 16, &compression, 4);
         QVERIFY(CreateImage(odd).isNull());
         p->grab(); // paints a white page
-        ui->hideUi();
     }
 
     // The five cursor pictures come from the module's bundle with their hot spots.

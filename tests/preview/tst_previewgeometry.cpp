@@ -11,13 +11,13 @@ class TestPreviewGeometry : public QObject {
 private slots:
     void pointsMapByMirrorAndDuplexBack_data() {
         columns<int, bool, bool, QPointF>("duplexType", "mirror", "front", "expected");
-        QTest::newRow("plain front") << 0 << false << true << QPointF(10, 20);
-        QTest::newRow("plain back, duplex 0") << 0 << false << false << QPointF(10, 20);
-        QTest::newRow("duplex 1 front") << 1 << false << true << QPointF(10, 20);
-        QTest::newRow("duplex 1 back: half turn") << 1 << false << false << QPointF(200, 277);
-        QTest::newRow("duplex 1 back, mirrored: y only") << 1 << true << false << QPointF(10, 277);
-        QTest::newRow("mirrored front") << 0 << true << true << QPointF(200, 20);
-        QTest::newRow("duplex 2 back, mirrored") << 2 << true << false << QPointF(200, 20);
+        row("plain front", 0, false, true, QPointF(10, 20));
+        row("plain back, duplex 0", 0, false, false, QPointF(10, 20));
+        row("duplex 1 front", 1, false, true, QPointF(10, 20));
+        row("duplex 1 back: half turn", 1, false, false, QPointF(200, 277));
+        row("duplex 1 back, mirrored: y only", 1, true, false, QPointF(10, 277));
+        row("mirrored front", 0, true, true, QPointF(200, 20));
+        row("duplex 2 back, mirrored", 2, true, false, QPointF(200, 20));
     }
     void pointsMapByMirrorAndDuplexBack() {
         auto [duplexType, mirror, front, expected] =
@@ -56,27 +56,23 @@ private slots:
         // edgesAfter: left, top, right, bottom as x, y, width, height
         columns<int, QPointF, QPointF, int, QRectF>("zone", "ptDrag", "delta", "zoneAfter", "edgesAfter");
         const QPointF none(999, 999);
-        QTest::newRow("left edge inward")
-            << int(kZoneLeft) << QPointF(50, 0) << none << int(kZoneLeft) << QRectF(50, 30, 120, 90);
-        QTest::newRow("left past right")
-            << int(kZoneLeft) << QPointF(130, 0) << none << int(kZoneRight) << QRectF(120, 30, 130, 90);
-        QTest::newRow("top past bottom")
-            << int(kZoneTop) << QPointF(0, 95) << none << int(kZoneBottom) << QRectF(20, 90, 120, 95);
-        QTest::newRow("top left past both") << int(kZoneTopLeft) << QPointF(125, 100) << none
-                                            << int(kZoneBottomRight) << QRectF(120, 90, 125, 100);
-        QTest::newRow("top right past left")
-            << int(kZoneTopRight) << QPointF(10, 40) << none << int(kZoneTopLeft) << QRectF(10, 40, 20, 90);
-        QTest::newRow("bottom left past top") << int(kZoneBottomLeft) << QPointF(25, 10) << none
-                                              << int(kZoneTopLeft) << QRectF(25, 10, 120, 30);
+        row("left edge inward", int(kZoneLeft), QPointF(50, 0), none, int(kZoneLeft),
+            QRectF(50, 30, 120, 90));
+        row("left past right", int(kZoneLeft), QPointF(130, 0), none, int(kZoneRight),
+            QRectF(120, 30, 130, 90));
+        row("top past bottom", int(kZoneTop), QPointF(0, 95), none, int(kZoneBottom),
+            QRectF(20, 90, 120, 95));
+        row("top left past both", int(kZoneTopLeft), QPointF(125, 100), none, int(kZoneBottomRight),
+            QRectF(120, 90, 125, 100));
+        row("top right past left", int(kZoneTopRight), QPointF(10, 40), none, int(kZoneTopLeft),
+            QRectF(10, 40, 20, 90));
+        row("bottom left past top", int(kZoneBottomLeft), QPointF(25, 10), none, int(kZoneTopLeft),
+            QRectF(25, 10, 120, 30));
         const int in = kZoneInside;
-        QTest::newRow("moved inside the page")
-            << in << QPointF() << QPointF(5, -5) << in << QRectF(25, 25, 125, 85);
-        QTest::newRow("moved past the right")
-            << in << QPointF() << QPointF(500, 0) << in << QRectF(110, 30, 210, 90);
-        QTest::newRow("moved past the top left")
-            << in << QPointF() << QPointF(-50, -50) << in << QRectF(0, 0, 100, 60);
-        QTest::newRow("moved past the bottom")
-            << in << QPointF() << QPointF(0, 400) << in << QRectF(20, 237, 120, 297);
+        row("moved inside the page", in, QPointF(), QPointF(5, -5), in, QRectF(25, 25, 125, 85));
+        row("moved past the right", in, QPointF(), QPointF(500, 0), in, QRectF(110, 30, 210, 90));
+        row("moved past the top left", in, QPointF(), QPointF(-50, -50), in, QRectF(0, 0, 100, 60));
+        row("moved past the bottom", in, QPointF(), QPointF(0, 400), in, QRectF(20, 237, 120, 297));
     }
     void dragsOfEdgesAndMoves() {
         auto [zone, ptDrag, delta, zoneAfter, edgesAfter] =

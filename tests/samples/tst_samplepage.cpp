@@ -10,10 +10,10 @@ class TestSamplePage : public QObject {
 private slots:
     void aPageIsABitmapOfTheAskedKind_data() {
         columns<int, bool, int>("type", "back", "bits");
-        QTest::newRow("black and white front") << int(SampleImageType::Binary) << false << 1;
-        QTest::newRow("grayscale front") << int(SampleImageType::Gray) << false << 8;
-        QTest::newRow("colour front") << int(SampleImageType::Color) << false << 24;
-        QTest::newRow("colour back") << int(SampleImageType::Color) << true << 24;
+        row("black and white front", int(SampleImageType::Binary), false, 1);
+        row("grayscale front", int(SampleImageType::Gray), false, 8);
+        row("colour front", int(SampleImageType::Color), false, 24);
+        row("colour back", int(SampleImageType::Color), true, 24);
     }
     void aPageIsABitmapOfTheAskedKind() {
         auto [type, back, bits] = fetch<int, bool, int>("type", "back", "bits");

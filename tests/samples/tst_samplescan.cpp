@@ -2,6 +2,7 @@
 // that ends by the data source's poll, the pages going by, and the double feed whose question the
 // scanner's panel answers, going on or stopping by the answer.
 #include <QProcess>
+#include <QTemporaryDir>
 #include <QTest>
 
 class TestSampleScan : public QObject {
@@ -29,6 +30,10 @@ private slots:
         QProcess sample;
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert("QT_QPA_PLATFORM", "offscreen");
+        // A home and preferences of the run's own, never the user's.
+        QTemporaryDir home;
+        env.insert("HOME", home.path());
+        env.insert("XDG_CONFIG_HOME", home.path());
         sample.setProcessEnvironment(env);
         sample.start(QStringLiteral(SAMPLEDS_PATH),
                      {"--headless", "--scan", "--scan-pages", "4", "--double-feed-at", "2", "--paper-wait",

@@ -47,11 +47,10 @@ private slots:
 
     void brokenInputIsRefused_data() {
         QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("empty") << QByteArray();
-        QTest::newRow("text") << QByteArray("not a plist at all");
-        QTest::newRow("truncated") << QByteArray(
-            "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>a</key>");
-        QTest::newRow("binary header only") << QByteArray("bplist00");
+        row("empty", QByteArray());
+        row("text", QByteArray("not a plist at all"));
+        row("truncated", QByteArray("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>a</key>"));
+        row("binary header only", QByteArray("bplist00"));
     }
     void brokenInputIsRefused() {
         QFETCH(QByteArray, bytes);
@@ -165,15 +164,13 @@ private slots:
 
     void formatFillsPlaceholders_data() {
         columns<QString, QStringList, QString>("format", "arguments", "text");
-        QTest::newRow("objects in order")
-            << "Delete %@ and %@?" << QStringList{"a", "b"} << "Delete a and b?";
-        QTest::newRow("numbered") << "%2$@ before %1$@" << QStringList{"one", "two"} << "two before one";
-        QTest::newRow("printf number")
-            << "At most %d characters" << QStringList{"32"} << "At most 32 characters";
-        QTest::newRow("length modifier") << "%ld of %lu" << QStringList{"1", "2"} << "1 of 2";
-        QTest::newRow("percent sign") << "100%% done: %@" << QStringList{"x"} << "100% done: x";
-        QTest::newRow("missing argument") << "%@ and %@" << QStringList{"a"} << "a and ";
-        QTest::newRow("no conversion") << "50% off %" << QStringList{"a"} << "50% off %";
+        row("objects in order", "Delete %@ and %@?", QStringList{"a", "b"}, "Delete a and b?");
+        row("numbered", "%2$@ before %1$@", QStringList{"one", "two"}, "two before one");
+        row("printf number", "At most %d characters", QStringList{"32"}, "At most 32 characters");
+        row("length modifier", "%ld of %lu", QStringList{"1", "2"}, "1 of 2");
+        row("percent sign", "100%% done: %@", QStringList{"x"}, "100% done: x");
+        row("missing argument", "%@ and %@", QStringList{"a"}, "a and ");
+        row("no conversion", "50% off %", QStringList{"a"}, "50% off %");
     }
     void formatFillsPlaceholders() {
         auto [format, arguments, text] = fetch<QString, QStringList, QString>("format", "arguments", "text");

@@ -70,12 +70,12 @@ private slots:
 
     void eachDepthHasItsHeaderPaletteAndStride_data() {
         columns<int, int, int, int, uint, uint>("bits", "width", "dpi", "perMetre", "headerSize", "stride");
-        QTest::newRow("1 bit at 200 dpi") << 1 << 33 << 200 << 7874 << 48u << 8u;
-        QTest::newRow("4 bits") << 4 << 3 << 300 << 11811 << 104u << 4u;
-        QTest::newRow("8 bits at 100 dpi") << 8 << 5 << 100 << 3937 << 1064u << 8u;
-        QTest::newRow("24 bits, width 1") << 24 << 1 << 300 << 11811 << 40u << 4u;
-        QTest::newRow("24 bits, width 3") << 24 << 3 << 300 << 11811 << 40u << 12u;
-        QTest::newRow("32 bits") << 32 << 3 << 300 << 11811 << 40u << 12u;
+        row("1 bit at 200 dpi", 1, 33, 200, 7874, 48u, 8u);
+        row("4 bits", 4, 3, 300, 11811, 104u, 4u);
+        row("8 bits at 100 dpi", 8, 5, 100, 3937, 1064u, 8u);
+        row("24 bits, width 1", 24, 1, 300, 11811, 40u, 4u);
+        row("24 bits, width 3", 24, 3, 300, 11811, 40u, 12u);
+        row("32 bits", 32, 3, 300, 11811, 40u, 12u);
     }
     void eachDepthHasItsHeaderPaletteAndStride() {
         auto [bits, width, dpi, perMetre, headerSize, stride] =
@@ -113,12 +113,12 @@ private slots:
 
     void getDIBSizeDirectLeavesRoomToGrow_data() {
         columns<uint, int, int, uint>("bits", "width", "height", "size");
-        QTest::newRow("1 bit: four packed rows each, 1 % more rows") << 1u << 33 << 100 << 48u + 101u * 32u;
-        QTest::newRow("24 bits") << 24u << 10 << 250 << 40u + 252u * 32u;
-        QTest::newRow("only the low byte of the bit count") << 0x118u << 10 << 250 << 40u + 252u * 32u;
-        QTest::newRow("8 bits, fewer than 100 rows") << 8u << 10 << 99 << 1064u + 99u * 12u;
-        QTest::newRow("negative width") << 24u << -10 << 10 << 0u;
-        QTest::newRow("beyond 32 bits") << 32u << 65535 << 65535 << 0u;
+        row("1 bit: four packed rows each, 1 % more rows", 1u, 33, 100, 48u + 101u * 32u);
+        row("24 bits", 24u, 10, 250, 40u + 252u * 32u);
+        row("only the low byte of the bit count", 0x118u, 10, 250, 40u + 252u * 32u);
+        row("8 bits, fewer than 100 rows", 8u, 10, 99, 1064u + 99u * 12u);
+        row("negative width", 24u, -10, 10, 0u);
+        row("beyond 32 bits", 32u, 65535, 65535, 0u);
     }
     void getDIBSizeDirectLeavesRoomToGrow() {
         auto [bits, width, height, size] = fetch<uint, int, int, uint>("bits", "width", "height", "size");
@@ -151,9 +151,9 @@ private slots:
     void sizeInMillimetres_data() {
         // size: invalid: no size
         columns<int, int, int, QSizeF>("width", "height", "dpi", "size");
-        QTest::newRow("2 px at 300 dpi") << 2 << 2 << 300 << QSizeF(0.2, 0.2);
-        QTest::newRow("A4 at 100 dpi") << 827 << 1169 << 100 << QSizeF(210.1, 296.9);
-        QTest::newRow("no resolution") << 2 << 2 << 0 << QSizeF();
+        row("2 px at 300 dpi", 2, 2, 300, QSizeF(0.2, 0.2));
+        row("A4 at 100 dpi", 827, 1169, 100, QSizeF(210.1, 296.9));
+        row("no resolution", 2, 2, 0, QSizeF());
     }
     void sizeInMillimetres() {
         auto [width, height, dpi] = fetch<int, int, int>("width", "height", "dpi");
@@ -170,34 +170,29 @@ private slots:
         // function works in place; for lines, count is the line length and there are two lines.
         QTest::addColumn<QByteArray>("expected");
         const QByteArray none;
-        QTest::newRow("copy") << int(kByteCopy) << QByteArray("\x01\x02\x03\x04", 4) << 3 << none
-                              << QByteArray("\x01\x02\x03\xEE", 4);
-        QTest::newRow("inverted") << int(kByteCopyReverse) << QByteArray("\x00\xFF\x0F", 3) << 3 << none
-                                  << QByteArray("\xFF\x00\xF0\xEE", 4);
-        QTest::newRow("bit order reversed") << int(kByteCopyBitRev) << QByteArray("\x01\x80\x0F\xA0", 4) << 4
-                                            << none << QByteArray("\x80\x01\xF0\x05\xEE", 5);
-        QTest::newRow("bit order reversed and inverted")
-            << int(kByteCopyBitRevReverse) << QByteArray("\x01\x0F", 2) << 2 << none
-            << QByteArray("\x7F\x0F\xEE", 3);
-        QTest::newRow("RGB swapped, whole pixels only")
-            << int(kByteCopySwapRGB) << QByteArray("abcdefg") << 7 << none << QByteArray("cbafed\xEE\xEE");
-        QTest::newRow("RGB swapped, less than a pixel")
-            << int(kByteCopySwapRGB) << QByteArray("ab") << 2 << none << QByteArray("\xEE\xEE\xEE");
-        QTest::newRow("RGB swapped in place")
-            << int(kByteSwapRGB) << QByteArray("abcdefgh") << 6 << none << QByteArray("cbafedgh");
-        QTest::newRow("RGB swapped in lines of 7 bytes")
-            << int(kByteSwapRGBLines) << QByteArray("abcdefgABCDEFGx") << 7 << none
-            << QByteArray("cbafedgCBAFEDGx");
-        QTest::newRow("1 bit to grey, white and black")
-            << int(kByteCopy1bppTo8bpp) << QByteArray("\xA5\x80", 2) << 9 << palette2(Qt::white, Qt::black)
-            << QByteArray("\x00\xFF\x00\xFF\xFF\x00\xFF\x00\x00\xEE", 10);
+        row("copy", int(kByteCopy), QByteArray("\x01\x02\x03\x04", 4), 3, none,
+            QByteArray("\x01\x02\x03\xEE", 4));
+        row("inverted", int(kByteCopyReverse), QByteArray("\x00\xFF\x0F", 3), 3, none,
+            QByteArray("\xFF\x00\xF0\xEE", 4));
+        row("bit order reversed", int(kByteCopyBitRev), QByteArray("\x01\x80\x0F\xA0", 4), 4, none,
+            QByteArray("\x80\x01\xF0\x05\xEE", 5));
+        row("bit order reversed and inverted", int(kByteCopyBitRevReverse), QByteArray("\x01\x0F", 2), 2,
+            none, QByteArray("\x7F\x0F\xEE", 3));
+        row("RGB swapped, whole pixels only", int(kByteCopySwapRGB), QByteArray("abcdefg"), 7, none,
+            QByteArray("cbafed\xEE\xEE"));
+        row("RGB swapped, less than a pixel", int(kByteCopySwapRGB), QByteArray("ab"), 2, none,
+            QByteArray("\xEE\xEE\xEE"));
+        row("RGB swapped in place", int(kByteSwapRGB), QByteArray("abcdefgh"), 6, none,
+            QByteArray("cbafedgh"));
+        row("RGB swapped in lines of 7 bytes", int(kByteSwapRGBLines), QByteArray("abcdefgABCDEFGx"), 7, none,
+            QByteArray("cbafedgCBAFEDGx"));
+        row("1 bit to grey, white and black", int(kByteCopy1bppTo8bpp), QByteArray("\xA5\x80", 2), 9,
+            palette2(Qt::white, Qt::black), QByteArray("\x00\xFF\x00\xFF\xFF\x00\xFF\x00\x00\xEE", 10));
         // The grey weights: 0.299 of red, 0.587 of green, 0.114 of blue.
-        QTest::newRow("1 bit to grey, red and green")
-            << int(kByteCopy1bppTo8bpp) << QByteArray("\x40", 1) << 3 << palette2(Qt::red, Qt::green)
-            << QByteArray("\x4C\x96\x4C\xEE", 4);
-        QTest::newRow("1 bit to grey, blue and grey")
-            << int(kByteCopy1bppTo8bpp) << QByteArray("\x80", 1) << 2
-            << palette2(Qt::blue, QColor(100, 150, 200)) << QByteArray("\x8D\x1D\xEE", 3);
+        row("1 bit to grey, red and green", int(kByteCopy1bppTo8bpp), QByteArray("\x40", 1), 3,
+            palette2(Qt::red, Qt::green), QByteArray("\x4C\x96\x4C\xEE", 4));
+        row("1 bit to grey, blue and grey", int(kByteCopy1bppTo8bpp), QByteArray("\x80", 1), 2,
+            palette2(Qt::blue, QColor(100, 150, 200)), QByteArray("\x8D\x1D\xEE", 3));
     }
     void copyFamily() {
         auto [function, source, count, palette, expected] =
@@ -225,13 +220,13 @@ private slots:
     // Top-down rows in memory become a bottom-up file that Qt's reader shows the right way up.
     void saveBMPWritesAFileQtReads_data() {
         columns<int, bool>("bits", "swap");
-        QTest::newRow("1 bit") << 1 << false;
-        QTest::newRow("4 bits") << 4 << false;
-        QTest::newRow("8 bits") << 8 << false;
-        QTest::newRow("24 bits") << 24 << false;
-        QTest::newRow("24 bits, RGB in memory") << 24 << true;
-        QTest::newRow("32 bits") << 32 << false;
-        QTest::newRow("8 bits, swap ignored") << 8 << true;
+        row("1 bit", 1, false);
+        row("4 bits", 4, false);
+        row("8 bits", 8, false);
+        row("24 bits", 24, false);
+        row("24 bits, RGB in memory", 24, true);
+        row("32 bits", 32, false);
+        row("8 bits, swap ignored", 8, true);
     }
     void saveBMPWritesAFileQtReads() {
         auto [bits, swap] = fetch<int, bool>("bits", "swap");
@@ -302,11 +297,11 @@ private slots:
     // without looking at the palette (a 4-bit image keeps 54).
     void bitmapFileBytesGetThePixelOffsetOfTheirDepth_data() {
         columns<int, uint>("bits", "offset");
-        QTest::newRow("1 bit") << 1 << 62u;
-        QTest::newRow("4 bits") << 4 << 54u;
-        QTest::newRow("8 bits") << 8 << 1078u;
-        QTest::newRow("24 bits") << 24 << 54u;
-        QTest::newRow("32 bits") << 32 << 54u;
+        row("1 bit", 1, 62u);
+        row("4 bits", 4, 54u);
+        row("8 bits", 8, 1078u);
+        row("24 bits", 24, 54u);
+        row("32 bits", 32, 54u);
     }
     void bitmapFileBytesGetThePixelOffsetOfTheirDepth() {
         auto [bits, offset] = fetch<int, uint>("bits", "offset");
@@ -327,8 +322,8 @@ private slots:
 
     void alignAndUnalignRoundTrip_data() {
         QTest::addColumn<int>("width");
-        QTest::newRow("padded rows") << 5;
-        QTest::newRow("rows without padding") << 4;
+        row("padded rows", 5);
+        row("rows without padding", 4);
     }
     void alignAndUnalignRoundTrip() {
         QFETCH(int, width);
@@ -366,20 +361,20 @@ private slots:
 
     void lyingHeadersAreRefused_data() {
         columns<int, uint, int, int, int>("length", "headerSize", "width", "height", "bits");
-        QTest::newRow("shorter than a header") << 39 << 40u << 1 << 1 << 24;
-        QTest::newRow("header size 12") << 56 << 12u << 2 << 2 << 24;
-        QTest::newRow("header size beyond the buffer") << 104 << 4000u << 2 << 2 << 24;
-        QTest::newRow("zero width") << 1000 << 40u << 0 << 2 << 24;
-        QTest::newRow("negative height") << 1000 << 40u << 2 << -2 << 24;
-        QTest::newRow("huge width") << 40 + 1024 + 70000 << 40u << 70000 << 1 << 8;
-        QTest::newRow("huge height") << 1000 << 40u << 1 << 65536 << 8;
-        QTest::newRow("16 bits") << 1000 << 40u << 2 << 2 << 16;
-        QTest::newRow("bit count 0") << 1000 << 40u << 2 << 2 << 0;
-        QTest::newRow("palette past the end") << 40 + 100 << 40u << 1 << 1 << 8;
-        QTest::newRow("rows past the end") << 40 + 100 << 40u << 10 << 10 << 24;
-        QTest::newRow("last row one byte short") << 40 + 36 - 1 << 40u << 4 << 3 << 24;
+        row("shorter than a header", 39, 40u, 1, 1, 24);
+        row("header size 12", 56, 12u, 2, 2, 24);
+        row("header size beyond the buffer", 104, 4000u, 2, 2, 24);
+        row("zero width", 1000, 40u, 0, 2, 24);
+        row("negative height", 1000, 40u, 2, -2, 24);
+        row("huge width", 40 + 1024 + 70000, 40u, 70000, 1, 8);
+        row("huge height", 1000, 40u, 1, 65536, 8);
+        row("16 bits", 1000, 40u, 2, 2, 16);
+        row("bit count 0", 1000, 40u, 2, 2, 0);
+        row("palette past the end", 40 + 100, 40u, 1, 1, 8);
+        row("rows past the end", 40 + 100, 40u, 10, 10, 24);
+        row("last row one byte short", 40 + 36 - 1, 40u, 4, 3, 24);
         // 32768 x 32768 x 4 bytes is 2^32: in 32-bit arithmetic the rows would take no room.
-        QTest::newRow("rows overflowing 32 bits") << 40 + 64 << 40u << 32768 << 32768 << 32;
+        row("rows overflowing 32 bits", 40 + 64, 40u, 32768, 32768, 32);
     }
     void lyingHeadersAreRefused() {
         auto [length, headerSize, width, height, bits] =

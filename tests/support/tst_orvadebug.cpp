@@ -110,9 +110,9 @@ private slots:
 
     void nothingIsWritten_data() {
         columns<bool, int>("filesExist", "level");
-        QTest::newRow("neither file exists") << false << int(kOrvaLogAlways);
+        row("neither file exists", false, int(kOrvaLogAlways));
         // An empty file would get the creation line if a dropped level opened it.
-        QTest::newRow("dropped level") << true << 7;
+        row("dropped level", true, 7);
     }
     void nothingIsWritten() {
         auto [filesExist, level] = fetch<bool, int>("filesExist", "level");
@@ -147,8 +147,8 @@ private slots:
 
     void creationLineOnlyOnEmptyFile_data() {
         QTest::addColumn<QByteArray>("initial");
-        QTest::newRow("empty") << QByteArray();
-        QTest::newRow("one byte") << QByteArray("x");
+        row("empty", QByteArray());
+        row("one byte", QByteArray("x"));
     }
     void creationLineOnlyOnEmptyFile() {
         QFETCH(QByteArray, initial);
@@ -194,11 +194,11 @@ private slots:
         const char letters[] = " EWNITD";
         for (int level = 0; level <= 6; ++level)
             QTest::addRow("%d", level) << level << 6 << letters[level];
-        QTest::newRow("99 dropped at 98") << 99 << 98 << '\0';
-        QTest::newRow("99 P at 99") << 99 << 99 << 'P';
-        QTest::newRow("7 blank at 99") << 7 << 99 << ' ';
-        QTest::newRow("0 dropped at -1") << 0 << -1 << '\0';
-        QTest::newRow("-1 blank") << -1 << 6 << ' ';
+        row("99 dropped at 98", 99, 98, '\0');
+        row("99 P at 99", 99, 99, 'P');
+        row("7 blank at 99", 7, 99, ' ');
+        row("0 dropped at -1", 0, -1, '\0');
+        row("-1 blank", -1, 6, ' ');
     }
     void levelLetters() {
         auto [level, mode, letter] = fetch<int, int, char>("level", "mode", "letter");
@@ -237,8 +237,8 @@ private slots:
 
     void unlevelledLines_data() {
         columns<int, int>("flag", "mode");
-        QTest::newRow("flag 0: no time") << 0 << 6;
-        QTest::newRow("any other flag, whatever the level") << 7 << -5;
+        row("flag 0: no time", 0, 6);
+        row("any other flag, whatever the level", 7, -5);
     }
     void unlevelledLines() {
         auto [flag, mode] = fetch<int, int>("flag", "mode");
@@ -265,11 +265,11 @@ private slots:
         // present: generations that exist before, by digit
         // expected: head of P.0 .. P.4 afterwards, "" for none
         columns<qint64, QString, QStringList>("size", "present", "expected");
-        QTest::newRow("exactly 5 MiB: kept") << kMaxSize << "" << QStringList();
-        QTest::newRow("one byte more: rotated") << kMaxSize + 1 << "" << QStringList{"live", "", "", "", ""};
-        QTest::newRow("all five: the oldest dropped")
-            << kMaxSize + 1 << "01234" << QStringList{"live", "gen0", "gen1", "gen2", "gen3"};
-        QTest::newRow("gap at 1") << kMaxSize + 1 << "023" << QStringList{"live", "gen0", "", "gen2", "gen3"};
+        row("exactly 5 MiB: kept", kMaxSize, "", QStringList());
+        row("one byte more: rotated", kMaxSize + 1, "", QStringList{"live", "", "", "", ""});
+        row("all five: the oldest dropped", kMaxSize + 1, "01234",
+            QStringList{"live", "gen0", "gen1", "gen2", "gen3"});
+        row("gap at 1", kMaxSize + 1, "023", QStringList{"live", "gen0", "", "gen2", "gen3"});
     }
     void rotation() {
         auto [size, present, expected] = fetch<qint64, QString, QStringList>("size", "present", "expected");
@@ -350,10 +350,10 @@ private slots:
 
     void consoleSwitchMustBeRegularFile_data() {
         QTest::addColumn<QString>("kind");
-        QTest::newRow("regular file") << "file";
-        QTest::newRow("missing") << "none";
-        QTest::newRow("directory") << "dir";
-        QTest::newRow("symbolic link to a file") << "link";
+        row("regular file", "file");
+        row("missing", "none");
+        row("directory", "dir");
+        row("symbolic link to a file", "link");
     }
     void consoleSwitchMustBeRegularFile() {
         QFETCH(QString, kind);
@@ -475,20 +475,16 @@ private slots:
         columns<QByteArray, QByteArray, qulonglong, QByteArray>("label", "bytes", "maxShown", "expected");
         const QByteArray fullA = "41 41 41 41 41 41 41 41  41 41 41 41 41 41 41 41 : AAAAAAAAAAAAAAAA\n";
         const QByteArray forty(40, 'A');
-        QTest::newRow("20 bytes") << QByteArray("lbl") << QByteArray("Hello\0\x01\x7f\x80\xff ~ABCDxy\nz", 20)
-                                  << 64ull
-                                  << "lbl(20 bytes):\n"
-                                     "\t\t[0x0000]: 48 65 6c 6c 6f 00 01 7f  80 ff 20 7e 41 42 43 44 : "
-                                     "Hello..... ~ABCD\n"
-                                     "\t\t[0x0010]: 78 79 0a 7a" +
-                                         QByteArray(38, ' ') + ": xy.z\n";
-        QTest::newRow("null label, no data")
-            << QByteArray() << QByteArray() << 64ull << QByteArray("(0 bytes):\n");
-        QTest::newRow("cut inside a row")
-            << QByteArray("cut") << forty << 20ull
-            << "cut(40 bytes):\n\t\t[0x0000]: " + fullA + "\t\t[0x0010]: " + fullA + "\t\t[0x0020]: ...\n";
-        QTest::newRow("cut at 0") << QByteArray("cut") << forty << 0ull
-                                  << QByteArray("cut(40 bytes):\n\t\t[0x0000]: ...\n");
+        row("20 bytes", QByteArray("lbl"), QByteArray("Hello\0\x01\x7f\x80\xff ~ABCDxy\nz", 20), 64ull,
+            "lbl(20 bytes):\n"
+            "\t\t[0x0000]: 48 65 6c 6c 6f 00 01 7f  80 ff 20 7e 41 42 43 44 : "
+            "Hello..... ~ABCD\n"
+            "\t\t[0x0010]: 78 79 0a 7a" +
+                QByteArray(38, ' ') + ": xy.z\n");
+        row("null label, no data", QByteArray(), QByteArray(), 64ull, QByteArray("(0 bytes):\n"));
+        row("cut inside a row", QByteArray("cut"), forty, 20ull,
+            "cut(40 bytes):\n\t\t[0x0000]: " + fullA + "\t\t[0x0010]: " + fullA + "\t\t[0x0020]: ...\n");
+        row("cut at 0", QByteArray("cut"), forty, 0ull, QByteArray("cut(40 bytes):\n\t\t[0x0000]: ...\n"));
     }
     void binaryFileDump() {
         auto [label, bytes, maxShown] =

@@ -201,14 +201,12 @@ private slots:
 
     void unreadableFileIsKeptAsideBeforeTheNextSave_data() {
         QTest::addColumn<QByteArray>("content");
-        QTest::newRow("truncated xml")
-            << QByteArray("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>profiles");
-        QTest::newRow("an array, not a dictionary")
-            << QByteArray::fromStdString(TwPlistToXml(TwValue::array({1, 2})));
+        row("truncated xml", QByteArray("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>profiles"));
+        row("an array, not a dictionary", QByteArray::fromStdString(TwPlistToXml(TwValue::array({1, 2}))));
         // The plist library would read these by a recursion per level, past any thread's stack.
-        QTest::newRow("xml, 100000 levels") << xmlNestedArrays(100000);
-        QTest::newRow("binary, 100000 levels") << binaryNestedArrays(100000);
-        QTest::newRow("binary, references in a circle") << binaryNestedArrays(3, true);
+        row("xml, 100000 levels", xmlNestedArrays(100000));
+        row("binary, 100000 levels", binaryNestedArrays(100000));
+        row("binary, references in a circle", binaryNestedArrays(3, true));
     }
     void unreadableFileIsKeptAsideBeforeTheNextSave() {
         QFETCH(QByteArray, content);

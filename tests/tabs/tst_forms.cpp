@@ -257,7 +257,7 @@ class TestForms : public QObject {
     void formRows() {
         QTest::addColumn<int>("index");
         for (int i = 0; i < contracts().size(); ++i)
-            QTest::newRow(qPrintable(contracts()[i].className)) << i;
+            row(qPrintable(contracts()[i].className), i);
     }
 
 private slots:

@@ -295,7 +295,7 @@ class TestTabs : public QObject {
     SampleScanner sample;
 
     struct Bound {
-        std::unique_ptr<VmxUIControllerImpl> ui;
+        Facade ui;
         std::unique_ptr<TwainViewArea> tab;
         TwainDialogData* model() const { return ui->model().get(); }
         QLineEdit* field(const char* name) const { return child<QLineEdit>(tab.get(), name); }
@@ -320,7 +320,7 @@ class TestTabs : public QObject {
     void addTabRows() {
         QTest::addColumn<QString>("className");
         for (const QString& name : TwainView::classNames())
-            QTest::newRow(qPrintable(name)) << name;
+            row(qPrintable(name), name);
     }
 
 private slots:
@@ -590,11 +590,11 @@ private slots:
     void theUnitsIntegerRangesRoundHalfUp_data() {
         // range: minimum, maximum, places; empty: none
         columns<double, double, int, QList<int>>("from", "length", "unit", "range");
-        QTest::newRow("A4 width in inches") << 0.0 << 210.0 << 0 << QList<int>{0, 827, 2};
-        QTest::newRow("one inch") << 25.4 << 25.4 << 0 << QList<int>{100, 200, 2};
-        QTest::newRow("millimetres") << 10.0 << 200.0 << 1 << QList<int>{100, 2100, 1};
-        QTest::newRow("unknown unit") << 0.0 << 210.0 << 2 << QList<int>{};
-        QTest::newRow("too large") << 0.0 << 1e300 << 1 << QList<int>{};
+        row("A4 width in inches", 0.0, 210.0, 0, QList<int>{0, 827, 2});
+        row("one inch", 25.4, 25.4, 0, QList<int>{100, 200, 2});
+        row("millimetres", 10.0, 200.0, 1, QList<int>{100, 2100, 1});
+        row("unknown unit", 0.0, 210.0, 2, QList<int>{});
+        row("too large", 0.0, 1e300, 1, QList<int>{});
     }
     void theUnitsIntegerRangesRoundHalfUp() {
         auto [from, length, unit, range] =
