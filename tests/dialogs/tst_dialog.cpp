@@ -3,7 +3,10 @@
 // modal-run flags, binding without leftovers, progress, help, and calls from other threads.
 #include "SampleFixture.h"
 #include "TwApplication.h"
+#include "TwDlgCustom.h"
 #include "TwDlgCustomGamma.h"
+#include "TwDlgPageOrder.h"
+#include "TwDlgPaperSize.h"
 #include "TwDlgSaveSetting.h"
 #include "TwDlgScanning.h"
 #include "TwResponderBinding.h"
@@ -122,13 +125,11 @@ private slots:
         QVERIFY2(qAbs(w->width() - width) <= 8, qPrintable(QString::number(w->width())));
         QVERIFY2(qAbs(w->sizeHint().width() - hintWidth) <= 8,
                  qPrintable(QString::number(w->sizeHint().width())));
-        auto* dpi = w->view(QStringLiteral("Common"))->findChild<QLabel*>(QStringLiteral("txtDPI"));
-        auto* box = w->view(QStringLiteral("Common"))
-                        ->findChild<QGroupBox*>(QStringLiteral("boxDistinctionResolution"));
-        QVERIFY(dpi->text().endsWith(QChar(0x2026)) && dpi->text().size() < 100);
-        QVERIFY(box->title().endsWith(QChar(0x2026)) && box->title().size() < 100);
-        QCOMPARE(dpi->toolTip(), text);
-        QCOMPARE(box->toolTip(), text);
+        auto* dpi = tabChild<QLabel>(*ui, "Common", "txtDPI");
+        auto* box = tabChild<QGroupBox>(*ui, "Common", "boxDistinctionResolution");
+        for (const QString& shown : {dpi->text(), box->title()})
+            QVERIFY(shown.endsWith(QChar(0x2026)) && shown.size() < 100);
+        QCOMPARE((QStringList{dpi->toolTip(), box->toolTip()}), (QStringList{text, text}));
     }
 
     // ---- Modes and flags ----
@@ -194,11 +195,6 @@ private slots:
         auto ui = shown(true, settingsOnly);
         TwDlgMain* w = window(*ui);
         set(*ui, "Data.Resolution", 400);
-        const QHash<QString, QPushButton*> buttons{{"OK", w->btnOK()},
-                                                   {"OK-local", w->btnOK()},
-                                                   {"Cancel", w->btnCancel()},
-                                                   {"Start", w->btnStart()},
-                                                   {"Prescan", w->btnPrescan()}};
         if (action == QLatin1String("OK-local"))
             ui->setCallback(nullptr);
         if (action == QLatin1String("close"))
@@ -206,7 +202,8 @@ private slots:
         else if (action == QLatin1String("Escape"))
             QTest::keyClick(w, Qt::Key_Escape);
         else
-            QTest::mouseClick(buttons[action], Qt::LeftButton);
+            QTest::mouseClick(child<QPushButton>(w, qPrintable("btn" + action.section('-', 0, 0))),
+                              Qt::LeftButton);
         QCOMPARE(sentCodes(), sent);
         if (!sent.empty() && sent[0] != kVmxEventPrescan)
             QCOMPARE(g_sent[0].data, static_cast<void*>(ui->controllerIfMade()));
@@ -227,7 +224,7 @@ private slots:
         auto ui = shown(false, true);
         TwDlgMain* w = window(*ui);
         w->tableMain()->setCurrentIndex(w->tabIdentifiers().indexOf(QStringLiteral("Area")));
-        auto* width = w->view(QStringLiteral("Area"))->findChild<QLineEdit*>(QStringLiteral("txtWidth"));
+        auto* width = tabChild<QLineEdit>(*ui, "Area", "txtWidth");
         QVERIFY(width && width->isVisible());
         retype(width, QStringLiteral("9999")); // wider than any paper
         bool prompted = false;
@@ -258,8 +255,7 @@ private slots:
         TwDlgMain* w = window(*ui);
         w->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(w));
-        auto* resolution =
-            w->view(QStringLiteral("Basic"))->findChild<QComboBox*>(QStringLiteral("cmbResolution"));
+        auto* resolution = tabChild<QComboBox>(*ui, "Basic", "cmbResolution");
         resolution->setFocus();
         resolution->lineEdit()->selectAll();
         QTest::keyClicks(resolution->lineEdit(), QStringLiteral("99999"));
@@ -283,7 +279,7 @@ private slots:
         TwDlgMain* w = window(*ui);
         w->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(w));
-        auto* tabs = w->findChild<QTabWidget*>(QStringLiteral("tableMain"));
+        QTabWidget* tabs = w->tableMain();
         QVERIFY(tabs && tabs->count() > 2);
         int entered = 0;
         tabs->tabBar()->setFocus(Qt::TabFocusReason);
@@ -334,21 +330,15 @@ private slots:
             }
         });
         closer.start();
-        window(*ui)
-            ->view(QStringLiteral("Basic"))
-            ->findChild<QPushButton*>(QStringLiteral("btnCustom"))
-            ->click();
+        tabChild<QPushButton>(*ui, "Basic", "btnCustom")->click();
         QPushButton gamma;
         for (int tag : {3, -1, 2}) {
             gamma.setProperty("tag", tag);
             ui->controllerIfMade()->onCustomGamma(&gamma);
         }
         ui->controllerIfMade()->onCustomGamma(nullptr);
-        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.ImageType", 1}})); // grey: its gamma is on
-        window(*ui)
-            ->view(QStringLiteral("GrayImage"))
-            ->findChild<QPushButton*>(QStringLiteral("btnGamma"))
-            ->click();
+        set(*ui, "Data.ImageType", 1); // grey: its gamma is on
+        tabChild<QPushButton>(*ui, "GrayImage", "btnGamma")->click();
         ui->hideUi();
         QCOMPARE(opened, (QStringList{"TwDlgPaperSize", "TwDlgCustomGamma", "TwDlgCustomGamma"}));
         QVERIFY(!ui->controllerIfMade()->dlgGamma()->isColor());
@@ -369,8 +359,8 @@ private slots:
         sample.boxAnswer = kVmxAnswerCancel;
         ui->controllerIfMade()->onDeleteSetting();
         QVERIFY(ui->model()->IsProfileExist("Receipts"));
-        QCOMPARE(sample.boxes.back().message,
-                 QStringLiteral("Are you sure you want to delete the setting \"Receipts\"?"));
+        const QString sure = QStringLiteral("Are you sure you want to delete the setting \"Receipts\"?");
+        QCOMPARE(sample.boxes.back().message, sure);
         QCOMPARE(sample.boxes.back().messageType, 0x40002u);
         // A typed name that is no setting is not selected, by Return or by going to Delete.
         QComboBox* names = window(*ui)->cmbSettingNames();
@@ -380,8 +370,7 @@ private slots:
         QCOMPARE(names->currentText(), QStringLiteral("Receipts"));
         QTest::keyClicks(names, "XYZ");
         QTest::mouseClick(window(*ui)->btnDelete(), Qt::LeftButton);
-        QCOMPARE(sample.boxes.back().message,
-                 QStringLiteral("Are you sure you want to delete the setting \"Receipts\"?"));
+        QCOMPARE(sample.boxes.back().message, sure);
         sample.boxAnswer = kVmxAnswerOK;
         ui->controllerIfMade()->onDeleteSetting();
         QVERIFY(!ui->model()->IsProfileExist("Receipts"));
@@ -391,7 +380,7 @@ private slots:
         auto ui = shown();
         TwValue factory = ui->dataForKeyPath("Default.Resolution");
         set(*ui, "Data.Resolution", factory.intValue() == 400 ? 200 : 400);
-        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Customize.BorderRemoval.left", 99}}));
+        set(*ui, "Customize.BorderRemoval.left", 99);
         QTest::mouseClick(window(*ui)->btnDefault(), Qt::LeftButton);
         QCOMPARE(ui->dataForKeyPath("Data.Resolution"), factory);
         QCOMPARE(ui->dataForKeyPath("Customize.BorderRemoval.left").intValue(), 30);
@@ -456,24 +445,32 @@ private slots:
 
     void helpOpensTheDataSourcesBookOrSaysItIsMissing() {
         TwainDialogController c;
-        QVERIFY(!c.registerHelp(
-            {QStringLiteral("/nonexistent"), QString::fromStdString(SampleScanner::kBundle) + "/Contents"}));
-        QVERIFY(
-            c.registerHelp({QStringLiteral("/nonexistent"), QString::fromStdString(SampleScanner::kBundle)}));
+        const QString bundle = QString::fromStdString(SampleScanner::kBundle);
+        QVERIFY(!c.registerHelp({"/nonexistent", bundle + "/Contents"}));
+        QVERIFY(c.registerHelp({"/nonexistent", bundle}));
         QCOMPARE(c.helpBookName(), QStringLiteral("Orvanic VMX-S Scanner Help"));
 
-        QUrl opened;
+        QList<QUrl> opened;
         bool launches = true; // a machine without a browser or launcher cannot open the page
         TwainDialogController::setUrlOpener([&](const QUrl& url) {
-            opened = url;
+            opened << url;
             return launches;
         });
         TwainDialogController::setHelpRoot(QStringLiteral("/nonexistent-help-root"));
         sample.recordBoxes();
         auto ui = shown();
+        // The main panel's Help button and the other panels' open the page once each.
         QTest::mouseClick(window(*ui)->btnHelp(), Qt::LeftButton);
-        QVERIFY2(opened.toLocalFile().endsWith(QStringLiteral("Resources/help/HelpBook/index.html")),
-                 qPrintable(opened.toString()));
+        auto* panels = ui->controller();
+        for (TwPanel* panel :
+             std::initializer_list<TwPanel*>{panels->dlgCustom(), panels->dlgDoubleExposure(),
+                                             panels->dlgPageSeparation(), panels->dlgPaperSize()})
+            runWith(panel,
+                    [](TwPanel* p) { QTest::mouseClick(child<QPushButton>(p, "btnHelp"), Qt::LeftButton); });
+        QCOMPARE(opened.size(), 5);
+        for (const QUrl& url : opened)
+            QVERIFY2(url.toLocalFile().endsWith("Resources/help/HelpBook/index.html"),
+                     qPrintable(url.toString()));
         QVERIFY(sample.boxes.empty());
         launches = false;
         QTest::mouseClick(window(*ui)->btnHelp(), Qt::LeftButton);

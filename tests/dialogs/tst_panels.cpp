@@ -226,30 +226,6 @@ private slots:
         QCOMPARE(opened, panel);
     }
 
-    // The panels' Help buttons open the data source's help book, as the main panel's does.
-    void thePanelsHelpButtonsOpenTheHelpBook() {
-        QList<QUrl> opened;
-        TwainDialogController::setUrlOpener([&](const QUrl& url) {
-            opened << url;
-            return true;
-        });
-        TwainDialogController::setHelpRoot(QStringLiteral("/nonexistent-help-root"));
-        auto ui = sample.load();
-        auto* c = ui->controller();
-        for (TwPanel* panel : std::initializer_list<TwPanel*>{c->dlgCustom(), c->dlgDoubleExposure(),
-                                                              c->dlgPageSeparation(), c->dlgPaperSize()}) {
-            auto timer = whenModal<TwPanel>([](TwPanel* p) {
-                QTest::mouseClick(p->findChild<QPushButton*>("btnHelp"), Qt::LeftButton);
-                QTest::keyClick(p, Qt::Key_Escape);
-            });
-            panel->runModal();
-        }
-        TwainDialogController::setUrlOpener({});
-        QCOMPARE(opened.size(), 4);
-        for (const QUrl& url : opened)
-            QVERIFY(url.toLocalFile().endsWith(QStringLiteral("Resources/help/HelpBook/index.html")));
-    }
-
     // ---- About ----
 
     // The data source's version texts and the scanner's; a bundle without them shows none, and

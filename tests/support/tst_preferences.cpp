@@ -13,26 +13,6 @@ namespace {
 const std::string kDomain = "com.example.scanner.ds";
 int g_chunkFd = -1;
 
-QString domainFile(const QTemporaryDir& dir) {
-    return dir.path() + "/" + QString::fromStdString(kDomain) + ".plist";
-}
-
-void writeBytes(const QString& path, const QByteArray& bytes) {
-    QFile f(path);
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    f.write(bytes);
-}
-
-QByteArray readBytes(const QString& path) {
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-TwValue readBack(const QString& file) {
-    std::string error;
-    return TwPlistReadFile(file.toStdString(), &error);
-}
-
 // Arrays nested `levels` deep around an integer, as XML.
 QByteArray xmlNestedArrays(int levels) {
     return "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>k</key>" +
@@ -81,12 +61,18 @@ TwValue bigBlob(int version) {
 
 class TestPreferences : public QObject {
     Q_OBJECT
+    std::unique_ptr<QTemporaryDir> dir; // each case's own
+
+    QString file() const { return dir->path() + "/" + QString::fromStdString(kDomain) + ".plist"; }
+    TwPreferences prefs() const { return TwPreferences(kDomain, dir->path().toStdString()); }
+    static TwValue readBack(const QString& file) { return TwPlistReadFile(file.toStdString()); }
+
 private slots:
     void initTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
+    void init() { dir = std::make_unique<QTemporaryDir>(); }
 
     void savedValuesReadBackInANewInstance() {
-        QTemporaryDir dir;
-        QString sub = dir.path() + "/not/yet/there";
+        QString sub = dir->path() + "/not/yet/there";
         {
             TwPreferences prefs(kDomain, sub.toStdString());
             QVERIFY(prefs.copyValue("profiles").isNull());
@@ -111,23 +97,21 @@ private slots:
     }
 
     void noDomainReadsAndWritesNothing() {
-        QTemporaryDir dir;
-        TwPreferences prefs("", dir.path().toStdString());
+        TwPreferences prefs("", dir->path().toStdString());
         prefs.setValue("profiles", TwValue::array());
         QVERIFY(prefs.copyValue("profiles").isNull());
         QVERIFY(!prefs.synchronize());
-        QCOMPARE(QDir(dir.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size(), 0);
+        QCOMPARE(QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size(), 0);
     }
 
     void twoProcessesSavingAtOnceLoseNothing() {
-        QTemporaryDir dir;
         const int rounds = 40;
         pid_t children[2];
         for (int p = 0; p < 2; ++p) {
             children[p] = fork();
             QVERIFY(children[p] >= 0);
             if (children[p] == 0) {
-                TwPreferences prefs(kDomain, dir.path().toStdString());
+                auto prefs = this->prefs();
                 for (int i = 1; i <= rounds; ++i) {
                     prefs.setValue("key" + std::to_string(p), i);
                     if (!prefs.synchronize())
@@ -141,7 +125,7 @@ private slots:
             waitpid(child, &status, 0);
             QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
         }
-        TwPreferences prefs(kDomain, dir.path().toStdString());
+        auto prefs = this->prefs();
         QCOMPARE(prefs.copyValue("key0").intValue(), rounds);
         QCOMPARE(prefs.copyValue("key1").intValue(), rounds);
     }
@@ -149,28 +133,27 @@ private slots:
     // The domain may hold keys of other components: a save writes them back with the same types and
     // values at any depth, an unsigned 64-bit number and a nesting far past 256 levels included.
     void keysOfOthersSurviveASave() {
-        QTemporaryDir dir;
-        QString file = domainFile(dir);
         std::string deep;
         for (int i = 0; i < 300; ++i)
             deep += "<dict><key>k</key>";
         deep += "<string>bottom</string>";
         for (int i = 0; i < 300; ++i)
             deep += "</dict>";
-        writeBytes(file, QByteArray::fromStdString(
-                             "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
-                             "<key>big</key><integer>18446744073709551615</integer><key>negative</"
-                             "key><integer>-5</integer>"
-                             "<key>real</key><real>0.1</real><key>date</key><date>2001-02-03T04:05:06Z</date>"
-                             "<key>data</key><data>AAEC</data><key>deep</key>" +
-                             deep + "</dict></plist>"));
-        auto before = TwPlistDocument::readFile(file.toStdString());
+        writeFile(file(),
+                  QByteArray::fromStdString(
+                      "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
+                      "<key>big</key><integer>18446744073709551615</integer><key>negative</"
+                      "key><integer>-5</integer>"
+                      "<key>real</key><real>0.1</real><key>date</key><date>2001-02-03T04:05:06Z</date>"
+                      "<key>data</key><data>AAEC</data><key>deep</key>" +
+                      deep + "</dict></plist>"));
+        auto before = TwPlistDocument::readFile(file().toStdString());
         QVERIFY(before);
 
-        TwPreferences prefs(kDomain, dir.path().toStdString());
+        auto prefs = this->prefs();
         prefs.setValue("profiles", TwValue::array({TwValue::dictionary({{"ProfileName", "Office"}})}));
         QVERIFY(prefs.synchronize());
-        auto after = TwPlistDocument::readFile(file.toStdString());
+        auto after = TwPlistDocument::readFile(file().toStdString());
         QVERIFY(after);
         for (const char* key : {"big", "negative", "real", "date", "data", "deep"})
             QVERIFY2(after->sameValue(key, *before), key);
@@ -180,8 +163,6 @@ private slots:
     // A binary list may hold what this module's XML cannot carry (a date with a fraction of a
     // second): the file is kept as it is and the save refused.
     void aValueThatCannotBeWrittenKeepsTheFile() {
-        QTemporaryDir dir;
-        QString file = domainFile(dir);
         plist_t root = plist_new_dict();
         plist_dict_set_item(root, "other", plist_new_date(100, 500000));
         char* bytes = nullptr;
@@ -190,12 +171,12 @@ private slots:
         const QByteArray original(bytes, length);
         plist_to_bin_free(bytes);
         plist_free(root);
-        writeBytes(file, original);
+        writeFile(file(), original);
 
-        TwPreferences prefs(kDomain, dir.path().toStdString());
+        auto prefs = this->prefs();
         prefs.setValue("Runned", 1);
         QVERIFY(!prefs.synchronize());
-        QCOMPARE(readBytes(file), original);
+        QCOMPARE(readFile(file()), original);
         QCOMPARE(prefs.copyValue("Runned").intValue(), 1); // still this process's value
     }
 
@@ -210,18 +191,16 @@ private slots:
     }
     void unreadableFileIsKeptAsideBeforeTheNextSave() {
         QFETCH(QByteArray, content);
-        QTemporaryDir dir;
-        QString file = domainFile(dir);
-        writeBytes(file, content);
-        TwPreferences prefs(kDomain, dir.path().toStdString());
+        writeFile(file(), content);
+        auto prefs = this->prefs();
         QVERIFY(prefs.copyValue("profiles").isNull()); // empty values, and the file untouched
-        QCOMPARE(QDir(dir.path()).entryList({"*.unreadable-*"}).size(), 0);
+        QCOMPARE(QDir(dir->path()).entryList({"*.unreadable-*"}).size(), 0);
         prefs.setValue("Runned", 1);
         QVERIFY(prefs.synchronize());
-        QStringList aside = QDir(dir.path()).entryList({"*.unreadable-*"});
+        QStringList aside = QDir(dir->path()).entryList({"*.unreadable-*"});
         QCOMPARE(aside.size(), 1);
-        QCOMPARE(readBytes(dir.path() + "/" + aside.first()), content);
-        QCOMPARE(readBack(file).dict()->value("Runned").intValue(), 1);
+        QCOMPARE(readFile(dir->path() + "/" + aside.first()), content);
+        QCOMPARE(readBack(file()).dict()->value("Runned").intValue(), 1);
     }
 
     // The limit itself: what is written at the deepest nesting reads back, one level more is refused
@@ -242,24 +221,21 @@ private slots:
                 QCOMPARE(read.isDictionary(), levels == deepest);
             }
         }
-        QTemporaryDir dir;
-        TwPreferences prefs(kDomain, dir.path().toStdString());
+        auto prefs = this->prefs();
         prefs.setValue("deep", nested(kTwPlistMaxDepth - 1));
         QVERIFY(prefs.synchronize());
-        QVERIFY(readBack(domainFile(dir)).dict()->value("deep").isEqual(nested(kTwPlistMaxDepth - 1)));
+        QVERIFY(readBack(file()).dict()->value("deep").isEqual(nested(kTwPlistMaxDepth - 1)));
         prefs.setValue("deep", nested(kTwPlistMaxDepth));
         prefs.setValue("Runned", 1);
         QVERIFY(prefs.synchronize());
-        TwValue saved = readBack(domainFile(dir));
+        TwValue saved = readBack(file());
         QVERIFY(saved.dict()->value("deep").isEqual(nested(kTwPlistMaxDepth - 1)));
         QCOMPARE(saved.dict()->value("Runned").intValue(), 1);
     }
 
     void aProcessKilledWhileSavingLeavesAWholeFile() {
-        QTemporaryDir dir;
-        QString file = domainFile(dir);
         {
-            TwPreferences prefs(kDomain, dir.path().toStdString());
+            auto prefs = this->prefs();
             prefs.setValue("blob", bigBlob(0));
             QVERIFY(prefs.synchronize());
         }
@@ -275,7 +251,7 @@ private slots:
                     (void)!::write(g_chunkFd, "c", 1);
                     usleep(500000);
                 });
-                TwPreferences prefs(kDomain, dir.path().toStdString());
+                auto prefs = this->prefs();
                 prefs.setValue("blob", bigBlob(chunks));
                 prefs.synchronize();
                 _exit(0);
@@ -287,17 +263,17 @@ private slots:
             kill(child, SIGKILL);
             waitpid(child, nullptr, 0);
             ::close(fds[0]);
-            TwValue onDisk = readBack(file);
+            TwValue onDisk = readBack(file());
             QVERIFY2(onDisk.isDictionary(), "the file must be the old one, whole");
             TwValue blob = onDisk.dict()->value("blob");
             QCOMPARE(blob.list()->size(), size_t(4000));
             QCOMPARE(blob.list()->back().dict()->value("version").intValue(), 0);
         }
         // The next save goes through whatever the killed process left.
-        TwPreferences prefs(kDomain, dir.path().toStdString());
+        auto prefs = this->prefs();
         prefs.setValue("Runned", 1);
         QVERIFY(prefs.synchronize());
-        QCOMPARE(readBack(file).dict()->value("Runned").intValue(), 1);
+        QCOMPARE(readBack(file()).dict()->value("Runned").intValue(), 1);
     }
 };
 
