@@ -24,6 +24,8 @@
 
 Q_DECLARE_METATYPE(TwValue)
 
+using namespace Qt::StringLiterals;
+
 // The current row's values of the named columns, in order:
 // const auto [unit, path] = fetch<int, QString>("unit", "path").
 template <class... T, class... Names> std::tuple<T...> fetch(Names... names) {

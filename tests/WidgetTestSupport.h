@@ -67,7 +67,7 @@ inline QString saveWindowsPicture(const QString& name, const QList<QWidget*>& wi
     for (QWidget* w : windows)
         painter.drawPixmap(w->geometry().topLeft() - bounds.topLeft() + QPoint(margin, margin), w->grab());
     painter.end();
-    const QString file = QDir(dialogShotsFolder()).filePath(name + QStringLiteral(".png"));
+    const QString file = QDir(dialogShotsFolder()).filePath(name + u".png"_s);
     return QDir().mkpath(dialogShotsFolder()) && picture.save(file) ? file : QString();
 }
 
@@ -78,7 +78,7 @@ inline bool saveEditorPicture(QWidget* panel, const QString& name) {
     if (dir.isEmpty() || !QDir().mkpath(dir))
         return false;
     QCoreApplication::processEvents();
-    return panel->grab().save(QDir(dir).filePath(name + QStringLiteral(".png")), "PNG");
+    return panel->grab().save(QDir(dir).filePath(name + u".png"_s), "PNG");
 }
 
 // Runs the panel modally and calls act once it is up; a panel act leaves open (a failed check

@@ -138,11 +138,11 @@ private slots:
                 top = picture.pixel(picture.width() / 2, 1);
                 bottom = picture.pixel(picture.width() / 2, picture.height() - 2);
             }
-            if (press == QLatin1String("Escape"))
+            if (press == u"Escape"_s)
                 QTest::keyClick(box, Qt::Key_Escape);
-            else if (press == QLatin1String("close"))
+            else if (press == u"close"_s)
                 box->close();
-            else if (press == QLatin1String("Stop later"))
+            else if (press == u"Stop later"_s)
                 QTimer::singleShot(150, box, [box] { buttonTitled(box, "Stop")->click(); });
             else if (!press.isEmpty())
                 buttonTitled(box, press)->click();
@@ -159,7 +159,7 @@ private slots:
         QCOMPARE(codes.last(), kVmxEventContinueScanClose);
         QCOMPARE(codes.count(kVmxEventContinueScanClose), 1);
         QCOMPARE(codes.count(kVmxEventContinueScanPoll) + 2, codes.size());
-        if (press == QLatin1String("Stop later"))
+        if (press == u"Stop later"_s)
             QVERIFY2(codes.count(kVmxEventContinueScanPoll) >= 3, "polled while waiting");
         for (auto& s : g_source.seen)
             QCOMPARE(s.record, g_source.seen.front().record);
@@ -305,16 +305,15 @@ private slots:
         auto ui = loaded();
         ui->showUi(true, false, false);
         g_source.page = QuestionSource::SamplePage;
-        QString saved = QStringLiteral("not taken");
+        QString saved = u"not taken"_s;
         auto timer = whenModal<QMessageBox>([&](QMessageBox* box) {
             QTest::qWait(300); // laid out and painted
-            saved = saveWindowsPicture(QStringLiteral("ContinueScan"),
-                                       {box, ui->controllerIfMade()->continueScanPage()});
+            saved = saveWindowsPicture(u"ContinueScan"_s, {box, ui->controllerIfMade()->continueScanPage()});
             buttonTitled(box, "Continue")->click();
         });
         ui->showContinueScanDialog(3);
         ui->hideUi();
-        QVERIFY2(!saved.isEmpty() && saved != QLatin1String("not taken"), qPrintable(saved));
+        QVERIFY2(!saved.isEmpty() && saved != u"not taken"_s, qPrintable(saved));
         qInfo("%s", qPrintable(saved));
     }
 

@@ -211,7 +211,7 @@ private slots:
         QCOMPARE(view.sampleBytes(), original); // converted on a copy
         view.setMonochrome(true);
         QVERIFY(view.convertedImage().isGrayscale());
-        QVERIFY(!view.loadSample(QStringLiteral("/nonexistent/sample.bmp")));
+        QVERIFY(!view.loadSample(u"/nonexistent/sample.bmp"_s));
         QVERIFY(view.convertedImage().isNull());
     }
 
@@ -258,14 +258,14 @@ private slots:
             QCOMPARE(red->value(), 40);
             red->triggerAction(QAbstractSlider::SliderSingleStepSub);
             QCOMPARE(value(d, "fGammaRed").doubleValue(), 0.98);
-            QCOMPARE(d->field("txtGammaRed")->text(), QStringLiteral("0.98"));
+            QCOMPARE(d->field("txtGammaRed")->text(), u"0.98"_s);
             QCOMPARE(int(d->gammaDataR()[128]), int(tableOf(0, 255, 0.98)[128]));
             QCOMPARE(int(d->gammaDataG()[128]), 128);
 
-            enter(d->field("txtGammaBlue"), QStringLiteral("1.1"));
+            enter(d->field("txtGammaBlue"), u"1.1"_s);
             QCOMPARE(d->slider("sldGammaBlue")->value(), 41);
             QCOMPARE(int(d->gammaDataB()[64]), int(tableOf(0, 255, 1.1)[64]));
-            enter(d->field("txtGammaBlue"), QStringLiteral("7.0")); // refused by the field's range
+            enter(d->field("txtGammaBlue"), u"7.0"_s); // refused by the field's range
             QCOMPARE(value(d, "fGammaBlue").doubleValue(), 1.1);
 
             setValue(d, "fGammaGreen", 7.0);
@@ -275,8 +275,8 @@ private slots:
             QCOMPARE(value(d, "nGammaGreen").intValue(), 0);
             QCOMPARE(value(d, "fGammaGreen").doubleValue(), 0.2);
 
-            enter(d->field("txtClipBlack"), QStringLiteral("30"));
-            QCOMPARE(d->findChild<QSlider*>(QStringLiteral("sldClipBlack"))->value(), 30);
+            enter(d->field("txtClipBlack"), u"30"_s);
+            QCOMPARE(d->findChild<QSlider*>(u"sldClipBlack"_s)->value(), 30);
             QCOMPARE(int(d->gammaDataR()[30]), 0);
             QCOMPARE(int(d->gammaDataG()[31]), int(tableOf(30, 255, 0.2)[31]));
             QVERIFY(d->isChanged());
@@ -316,10 +316,9 @@ private slots:
         model->setCustomGamme("Wild", true, colorPreset(9.0, 0.01, 1.0, false, 0, 255));
         model->setCustomGamme("Soft", false,
                               TwValue::dictionary({{"Black", 0.6}, {"ClipBlack", 5}, {"ClipWhite", 250}}));
-        auto* dialog = gammaDialog(*ui, true, QStringLiteral("Warm"));
+        auto* dialog = gammaDialog(*ui, true, u"Warm"_s);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
-            QVERIFY(d->labGammaRed()->text() == QStringLiteral("Red") &&
-                    d->slider("sldGammaBlue")->isVisible());
+            QVERIFY(d->labGammaRed()->text() == u"Red"_s && d->slider("sldGammaBlue")->isVisible());
             QCOMPARE(d->cmbSettingName()->count(), 2);
             QCOMPARE(value(d, "fGammaRed").doubleValue(), 1.5);
             QCOMPARE(d->slider("sldGammaGreen")->value(), 42);
@@ -336,11 +335,11 @@ private slots:
             QCOMPARE(value(d, "fGammaRed").doubleValue(), 5.0);
             d->close();
         });
-        QCOMPARE(dialog->currentGammaName(), std::optional<QString>(QStringLiteral("No such gamma")));
+        QCOMPARE(dialog->currentGammaName(), std::optional<QString>(u"No such gamma"_s));
 
         gammaDialog(*ui, false);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
-            QCOMPARE(d->labGammaRed()->text(), QStringLiteral("Gray"));
+            QCOMPARE(d->labGammaRed()->text(), u"Gray"_s);
             QVERIFY(!d->slider("sldGammaGreen")->isVisible() && !d->btnRGBLink()->isVisible());
             QCOMPARE(value(d, "fGammaRed").doubleValue(), 1.0);
             QCOMPARE(value(d, "nClipWhite").intValue(), 255);
@@ -361,7 +360,7 @@ private slots:
         auto* model = ui->model().get();
         model->setCustomGamme("A", false, TwValue::dictionary({{"Black", 0.6}}));
         model->setCustomGamme("B", false, TwValue::dictionary({{"Black", 2.0}}));
-        auto* dialog = gammaDialog(*ui, false, QStringLiteral("A"));
+        auto* dialog = gammaDialog(*ui, false, u"A"_s);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
             scanner.boxAnswer = kVmxAnswerCancel;
             QTest::mouseClick(d->btnDelete(), Qt::LeftButton);
@@ -397,13 +396,13 @@ private slots:
             auto* model = ui->model().get();
             model->setCustomGamme("Old", true, colorPreset(1.0, 1.0, 1.0, false, 0, 255));
             model->setCustomGamme("Grey one", false, TwValue::dictionary({{"Black", 0.6}}));
-            auto* dialog = gammaDialog(*ui, true, QStringLiteral("Old"));
+            auto* dialog = gammaDialog(*ui, true, u"Old"_s);
             runWith(dialog, [&](TwDlgCustomGamma* d) {
                 d->slider("sldGammaRed")->triggerAction(QAbstractSlider::SliderSingleStepSub);
                 setValue(d, "nClipWhite", 200);
-                NameAsked asked = askedName([&] { QTest::mouseClick(d->btnSaveAs(), Qt::LeftButton); },
-                                            QStringLiteral("  Bright "));
-                QCOMPARE(asked.offered, QStringList{QStringLiteral("Old")});
+                NameAsked asked =
+                    askedName([&] { QTest::mouseClick(d->btnSaveAs(), Qt::LeftButton); }, u"  Bright "_s);
+                QCOMPARE(asked.offered, QStringList{u"Old"_s});
                 QCOMPARE(asked.proposed, QString());
                 QVERIFY(asked.checksOverwrite);
                 const TwValue saved = model->customGamme("Bright", true);
@@ -415,18 +414,18 @@ private slots:
                 QVERIFY(!d->isChanged());
                 QCOMPARE(SampleScanner::stored("custom gamma").dict()->value("Color").list()->size(), 2u);
 
-                askedName([&] { d->onSaveAs(); }, QStringLiteral("Never"), false);
+                askedName([&] { d->onSaveAs(); }, u"Never"_s, false);
                 QVERIFY(model->customGamme("Never", true).isNull());
 
                 setValue(d, "fGammaBlue", 2.0);
                 QVERIFY(d->isChanged());
                 asked = askedName([&] { QTest::mouseClick(d->btnClose(), Qt::LeftButton); }, QString());
-                QCOMPARE(asked.proposed, QStringLiteral("Bright"));
+                QCOMPARE(asked.proposed, u"Bright"_s);
                 QVERIFY(!asked.checksOverwrite);
                 QVERIFY(!d->isVisible());
             });
             QCOMPARE(model->customGamme("Bright", true).dict()->value("Blue").doubleValue(), 2.0);
-            QCOMPARE(dialog->currentGammaName(), std::optional<QString>(QStringLiteral("Bright")));
+            QCOMPARE(dialog->currentGammaName(), std::optional<QString>(u"Bright"_s));
         }
         auto ui = scanner.load();
         auto* model = ui->model().get();
@@ -439,20 +438,18 @@ private slots:
         auto* dialog = gammaDialog(*ui, true);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
             setValue(d, "fGammaRed", 3.0);
-            askedName([&] { d->onSaveAs(); }, QStringLiteral("One too many"));
+            askedName([&] { d->onSaveAs(); }, u"One too many"_s);
             QCOMPARE(model->customGammaNamesWithColor(true).size(), std::size_t(50));
             QCOMPARE(
                 scanner.boxMessages(),
                 QStringList{"No more items can be saved. Delete an item you no longer need and try again."});
             QCOMPARE(scanner.boxes[0].messageType, 0x20001u);
-            askedName([&] { d->onSaveAs(); }, QStringLiteral("G7"));
+            askedName([&] { d->onSaveAs(); }, u"G7"_s);
             QCOMPARE(scanner.boxes.size(), std::size_t(2)); // the name dialog asks to overwrite
             QCOMPARE(model->customGamme("G7", true).dict()->value("Red").doubleValue(), 3.0);
         });
         dialog->setIsColor(false);
-        runWith(dialog, [&](TwDlgCustomGamma* d) {
-            askedName([&] { d->onSaveAs(); }, QStringLiteral("One too many"));
-        });
+        runWith(dialog, [&](TwDlgCustomGamma* d) { askedName([&] { d->onSaveAs(); }, u"One too many"_s); });
         QCOMPARE(model->customGammaNamesWithColor(false),
                  (std::vector<std::string>{"Grey one", "One too many"}));
     }
@@ -470,10 +467,8 @@ private slots:
         ui->showUi(true, modal, false);
         ui->model()->setCustomGamme("Vivid", true, colorPreset(1.4, 1.2, 1.0, false, 0, 255));
         ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.ImageType", 2}}));
-        QPushButton* custom = ui->controller()
-                                  ->windowIfLoaded()
-                                  ->view(QStringLiteral("ColorImage"))
-                                  ->findChild<QPushButton*>(QStringLiteral("btnGamma"));
+        QPushButton* custom =
+            ui->controller()->windowIfLoaded()->view(u"ColorImage"_s)->findChild<QPushButton*>(u"btnGamma"_s);
         QVERIFY(custom->isEnabled());
         const TwValue before = ui->dataForKeyPath("temp.ColorImage.Gamma");
         auto leave = whenModal<TwDlgCustomGamma>([](TwDlgCustomGamma* d) {
@@ -484,7 +479,7 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("temp.ColorImage.Gamma"), before);
 
         auto pick = whenModal<TwDlgCustomGamma>([](TwDlgCustomGamma* d) {
-            const int index = d->cmbSettingName()->findText(QStringLiteral("Vivid"));
+            const int index = d->cmbSettingName()->findText(u"Vivid"_s);
             d->cmbSettingName()->setCurrentIndex(index);
             emit d->cmbSettingName()->activated(index);
             QCOMPARE(value(d, "fGammaRed").doubleValue(), 1.4);
@@ -502,8 +497,8 @@ private slots:
         auto ui = scanner.load();
         ui->model()->setCustomGamme("Warm evening", true, colorPreset(1.6, 1.2, 0.8, false, 12, 245));
         ui->model()->setCustomGamme("Cool", true, colorPreset(0.9, 1.0, 1.3, false, 0, 255));
-        runWith(gammaDialog(*ui, true, QStringLiteral("Warm evening")),
-                [&](TwDlgCustomGamma* d) { QVERIFY(saveEditorPicture(d, QStringLiteral("CustomGamma"))); });
+        runWith(gammaDialog(*ui, true, u"Warm evening"_s),
+                [&](TwDlgCustomGamma* d) { QVERIFY(saveEditorPicture(d, u"CustomGamma"_s)); });
     }
 };
 

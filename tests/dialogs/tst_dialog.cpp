@@ -67,7 +67,7 @@ private slots:
         QVERIFY(w && w->isVisible());
         QCOMPARE(w->tabIdentifiers(), (QStringList{"Basic", "Common", "BinaryImage", "GrayImage",
                                                    "ColorImage", "Area", "ControlSheet"}));
-        QCOMPARE(w->tableMain()->tabText(0), QStringLiteral("Main"));
+        QCOMPARE(w->tableMain()->tabText(0), u"Main"_s);
         QCOMPARE(w->view("Layout")->responderBinding(), nullptr);
 
         // The next showing starts again from the full set with the form's labels.
@@ -108,14 +108,14 @@ private slots:
     void longTextsLeaveTheWindowsWidthAlone() {
         auto ui = shown();
         TwDlgMain* w = window(*ui);
-        const int common = w->tabIdentifiers().indexOf(QStringLiteral("Common"));
+        const int common = w->tabIdentifiers().indexOf(u"Common"_s);
         w->tableMain()->setCurrentIndex(common);
         QApplication::processEvents();
         const int width = w->width();
         const int hintWidth = w->sizeHint().width();
         ui->hideUi();
 
-        const QString text = QStringLiteral("Long text ").repeated(10000);
+        const QString text = u"Long text "_s.repeated(10000);
         ui->setDataWithKeyPathValue(TwValue::dictionary(
             {{"temp.GrayDPI", text.toStdString()}, {"temp.Distinction", text.toStdString()}}));
         ui->showUi(true, false, false);
@@ -195,11 +195,11 @@ private slots:
         auto ui = shown(true, settingsOnly);
         TwDlgMain* w = window(*ui);
         set(*ui, "Data.Resolution", 400);
-        if (action == QLatin1String("OK-local"))
+        if (action == u"OK-local"_s)
             ui->setCallback(nullptr);
-        if (action == QLatin1String("close"))
+        if (action == u"close"_s)
             w->performClose();
-        else if (action == QLatin1String("Escape"))
+        else if (action == u"Escape"_s)
             QTest::keyClick(w, Qt::Key_Escape);
         else
             QTest::mouseClick(child<QPushButton>(w, qPrintable("btn" + action.section('-', 0, 0))),
@@ -214,7 +214,7 @@ private slots:
             QVERIFY(!ui->controllerIfMade()->isModal());
             QCOMPARE(TwApplication::modalWindow(), nullptr);
         }
-        QCOMPARE(ui->controllerIfMade()->isNoStopScan(), action == QLatin1String("Prescan"));
+        QCOMPARE(ui->controllerIfMade()->isNoStopScan(), action == u"Prescan"_s);
         QVERIFY(w->isVisible());
         ui->hideUi();
         QVERIFY(!w->isVisible());
@@ -223,10 +223,10 @@ private slots:
     void aRejectedEntryStopsOKScanAndSave() {
         auto ui = shown(false, true);
         TwDlgMain* w = window(*ui);
-        w->tableMain()->setCurrentIndex(w->tabIdentifiers().indexOf(QStringLiteral("Area")));
+        w->tableMain()->setCurrentIndex(w->tabIdentifiers().indexOf(u"Area"_s));
         auto* width = tabChild<QLineEdit>(*ui, "Area", "txtWidth");
         QVERIFY(width && width->isVisible());
-        retype(width, QStringLiteral("9999")); // wider than any paper
+        retype(width, u"9999"_s); // wider than any paper
         bool prompted = false;
         auto nameDialog = whenModal<TwDlgSaveSetting>([&](TwDlgSaveSetting* d) {
             prompted = true;
@@ -242,7 +242,7 @@ private slots:
         QCOMPARE(w->focusWidget(), width);
 
         // A valid entry lets OK through.
-        retype(width, QStringLiteral("100"));
+        retype(width, u"100"_s);
         QTest::mouseClick(w->btnOK(), Qt::LeftButton);
         QCOMPARE(sentCodes(), Codes{kVmxEventClosed});
     }
@@ -258,7 +258,7 @@ private slots:
         auto* resolution = tabChild<QComboBox>(*ui, "Basic", "cmbResolution");
         resolution->setFocus();
         resolution->lineEdit()->selectAll();
-        QTest::keyClicks(resolution->lineEdit(), QStringLiteral("99999"));
+        QTest::keyClicks(resolution->lineEdit(), u"99999"_s);
         QStringList texts;
         auto box = whenModal<QMessageBox>([&](QMessageBox* b) {
             texts << b->text() << b->informativeText();
@@ -266,8 +266,8 @@ private slots:
         });
         QTest::keyClick(resolution->lineEdit(), Qt::Key_Tab);
         QTRY_COMPARE(texts.size(), 2);
-        QCOMPARE(texts[0], QStringLiteral("Resolution"));
-        QVERIFY2(texts[1].contains(QStringLiteral("600")), qPrintable(texts[1]));
+        QCOMPARE(texts[0], u"Resolution"_s);
+        QVERIFY2(texts[1].contains(u"600"_s), qPrintable(texts[1]));
         QTRY_VERIFY(w->focusWidget() == resolution || w->focusWidget() == resolution->lineEdit());
         QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 300);
     }
@@ -298,14 +298,13 @@ private slots:
                 return (c->focusPolicy() & Qt::TabFocus) && c->isVisible() && c->isEnabled();
             });
             if (!pageTakesTab) { // the image type leaves this page's options off
-                QCOMPARE(focus, w->findChild<QWidget*>(QStringLiteral("btnHelp")));
+                QCOMPARE(focus, w->findChild<QWidget*>(u"btnHelp"_s));
                 tabs->tabBar()->setFocus(Qt::TabFocusReason);
                 continue;
             }
             QVERIFY2(focus && page->isAncestorOf(focus),
-                     qPrintable(QStringLiteral("%1: the focus went to %2")
-                                    .arg(tabs->tabText(i),
-                                         focus ? focus->objectName() : QStringLiteral("nothing"))));
+                     qPrintable(u"%1: the focus went to %2"_s.arg(
+                         tabs->tabText(i), focus ? focus->objectName() : u"nothing"_s)));
             ++entered;
             tabs->tabBar()->setFocus(Qt::TabFocusReason);
         }
@@ -353,13 +352,13 @@ private slots:
         const int before = ui->model()->ProfileCount();
         QTest::mouseClick(window(*ui)->btnDelete(), Qt::LeftButton);
         QCOMPARE(ui->model()->ProfileCount(), before);
-        QCOMPARE(sample.boxes.back().message, QStringLiteral("The untitled setting cannot be deleted."));
+        QCOMPARE(sample.boxes.back().message, u"The untitled setting cannot be deleted."_s);
 
         ui->model()->AddCustomProfile("Receipts");
         sample.boxAnswer = kVmxAnswerCancel;
         ui->controllerIfMade()->onDeleteSetting();
         QVERIFY(ui->model()->IsProfileExist("Receipts"));
-        const QString sure = QStringLiteral("Are you sure you want to delete the setting \"Receipts\"?");
+        const QString sure = u"Are you sure you want to delete the setting \"Receipts\"?"_s;
         QCOMPARE(sample.boxes.back().message, sure);
         QCOMPARE(sample.boxes.back().messageType, 0x40002u);
         // A typed name that is no setting is not selected, by Return or by going to Delete.
@@ -367,7 +366,7 @@ private slots:
         names->setFocus();
         QTest::keyClicks(names, "XYZ");
         QTest::keyClick(names, Qt::Key_Return);
-        QCOMPARE(names->currentText(), QStringLiteral("Receipts"));
+        QCOMPARE(names->currentText(), u"Receipts"_s);
         QTest::keyClicks(names, "XYZ");
         QTest::mouseClick(window(*ui)->btnDelete(), Qt::LeftButton);
         QCOMPARE(sample.boxes.back().message, sure);
@@ -419,7 +418,7 @@ private slots:
         c->onStart();
         ui->showProgressDialog();
         QVERIFY2((centreOf(panel) - centreOf(main)).manhattanLength() <= 1,
-                 qPrintable(QStringLiteral("%1,%2").arg(centreOf(panel).x()).arg(centreOf(panel).y())));
+                 qPrintable(u"%1,%2"_s.arg(centreOf(panel).x()).arg(centreOf(panel).y())));
         QTest::mouseClick(panel->btnStop(), Qt::LeftButton);
         QCOMPARE(sentCodes(), (Codes{kVmxEventStart, kVmxEventScanCancel}));
         ui->hideUi(); // hides the progress too
@@ -448,7 +447,7 @@ private slots:
         const QString bundle = QString::fromStdString(SampleScanner::kBundle);
         QVERIFY(!c.registerHelp({"/nonexistent", bundle + "/Contents"}));
         QVERIFY(c.registerHelp({"/nonexistent", bundle}));
-        QCOMPARE(c.helpBookName(), QStringLiteral("Orvanic VMX-S Scanner Help"));
+        QCOMPARE(c.helpBookName(), u"Orvanic VMX-S Scanner Help"_s);
 
         QList<QUrl> opened;
         bool launches = true; // a machine without a browser or launcher cannot open the page
@@ -456,7 +455,7 @@ private slots:
             opened << url;
             return launches;
         });
-        TwainDialogController::setHelpRoot(QStringLiteral("/nonexistent-help-root"));
+        TwainDialogController::setHelpRoot(u"/nonexistent-help-root"_s);
         sample.recordBoxes();
         auto ui = shown();
         // The main panel's Help button and the other panels' open the page once each.
@@ -476,19 +475,19 @@ private slots:
         QTest::mouseClick(window(*ui)->btnHelp(), Qt::LeftButton);
         QCOMPARE(sample.boxes.size(), std::size_t(1));
         QCOMPARE(sample.boxes[0].messageType, 0x20001u);
-        QVERIFY(sample.boxes[0].message.contains(QStringLiteral("help")));
+        QVERIFY(sample.boxes[0].message.contains(u"help"_s));
         ui->hideUi();
 
         sample.boxes.clear();
         opened.clear();
         QTemporaryDir empty;
-        QDir(empty.path()).mkpath(QStringLiteral("Contents/Resources"));
+        QDir(empty.path()).mkpath(u"Contents/Resources"_s);
         auto bare = loaded(empty.path().toStdString());
         bare->showUi(true, false, false);
         bare->controllerIfMade()->onHelp();
         QVERIFY(opened.isEmpty());
         QCOMPARE(sample.boxes.size(), std::size_t(1));
-        QCOMPARE(sample.boxes[0].message, QStringLiteral("IDS_ERR_HELPFILE_LOAD")); // no string table here
+        QCOMPARE(sample.boxes[0].message, u"IDS_ERR_HELPFILE_LOAD"_s); // no string table here
     }
 
     // ---- Panels ----
@@ -552,8 +551,7 @@ private slots:
         QTemporaryDir dir;
         const std::string file = dir.filePath("area.png").toStdString();
         QVERIFY(ui->saveDialogPicture(file, "Area"));
-        QCOMPARE(window(*ui)->tableMain()->currentWidget()->property("identifier").toString(),
-                 QStringLiteral("Area"));
+        QCOMPARE(window(*ui)->tableMain()->currentWidget()->property("identifier").toString(), u"Area"_s);
         QVERIFY(QImage(QString::fromStdString(file)).width() > 100);
         QVERIFY(!ui->saveDialogPicture(dir.filePath("x.png").toStdString(), "Imprinter"));
         QVERIFY(!ui->performDialogAction("onNothing"));

@@ -17,8 +17,7 @@ QString textFor(const char* key) {
 }
 
 TwMessageBoxSetup boxFor(std::uint32_t type, bool withContinueStop = false) {
-    return TwMessageBoxSetupFor(QStringLiteral("Title"), QStringLiteral("Message"), type, withContinueStop,
-                                &textFor);
+    return TwMessageBoxSetupFor(u"Title"_s, u"Message"_s, type, withContinueStop, &textFor);
 }
 
 QStringList titles(const TwMessageBoxSetup& s) {
@@ -79,8 +78,7 @@ private slots:
     }
 
     void emptyTitlesBecomeOneBlank() {
-        auto s =
-            TwMessageBoxSetupFor({}, QStringLiteral("m"), 2, false, [](const char*) { return QString(); });
+        auto s = TwMessageBoxSetupFor({}, u"m"_s, 2, false, [](const char*) { return QString(); });
         QCOMPARE(titles(s), (QStringList{" ", " "}));
     }
 
@@ -88,15 +86,14 @@ private slots:
     // main text.
     void theQtBoxShowsTheTexts() {
         std::unique_ptr<QMessageBox> box(TwCreateMessageBox(boxFor(0x40002), nullptr));
-        QCOMPARE(box->text(), QStringLiteral("Title"));
-        QCOMPARE(box->informativeText(), QStringLiteral("Message"));
+        QCOMPARE(box->text(), u"Title"_s);
+        QCOMPARE(box->informativeText(), u"Message"_s);
         box->show();
         QVERIFY(box->defaultButton()->x() > box->escapeButton()->x());
 
-        auto untitled =
-            TwMessageBoxSetupFor({}, QStringLiteral("Please enter a name."), 0x20001, false, &textFor);
+        auto untitled = TwMessageBoxSetupFor({}, u"Please enter a name."_s, 0x20001, false, &textFor);
         std::unique_ptr<QMessageBox> plain(TwCreateMessageBox(untitled, nullptr));
-        QCOMPARE(plain->text(), QStringLiteral("Please enter a name."));
+        QCOMPARE(plain->text(), u"Please enter a name."_s);
         QVERIFY(plain->informativeText().isEmpty());
     }
 
@@ -105,14 +102,13 @@ private slots:
     // the screen even over a window that reaches past the screen's corner.
     void aBoxFitsItsTextsAndTheScreen() {
         QWidget parent;
-        parent.setWindowTitle(QStringLiteral("Orvanic VMX-S60 Document Scanner with Flatbed Unit"));
+        parent.setWindowTitle(u"Orvanic VMX-S60 Document Scanner with Flatbed Unit"_s);
         const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
         parent.setGeometry(screen.left() - 300, screen.top() - 200, 400, 300);
         const QString message = QStringLiteral("Load the pages into the feeder. Scanning starts as soon as "
                                                "paper is detected.");
         std::unique_ptr<QMessageBox> box(TwCreateMessageBox(
-            TwMessageBoxSetupFor(QStringLiteral("Waiting for paper"), message, 0x10002, false, &textFor),
-            &parent));
+            TwMessageBoxSetupFor(u"Waiting for paper"_s, message, 0x10002, false, &textFor), &parent));
         const Qt::WindowFlags flags = box->windowFlags();
         QVERIFY(flags & Qt::WindowCloseButtonHint);
         QVERIFY(!(flags & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint)));
@@ -120,7 +116,7 @@ private slots:
         QFont bold = box->font();
         bold.setBold(true);
         QVERIFY(box->width() >= QFontMetrics(bold).horizontalAdvance(parent.windowTitle()));
-        auto* text = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"));
+        auto* text = box->findChild<QLabel*>(u"qt_msgbox_informativelabel"_s);
         QVERIFY(text->width() >= std::min(QFontMetrics(text->font()).horizontalAdvance(message), 500));
         QVERIFY(screen.contains(box->frameGeometry()));
     }
@@ -147,7 +143,7 @@ private slots:
             return panelReturn == 99 ? std::nullopt : std::optional<std::int16_t>(panelReturn);
         };
         auto timer = whenModal<QMessageBox>([](QMessageBox* box) {
-            QTimer::singleShot(400, box, [box] { buttonTitled(box, QStringLiteral("Continue"))->click(); });
+            QTimer::singleShot(400, box, [box] { buttonTitled(box, u"Continue"_s)->click(); });
         });
         clock.start();
         QCOMPARE(TwRunMessageBox(boxFor(0x105, true), nullptr, poll, 100), answer);

@@ -59,9 +59,8 @@ private slots:
     void savingASettingChecksTheName_data() {
         // saved: empty: nothing saved, the dialog stayed
         columns<QString, QList<int>, QStringList, QString>("typed", "answers", "messages", "saved");
-        const QString fifty(50, QLatin1Char('x'));
-        const QString overwrite =
-            QStringLiteral("A setting named \"%1\" already exists. Do you want to replace it?");
+        const QString fifty(50, 'x');
+        const QString overwrite = u"A setting named \"%1\" already exists. Do you want to replace it?"_s;
         row("new name, blanks around", "  Letters 300  ", QList<int>{}, QStringList{}, "Letters 300");
         row("blank", "   ", QList<int>{}, QStringList{"Please enter a name."}, "");
         row("50 characters", fifty, QList<int>{}, QStringList{}, fifty);
@@ -98,7 +97,7 @@ private slots:
         } else {
             QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue(saved.toStdString()));
             // Saved exactly as typed: a name differing in letter case replaces the old setting.
-            const bool replaced = saved == QLatin1String("receipts");
+            const bool replaced = saved == u"receipts"_s;
             QCOMPARE(model->ProfileCount(), before + (replaced ? 0 : 1));
             QVERIFY(SampleScanner::stored("profiles").list());
         }
@@ -113,7 +112,7 @@ private slots:
         for (int i = model->ProfileCount(); i < 50; ++i)
             model->AddCustomProfile("Setting " + std::to_string(i));
         QStringList offered;
-        QString shownName = QStringLiteral("not shown");
+        QString shownName = u"not shown"_s;
         bool stayed = false;
         auto timer = whenModal<TwDlgSaveSetting>([&](TwDlgSaveSetting* d) {
             for (int i = 0; i < d->cmbNames()->count(); ++i)
@@ -129,9 +128,9 @@ private slots:
         QVERIFY(!stayed);
         QVERIFY(!model->IsProfileExist("One too many"));
         QCOMPARE(sample.boxes.size(), std::size_t(1));
-        QVERIFY(sample.boxes[0].message.startsWith(QStringLiteral("No more items can be saved")));
+        QVERIFY(sample.boxes[0].message.startsWith(u"No more items can be saved"_s));
 
-        timer = typeNameAndPressOK(QStringLiteral("SETTING 7"), &stayed);
+        timer = typeNameAndPressOK(u"SETTING 7"_s, &stayed);
         ui->controllerIfMade()->onSaveSetting();
         QCOMPARE(model->ProfileCount(), 50);
         QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("SETTING 7"));
@@ -142,7 +141,7 @@ private slots:
     void gammaNames_data() {
         columns<QString, bool, int, QStringList, int>("typed", "checkOverwrite", "answer", "messages",
                                                       "result");
-        const QString asked = QStringLiteral("\"Soft\" already exists. Do you want to overwrite it?");
+        const QString asked = u"\"Soft\" already exists. Do you want to overwrite it?"_s;
         row("32 characters", QString(32, 'g'), true, 0, QStringList{}, 1);
         row("33 characters", QString(33, 'g'), true, 0,
             QStringList{"The name must be 32 characters or fewer."}, 0);
@@ -157,11 +156,11 @@ private slots:
         auto ui = sample.load();
         TwDlgSaveSetting* d = ui->controller()->dlgSaveSetting();
         d->setType(TwDlgSaveSetting::GammaName);
-        QCOMPARE(d->windowTitle(), QStringLiteral("Save Gamma As"));
-        QCOMPARE(d->labTitle()->text(), QStringLiteral("Gamma name:"));
+        QCOMPARE(d->windowTitle(), u"Save Gamma As"_s);
+        QCOMPARE(d->labTitle()->text(), u"Gamma name:"_s);
         d->setCheckOverwrite(checkOverwrite);
-        d->setNameList({QStringLiteral("Soft"), QStringLiteral("Hard")});
-        d->setName(QStringLiteral("Hard"));
+        d->setNameList({u"Soft"_s, u"Hard"_s});
+        d->setName(u"Hard"_s);
         if (answer)
             sample.boxAnswers = {answer};
         bool stayed = false;
@@ -177,7 +176,7 @@ private slots:
                 QTest::keyClick(dialog, Qt::Key_Escape);
         });
         QCOMPARE(d->runModal(), result);
-        QCOMPARE(shown, QStringLiteral("Hard"));
+        QCOMPARE(shown, u"Hard"_s);
         QCOMPARE(stayed, result == 0);
         QCOMPARE(sample.boxMessages(), messages);
         if (result == 1)
@@ -194,11 +193,11 @@ private slots:
     void everyButtonOpensItsPanel_data() {
         // tab: empty: a button of the main panel
         columns<QString, QString>("tab", "panel");
-        row("btnSave", QString(), QStringLiteral("TwDlgSaveSetting"));
-        row("btnAbout", QString(), QStringLiteral("TwDlgAbout"));
-        row("btnCustomize", QString(), QStringLiteral("TwDlgCustom"));
-        row("btnDoubleExposureCfg", QStringLiteral("Layout"), QStringLiteral("TwDlgDoubleExposure"));
-        row("btnPageSeparationCfg", QStringLiteral("Layout"), QStringLiteral("TwDlgPageSeparation"));
+        row("btnSave", QString(), u"TwDlgSaveSetting"_s);
+        row("btnAbout", QString(), u"TwDlgAbout"_s);
+        row("btnCustomize", QString(), u"TwDlgCustom"_s);
+        row("btnDoubleExposureCfg", u"Layout"_s, u"TwDlgDoubleExposure"_s);
+        row("btnPageSeparationCfg", u"Layout"_s, u"TwDlgPageSeparation"_s);
     }
     void everyButtonOpensItsPanel() {
         auto [tab, panel] = fetch<QString, QString>("tab", "panel");
@@ -338,9 +337,9 @@ private slots:
             QTest::mouseClick(d->btnOK(), Qt::LeftButton);
         });
         custom->runModal();
-        QCOMPARE(shownMillimetres, QStringLiteral("5.0"));
+        QCOMPARE(shownMillimetres, u"5.0"_s);
         QVERIFY2(qAbs(inches - 5.0 / 25.4) < 1e-9, qPrintable(QString::number(inches, 'g', 12)));
-        QCOMPARE(shownInches, QStringLiteral("0.20"));
+        QCOMPARE(shownInches, u"0.20"_s);
         QCOMPARE(ui->dataForKeyPath("Customize.BorderRemoval.left"), TwValue(50));
         QCOMPARE(ui->dataForKeyPath("Customize.BorderRemoval.top"), TwValue(25));
         QCOMPARE(ui->dataForKeyPath("Customize.RemoveShadow.bottom"), TwValue(30));
@@ -356,8 +355,8 @@ private slots:
             QTest::keyClick(d, Qt::Key_Escape);
         });
         custom->runModal();
-        QCOMPARE(shownInches, QStringLiteral("0.10"));
-        QCOMPARE(shownMillimetres, QStringLiteral("2.5"));
+        QCOMPARE(shownInches, u"0.10"_s);
+        QCOMPARE(shownMillimetres, u"2.5"_s);
         QCOMPARE(ui->dataForKeyPath("Customize.BorderRemoval.top"), TwValue(25));
     }
 
@@ -435,7 +434,7 @@ private slots:
         const std::uint32_t progress[3] = {0, 5, 2};
         ui->setProgress(progress);
         QTest::qWait(200);
-        saved << saveWindowsPicture(QStringLiteral("Scanning"), {c->scanningPanel()});
+        saved << saveWindowsPicture(u"Scanning"_s, {c->scanningPanel()});
         ui->hideProgressDialog();
         ui->hideUi();
         QCOMPARE(saved.size(), 6);

@@ -97,7 +97,7 @@ private slots:
             QVERIFY(d->addedPaperSize().isEmpty());
             d->onClose();
         });
-        const QString overwrite = QStringLiteral("\"Paper 7\" already exists. Do you want to overwrite it?");
+        const QString overwrite = u"\"Paper 7\" already exists. Do you want to overwrite it?"_s;
         QCOMPARE(scanner.boxMessages(),
                  (QStringList{"No more items can be saved. Delete an item you no longer need and try again.",
                               overwrite, overwrite}));
@@ -112,27 +112,27 @@ private slots:
         papers(*ui).list()->push_back(paper("Card", 85.6, 54.0));
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             auto* formatter = qobject_cast<const TwainNumberFormatter*>(d->txtWidth()->validator());
-            auto* label = d->findChild<QLabel*>(QStringLiteral("labADFMaxWidth"));
+            auto* label = d->findChild<QLabel*>(u"labADFMaxWidth"_s);
             const QModelIndex size = d->papersModel()->index(0, TwPaperSizeTableModel::SizeColumn);
-            QCOMPARE(d->txtWidth()->text(), QStringLiteral("210.0"));
+            QCOMPARE(d->txtWidth()->text(), u"210.0"_s);
             QCOMPARE(*formatter->maximum(), 216.0); // 8.504 in, in tenths of a millimetre, truncated
-            QCOMPARE(label->text(), QStringLiteral("216.0"));
-            QCOMPARE(size.data().toString(), QStringLiteral("85.6 × 54.0"));
+            QCOMPARE(label->text(), u"216.0"_s);
+            QCOMPARE(size.data().toString(), u"85.6 × 54.0"_s);
 
-            d->cmbUnit()->setCurrentIndex(d->cmbUnit()->findText(QStringLiteral("Inches")));
+            d->cmbUnit()->setCurrentIndex(d->cmbUnit()->findText(u"Inches"_s));
             emit d->cmbUnit()->activated(d->cmbUnit()->currentIndex());
             QCOMPARE(d->unit(), 0);
             QCOMPARE(d->ownValues().valueForKeyPath("paperWidth").doubleValue(), 210.0 / 25.4);
-            QCOMPARE(d->txtWidth()->text(), QStringLiteral("8.27"));
+            QCOMPARE(d->txtWidth()->text(), u"8.27"_s);
             QCOMPARE(*formatter->maximum(), 8.50); // hundredths of an inch, truncated
             QCOMPARE(*formatter->minimum(), 2.0);  // 508 tenths of a millimetre are 200 hundredths
-            QCOMPARE(label->text(), QStringLiteral("8.50"));
-            QCOMPARE(size.data().toString(), QStringLiteral("3.37 × 2.13"));
+            QCOMPARE(label->text(), u"8.50"_s);
+            QCOMPARE(size.data().toString(), u"3.37 × 2.13"_s);
 
             d->ownValues().setValueForKeyPath(1, "unit");
             QCOMPARE(d->ownValues().valueForKeyPath("paperWidth").doubleValue(), 210.0 / 25.4 * 25.4);
             QCOMPARE(d->ownValues().valueForKeyPath("paperLength").doubleValue(), 297.0 / 25.4 * 25.4);
-            QCOMPARE(label->text(), QStringLiteral("216.0"));
+            QCOMPARE(label->text(), u"216.0"_s);
         });
     }
 
@@ -179,13 +179,12 @@ private slots:
             QTest::mouseClick(d->tblPaperSize()->viewport(), Qt::LeftButton, {},
                               d->tblPaperSize()->visualRect(d->papersModel()->index(row, 0)).center());
             QCOMPARE(d->selectedRow(), row);
-            QCOMPARE(d->txtName()->text(), QStringLiteral("P%1").arg(row));
-            QCOMPARE(d->txtWidth()->text(), QStringLiteral("%1.0").arg(100 + row));
+            QCOMPARE(d->txtName()->text(), u"P%1"_s.arg(row));
+            QCOMPARE(d->txtWidth()->text(), u"%1.0"_s.arg(100 + row));
             QVERIFY(d->btnDelete()->isEnabled());
             QTest::mouseClick(d->btnDelete(), Qt::LeftButton);
             QCOMPARE(scanner.boxMessages(),
-                     QStringList{
-                         QStringLiteral("Are you sure you want to delete the paper size \"P%1\"?").arg(row)});
+                     QStringList{u"Are you sure you want to delete the paper size \"P%1\"?"_s.arg(row)});
             QCOMPARE(scanner.boxes[0].messageType, 0x40002u);
             QCOMPARE(d->selectedRow(), selectedAfter);
             QCOMPARE(d->btnDelete()->isEnabled(), selectedAfter >= 0);
@@ -205,14 +204,14 @@ private slots:
             const TwValue list = papers(*ui);
             runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
                 QCOMPARE(d->papersModel()->papers().list(), list.list());
-                QTest::keyClicks(d->txtName(), QStringLiteral("Receipt"));
+                QTest::keyClicks(d->txtName(), u"Receipt"_s);
                 d->txtWidth()->selectAll();
-                QTest::keyClicks(d->txtWidth(), QStringLiteral("80"));
+                QTest::keyClicks(d->txtWidth(), u"80"_s);
                 d->txtLength()->selectAll();
-                QTest::keyClicks(d->txtLength(), QStringLiteral("250.5"));
+                QTest::keyClicks(d->txtLength(), u"250.5"_s);
                 QTest::mouseClick(d->btnSave(), Qt::LeftButton);
                 QCOMPARE(d->selectedRow(), 0);
-                QCOMPARE(d->addedPaperSize(), QStringList{QStringLiteral("Receipt")});
+                QCOMPARE(d->addedPaperSize(), QStringList{u"Receipt"_s});
                 QTest::mouseClick(d->btnClose(), Qt::LeftButton);
             });
             QCOMPARE(list.list()->size(), std::size_t(1));
@@ -232,10 +231,8 @@ private slots:
         QFETCH(bool, modal);
         auto ui = scanner.load();
         ui->showUi(true, modal, false);
-        QPushButton* custom = ui->controller()
-                                  ->windowIfLoaded()
-                                  ->view(QStringLiteral("Basic"))
-                                  ->findChild<QPushButton*>(QStringLiteral("btnCustom"));
+        QPushButton* custom =
+            ui->controller()->windowIfLoaded()->view(u"Basic"_s)->findChild<QPushButton*>(u"btnCustom"_s);
         auto add = whenModal<TwDlgPaperSize>([&](TwDlgPaperSize* d) {
             enter(d, "Postcard", 100, 148);
             QTest::mouseClick(d->btnSave(), Qt::LeftButton);
@@ -272,7 +269,7 @@ private slots:
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             d->ownValues().setValueForKeyPath(0, "unit");
             d->selectRow(1);
-            QVERIFY(saveEditorPicture(d, QStringLiteral("PaperSize")));
+            QVERIFY(saveEditorPicture(d, u"PaperSize"_s));
         });
     }
 };

@@ -147,7 +147,7 @@ private slots:
         p->GetAreas(areas);
         QVERIFY(!areas.empty());
         QCOMPARE(areas[0].color, QColor(Qt::red));
-        QCOMPARE(p->cmbArea()->itemText(0), QStringLiteral("Main Area"));
+        QCOMPARE(p->cmbArea()->itemText(0), u"Main Area"_s);
         ui->hideUi();
         QVERIFY(!p->isVisible() && !p->isStatusTimerRunning());
     }
@@ -271,7 +271,7 @@ private slots:
             QPointF(area->viewport()->width(), area->viewport()->height()) / 2);
         QVERIFY2(near(centre.x(), p->GetCurrentPaperSize().width() / 2, 2) &&
                      near(centre.y(), p->GetCurrentPaperSize().height() / 2, 2),
-                 qPrintable(QStringLiteral("%1, %2").arg(centre.x()).arg(centre.y())));
+                 qPrintable(u"%1, %2"_s.arg(centre.x()).arg(centre.y())));
 
         // The hand scrolls the page with the pointer.
         QTest::mouseClick(p->segControl()->buttons()[1], Qt::LeftButton);
@@ -353,9 +353,8 @@ private slots:
             QCOMPARE(p->selectedSide(), std::uint16_t(1));
             QTRY_VERIFY(!p->imageBack().isNull());
             QCOMPARE(p->viewPreview()->scanImage(), p->imageBack());
-            QCOMPARE(p->labValue1()->text(), ui->dataForKeyPath("enable.AutoDistinction").boolValue()
-                                                 ? QStringLiteral("67.89(%)")
-                                                 : QStringLiteral("-(%)"));
+            QCOMPARE(p->labValue1()->text(),
+                     ui->dataForKeyPath("enable.AutoDistinction").boolValue() ? u"67.89(%)"_s : u"-(%)"_s);
         }
     }
 
@@ -525,14 +524,14 @@ private slots:
         set(*ui, "enable.BlankPageRemoval", true);
         set(*ui, "Data.Layout.BlankPageRemoval.Eanble", false);
         TwDlgPreview* p = prescan(*ui);
-        QCOMPARE(p->labValue1()->text(), QStringLiteral("12.35(%)"));
-        QCOMPARE(p->labValue2()->text(), QStringLiteral("-(%)"));
+        QCOMPARE(p->labValue1()->text(), u"12.35(%)"_s);
+        QCOMPARE(p->labValue2()->text(), u"-(%)"_s);
         set(*ui, "enable.AutoDistinction", false);
         ui->model()->setValueForKeyPathWithoutNotification(TwValue(true),
                                                            "Data.Layout.BlankPageRemoval.Eanble");
         p->SetSideBottomLable(0);
-        QCOMPARE(p->labValue1()->text(), QStringLiteral("-(%)"));
-        QCOMPARE(p->labValue2()->text(), QStringLiteral("1.50(%)"));
+        QCOMPARE(p->labValue1()->text(), u"-(%)"_s);
+        QCOMPARE(p->labValue2()->text(), u"1.50(%)"_s);
     }
 
     // ---- Rescans and closing ----

@@ -442,7 +442,7 @@ private slots:
         const QByteArrayList lines = splitLines(readFile(logPath()));
         QCOMPARE(lines.size(), 1 + kThreads * kLines);
         QVERIFY(isCreationLine(lines[0]));
-        const QRegularExpression body(QStringLiteral("^thread (\\d) line (\\d+) ([xy]+)$"));
+        const QRegularExpression body(u"^thread (\\d) line (\\d+) ([xy]+)$"_s);
         QSet<int> seen;
         for (int i = 1; i < lines.size(); ++i) {
             auto m = body.match(QString::fromLatin1(afterPrefix(lines[i], 'I')));

@@ -72,7 +72,7 @@ QString areaOutlets() {
                                "stp%1Brightness%2")
                     .arg(side)
                     .arg(n);
-        out += QStringLiteral(" cmb%1Halftone").arg(side);
+        out += u" cmb%1Halftone"_s.arg(side);
     }
     return out + " boxSubArea";
 }
@@ -173,14 +173,14 @@ QString kindMismatch(QWidget* w, const QString& kind, int segments) {
         {"sample", w->inherits("TwGammaSampleView")},
         {"tabs", qobject_cast<QTabWidget*>(w) != nullptr},
     };
-    if (kind != QLatin1String("radio"))
-        return ok.value(kind) ? QString() : QStringLiteral("not a %1").arg(kind);
+    if (kind != u"radio"_s)
+        return ok.value(kind) ? QString() : u"not a %1"_s.arg(kind);
     if (!w->inherits("TwSegmentedControl") || w->findChildren<QAbstractButton*>().size() != segments)
-        return QStringLiteral("not a TwSegmentedControl of %1 buttons").arg(segments);
+        return u"not a TwSegmentedControl of %1 buttons"_s.arg(segments);
     for (int i = 0; i < segments; ++i) {
-        auto* b = w->findChild<QRadioButton*>(QStringLiteral("%1_%2").arg(w->objectName()).arg(i));
+        auto* b = w->findChild<QRadioButton*>(u"%1_%2"_s.arg(w->objectName()).arg(i));
         if (!b || b->text().isEmpty())
-            return QStringLiteral("no radio button %1 with a text").arg(i);
+            return u"no radio button %1 with a text"_s.arg(i);
     }
     return QString();
 }
@@ -189,7 +189,7 @@ QString kindMismatch(QWidget* w, const QString& kind, int segments) {
 // viewport, a tab bar's buttons) carry no name or a "qt_" one, or sit inside such a control.
 bool isFormWidget(const QWidget* w) {
     const QString name = w->objectName();
-    if (name.isEmpty() || name.startsWith(QLatin1String("qt_")))
+    if (name.isEmpty() || name.startsWith(u"qt_"_s))
         return false;
     for (const QWidget* p = w->parentWidget(); p; p = p->parentWidget())
         if (qobject_cast<const QTabBar*>(p) || qobject_cast<const QComboBox*>(p) ||
@@ -199,7 +199,7 @@ bool isFormWidget(const QWidget* w) {
 }
 
 bool isRadioGroup(const QWidget* w) {
-    return w->objectName().startsWith(QLatin1String("rdo")) && !qobject_cast<const QAbstractButton*>(w);
+    return w->objectName().startsWith(u"rdo"_s) && !qobject_cast<const QAbstractButton*>(w);
 }
 
 // The controls a user edits or presses; a radio group counts once, as its container.
@@ -251,8 +251,7 @@ void showAtSizeHint(QWidget* form, qreal scale) {
     settle(form);
     const QString dir = qEnvironmentVariable("VMX_FORM_SHOTS");
     if (!dir.isEmpty() && QDir().mkpath(dir))
-        form->grab().save(
-            QDir(dir).filePath(QStringLiteral("%1@%2x.png").arg(form->objectName()).arg(scale)));
+        form->grab().save(QDir(dir).filePath(u"%1@%2x.png"_s.arg(form->objectName()).arg(scale)));
 }
 
 // Shows the Area tab's controls of the side, as the tab does.
@@ -278,7 +277,7 @@ private slots:
         static QtMessageHandler previous = nullptr;
         previous = qInstallMessageHandler(
             [](QtMsgType type, const QMessageLogContext& context, const QString& text) {
-                if (!text.contains(QLatin1String("propagateSizeHints")))
+                if (!text.contains(u"propagateSizeHints"_s))
                     previous(type, context, text);
             });
     }
@@ -290,7 +289,7 @@ private slots:
         names.sort();
         expected.sort();
         QCOMPARE(names, expected);
-        QCOMPARE(TwFormCatalog::create(QStringLiteral("TwainViewNothing")), nullptr);
+        QCOMPARE(TwFormCatalog::create(u"TwainViewNothing"_s), nullptr);
     }
 
     // The form is made under its parent with its identifier, every outlet is there once with its
@@ -311,29 +310,29 @@ private slots:
         QStringList faults, actions;
         for (const Outlet& o : outletsOf(contract)) {
             const auto found = form->findChildren<QWidget*>(o.name);
-            const QString why = found.size() != 1 ? QStringLiteral("%1 widgets").arg(found.size())
+            const QString why = found.size() != 1 ? u"%1 widgets"_s.arg(found.size())
                                                   : kindMismatch(found.first(), o.kind, o.extra.toInt());
             if (!why.isEmpty())
-                faults << o.name + QStringLiteral(": ") + why;
+                faults << o.name + u": "_s + why;
             if (o.kind == "push")
                 actions << o.name + '=' + o.extra;
         }
         QSet<QString> seen;
         for (QWidget* w : form->findChildren<QWidget*>()) {
             if (isFormWidget(w) && seen.contains(w->objectName()))
-                faults << QStringLiteral("%1 twice").arg(w->objectName());
+                faults << u"%1 twice"_s.arg(w->objectName());
             seen.insert(w->objectName());
         }
 
         for (QPushButton* b : form->findChildren<QPushButton*>()) {
-            QString made = b->objectName() + QLatin1Char('=') + b->property("action").toString();
+            QString made = b->objectName() + '=' + b->property("action").toString();
             if (b->property("tag").isValid())
-                made += QLatin1Char('/') + b->property("tag").toString();
+                made += '/' + b->property("tag").toString();
             if (!actions.removeOne(made))
-                faults << QStringLiteral("unexpected action %1").arg(made);
+                faults << u"unexpected action %1"_s.arg(made);
         }
         if (!actions.isEmpty())
-            faults << QStringLiteral("missing actions ") + actions.join(' ');
+            faults << u"missing actions "_s + actions.join(' ');
 
         // Every input has an accessible name, the buttons of a radio group too.
         for (QWidget* w : inputs(form)) {
@@ -343,7 +342,7 @@ private slots:
                     named << b;
             for (QWidget* n : named)
                 if (n->accessibleName().trimmed().isEmpty())
-                    faults << n->objectName() + QStringLiteral(" has no accessible name");
+                    faults << n->objectName() + u" has no accessible name"_s;
         }
         // Every mnemonic leads somewhere and no two share a letter.
         QHash<QKeySequence, QString> used;
@@ -358,12 +357,12 @@ private slots:
             if (key.isEmpty())
                 continue;
             if (label && !label->buddy())
-                faults << QStringLiteral("%1 has a mnemonic but no buddy").arg(w->objectName());
+                faults << u"%1 has a mnemonic but no buddy"_s.arg(w->objectName());
             if (used.contains(key))
-                faults << QStringLiteral("%1 on %2 and %3").arg(key.toString(), used[key], w->objectName());
+                faults << u"%1 on %2 and %3"_s.arg(key.toString(), used[key], w->objectName());
             used.insert(key, w->objectName());
         }
-        QVERIFY2(faults.isEmpty(), qPrintable(faults.join(QStringLiteral("; "))));
+        QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u"; "_s)));
     }
 
     // Tab goes through a form in the order its controls are seen, top to bottom and left to right
@@ -382,10 +381,10 @@ private slots:
         auto [index, side] = fetch<int, QString>("index", "side");
         QStringList expected = tabStops(contracts()[index], side);
         auto form = make(contracts()[index].className);
-        if (auto* tabs = form->findChild<QTabWidget*>(QStringLiteral("tableMain"))) {
+        if (auto* tabs = form->findChild<QTabWidget*>(u"tableMain"_s)) {
             auto* field = new QLineEdit;
-            field->setObjectName(QStringLiteral("pageField"));
-            tabs->addTab(field, QStringLiteral("Page"));
+            field->setObjectName(u"pageField"_s);
+            tabs->addTab(field, u"Page"_s);
             TwSetVisualTabOrder(form.get()); // as the panel does once its pages are in
             expected.insert(expected.indexOf("tableMain") + 1, "pageField");
         }
@@ -437,12 +436,12 @@ private slots:
     }
     void layoutFitsItsText() {
         auto [index, scale] = fetch<int, qreal>("index", "scale");
-        auto form = make(index < 0 ? QStringLiteral("TwDlgMain") : contracts()[index].className);
-        auto* tabs = form->findChild<QTabWidget*>(QStringLiteral("tableMain"));
+        auto form = make(index < 0 ? u"TwDlgMain"_s : contracts()[index].className);
+        auto* tabs = form->findChild<QTabWidget*>(u"tableMain"_s);
         if (index < 0)
             for (const FormContract& contract : contracts())
-                if (!contract.identifier.isEmpty() && contract.identifier != QLatin1String("Imprinter") &&
-                    contract.identifier != QLatin1String("PatchCode")) {
+                if (!contract.identifier.isEmpty() && contract.identifier != u"Imprinter"_s &&
+                    contract.identifier != u"PatchCode"_s) {
                     QWidget* page = TwFormCatalog::create(contract.className);
                     tabs->addTab(page, page->windowTitle());
                 }
@@ -466,7 +465,7 @@ private:
     void checkFits(QWidget* form) {
         QStringList faults;
         auto size = [](QSize s) {
-            return QStringLiteral("%1x%2").arg(s.width()).arg(s.height());
+            return u"%1x%2"_s.arg(s.width()).arg(s.height());
         };
         for (QWidget* w : form->findChildren<QWidget*>()) {
             if (!isFormWidget(w) || !w->isVisibleTo(form))
@@ -484,10 +483,10 @@ private:
             } else if (auto* box = qobject_cast<QGroupBox*>(w)) {
                 const int title = box->fontMetrics().horizontalAdvance(box->title());
                 if (w->width() < box->minimumSizeHint().width() || w->width() < title)
-                    faults << QStringLiteral("group %1 narrower than its title").arg(name);
+                    faults << u"group %1 narrower than its title"_s.arg(name);
             } else if (auto* edit = qobject_cast<QLineEdit*>(w)) {
                 const int digits = edit->property("fieldChars").toInt();
-                const int need = edit->fontMetrics().horizontalAdvance(QString(digits, QLatin1Char('0')));
+                const int need = edit->fontMetrics().horizontalAdvance(QString(digits, '0'));
                 QStyleOptionFrame opt;
                 opt.initFrom(edit);
                 opt.lineWidth = edit->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &opt, edit);
@@ -498,17 +497,17 @@ private:
             QWidget* parent = w->parentWidget();
             if (parent && parent != form->window() && !parent->rect().contains(w->geometry()) &&
                 isFormWidget(parent))
-                faults << QStringLiteral("%1 sticks out of %2").arg(name, parent->objectName());
+                faults << u"%1 sticks out of %2"_s.arg(name, parent->objectName());
             if (!parent)
                 continue;
             for (QWidget* s : parent->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))
                 if (s != w && isFormWidget(s) && s->isVisibleTo(form) && s->objectName() < name &&
                     s->geometry().intersects(w->geometry()))
-                    faults << QStringLiteral("%1 overlaps %2").arg(name, s->objectName());
+                    faults << u"%1 overlaps %2"_s.arg(name, s->objectName());
         }
         if (!form->rect().contains(form->childrenRect()))
-            faults << QStringLiteral("contents exceed the form");
-        QVERIFY2(faults.isEmpty(), qPrintable(faults.join(QStringLiteral("; "))));
+            faults << u"contents exceed the form"_s;
+        QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u"; "_s)));
     }
 };
 

@@ -196,20 +196,20 @@ struct Expected {
 std::vector<Expected> expectedBindings(const TabCase& c) {
     std::vector<Expected> out;
     const std::string prefix = std::string("ModelDef.UIControl.") + c.identifier + ".";
-    for (const QString& line : QString::fromStdString(c.table).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
-        QStringList tokens = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-        for (const QString& control : tokens.takeFirst().split(QLatin1Char(','))) {
+    for (const QString& line : QString::fromStdString(c.table).split('\n', Qt::SkipEmptyParts)) {
+        QStringList tokens = line.split(' ', Qt::SkipEmptyParts);
+        for (const QString& control : tokens.takeFirst().split(',')) {
             const QString stem = control.left(3);
-            const char* valueKind = stem == QLatin1String("cmb")   ? "selectedObject"
-                                    : stem == QLatin1String("rdo") ? "selectedIndex"
-                                    : stem == QLatin1String("box") ? "title"
-                                    : stem == QLatin1String("img") ? "valuePath"
-                                                                   : "value";
+            const char* valueKind = stem == u"cmb"_s   ? "selectedObject"
+                                    : stem == u"rdo"_s ? "selectedIndex"
+                                    : stem == u"box"_s ? "title"
+                                    : stem == u"img"_s ? "valuePath"
+                                                       : "value";
             for (const QString& token : tokens) {
                 const std::string key = token.toStdString();
                 if (key[0] == '#') {
                     out.push_back({control, "hidden", prefix + key.substr(1) + ".hidden"});
-                    if (stem != QLatin1String("box"))
+                    if (stem != u"box"_s)
                         out.push_back({control, "enabled", prefix + key.substr(1) + ".enabled"});
                 } else if (key[0] == '!') {
                     out.push_back({control, "enabled", key.substr(1)});
@@ -282,9 +282,7 @@ QString shownProperty(QWidget* w, const QString& property) {
     auto* edit = combo ? combo->lineEdit() : qobject_cast<QLineEdit*>(w);
     auto* formatter = edit ? qobject_cast<const TwainNumberFormatter*>(edit->validator()) : nullptr;
     if (formatter && property == "range")
-        return QStringLiteral("%1-%2")
-            .arg(formatter->minimum().value_or(-1))
-            .arg(formatter->maximum().value_or(-1));
+        return u"%1-%2"_s.arg(formatter->minimum().value_or(-1)).arg(formatter->maximum().value_or(-1));
     return w->property(qPrintable(property)).toString();
 }
 
@@ -330,13 +328,13 @@ private slots:
 
     void unknownClassesAndMissingModelsAreRefusedWithALogLine() {
         sample.captureLog();
-        QVERIFY(!TwainView::create(QStringLiteral("TwainViewNothing")));
-        QVERIFY(sample.logText().contains(QStringLiteral("no tab of class TwainViewNothing")));
+        QVERIFY(!TwainView::create(u"TwainViewNothing"_s));
+        QVERIFY(sample.logText().contains(u"no tab of class TwainViewNothing"_s));
         auto tab = makeTab("TwainViewArea");
         tab->bindControlsToObject(nullptr);
         QVERIFY(!tab->bindObject());
         QCOMPARE(boundControlCount(tab.get()), 0);
-        QVERIFY(sample.logText().contains(QStringLiteral("no model to bind to")));
+        QVERIFY(sample.logText().contains(u"no model to bind to"_s));
     }
 
     // On the sample model no key path is missing. Binding twice replaces, unbinding removes every
@@ -357,7 +355,7 @@ private slots:
         QCOMPARE(tab->identifier(), QString::fromLatin1(c.identifier));
         sample.captureLog();
         tab->bindControlsToObject(model);
-        QVERIFY2(!sample.logText().contains(QStringLiteral("ERROR")), qPrintable(sample.logText()));
+        QVERIFY2(!sample.logText().contains(u"ERROR"_s), qPrintable(sample.logText()));
         const std::size_t bound = model->observationCount();
         const int controls = boundControlCount(tab.get());
         QCOMPARE(controls > 0, !c.table.empty());
@@ -375,13 +373,12 @@ private slots:
 
         tab->bindControlsToObject(full->model().get());
         QCOMPARE(model->observationCount(), before);
-        QVERIFY2(!sample.logText().contains(QStringLiteral("is not found KeyPath")),
-                 qPrintable(sample.logText()));
+        QVERIFY2(!sample.logText().contains(u"is not found KeyPath"_s), qPrintable(sample.logText()));
         for (const Expected& e : expectedBindings(c)) {
             QObject* control = tab->findChild<QObject*>(e.control);
             QVERIFY2(control, qPrintable(e.control));
             QVERIFY2(hasBinding(control, e.kind, e.key),
-                     qPrintable(QStringLiteral("%1 %2 %3").arg(e.control, e.kind.c_str(), e.key.c_str())));
+                     qPrintable(u"%1 %2 %3"_s.arg(e.control, e.kind.c_str(), e.key.c_str())));
         }
         tab.reset();
         QCOMPARE(full->model()->observationCount(), fullBefore);
@@ -402,7 +399,7 @@ private slots:
 
         tab->bindControlsToObject(model);
         set(*ui, "Data.Feed.FeedPageNumber", TwValue(12));
-        QCOMPARE(child<QLineEdit>(tab, "txtPage")->text(), QStringLiteral("12"));
+        QCOMPARE(child<QLineEdit>(tab, "txtPage")->text(), u"12"_s);
         delete tab;
         QCOMPARE(model->observationCount(), before);
     }
@@ -416,7 +413,7 @@ private slots:
         columns<QString, TwValue, QString>("className", "values", "shown");
         auto row = [](const char* name, const char* tab,
                       std::initializer_list<std::pair<std::string, TwValue>> values, const QString& shown) {
-            QTest::newRow(name) << QStringLiteral("TwainView") + tab << TwValue::dictionary(values) << shown;
+            QTest::newRow(name) << u"TwainView"_s + tab << TwValue::dictionary(values) << shown;
         };
         // The sample lists resolutions from 150 to 600: the field takes 100 to 600.
         row("basic", "Basic", {},
@@ -504,7 +501,7 @@ private slots:
                 QVERIFY2(w, qPrintable(what));
                 actual = shownProperty(w, what.section('.', 1));
             }
-            QVERIFY2(actual == expected, qPrintable(QStringLiteral("%1 is %2").arg(item, actual)));
+            QVERIFY2(actual == expected, qPrintable(u"%1 is %2"_s.arg(item, actual)));
         }
     }
 
@@ -565,8 +562,8 @@ private slots:
             tab->show();
             QVERIFY(QTest::qWaitForWindowExposed(tab.get()));
             if (!dir.isEmpty())
-                QVERIFY(tab->grab().save(QDir(dir).filePath(name + QStringLiteral(".png"))));
-            if (name == QLatin1String("TwainViewCommon")) {
+                QVERIFY(tab->grab().save(QDir(dir).filePath(name + u".png"_s)));
+            if (name == u"TwainViewCommon"_s) {
                 // The layout closes the gap of a row the scanner model hides.
                 auto* margin = child(tab.get(), "btnMargin");
                 QVERIFY(child(tab.get(), "btnFitToPage")->isHidden());
@@ -574,11 +571,10 @@ private slots:
             }
             const auto widgets = tab->findChildren<QWidget*>();
             for (QWidget* w : widgets) {
-                if (!w->isVisible() || w->objectName().isEmpty() ||
-                    w->objectName().startsWith(QLatin1String("qt_")))
+                if (!w->isVisible() || w->objectName().isEmpty() || w->objectName().startsWith(u"qt_"_s))
                     continue;
                 const QRect r(w->mapTo(tab.get(), QPoint(0, 0)), w->size());
-                QVERIFY2(tab->rect().contains(r), qPrintable(name + QLatin1Char('.') + w->objectName()));
+                QVERIFY2(tab->rect().contains(r), qPrintable(name + '.' + w->objectName()));
             }
         }
     }
@@ -619,18 +615,18 @@ private slots:
             spies << new QSignalSpy(const_cast<QValidator*>(field->validator()), &QValidator::changed);
         chooseUnit(b.tab.get(), 0);
         QCOMPARE(b.model()->valueForKeyPath("Data.Area.Unit"), TwValue(0));
-        QCOMPARE(width1->text(), QStringLiteral("1.00"));
-        QCOMPARE(b.field("txtWidth")->text(), QStringLiteral("8.27"));
+        QCOMPARE(width1->text(), u"1.00"_s);
+        QCOMPARE(b.field("txtWidth")->text(), u"8.27"_s);
         for (QLineEdit* field : b.tab->formatTexts()) {
-            QCOMPARE(formatterOf(field)->format(), QStringLiteral("0.00"));
+            QCOMPARE(formatterOf(field)->format(), u"0.00"_s);
             QVERIFY2(!field->text().isEmpty(), qPrintable(field->objectName()));
         }
         for (QSignalSpy* spy : spies)
             QVERIFY(spy->count() > 0);
-        QCOMPARE(formatterOf(b.field("txtFrontBrightness1"))->format(), QStringLiteral("0"));
+        QCOMPARE(formatterOf(b.field("txtFrontBrightness1"))->format(), u"0"_s);
         QCOMPARE(b.maximum("temp.Area.Width"), 8.27);
         QCOMPARE(b.tab->formatterForKeyPath("temp.Area.Width")->errorString(),
-                 QStringLiteral("Enter a number from 0.39 to 8.27."));
+                 u"Enter a number from 0.39 to 8.27."_s);
 
         // The same unit again changes nothing.
         for (QSignalSpy* spy : spies)
@@ -642,8 +638,8 @@ private slots:
 
         // And back: millimetres with one place.
         chooseUnit(b.tab.get(), 1);
-        QCOMPARE(width1->text(), QStringLiteral("25.4"));
-        QCOMPARE(formatterOf(b.field("txtLength"))->format(), QStringLiteral("0.0"));
+        QCOMPARE(width1->text(), u"25.4"_s);
+        QCOMPARE(formatterOf(b.field("txtLength"))->format(), u"0.0"_s);
         QCOMPARE(b.maximum("temp.Area.Width"), 210.0);
     }
 
@@ -737,21 +733,21 @@ private slots:
         // The same field asked twice in a row reloads both times; a key no field shows is ignored,
         // asked once or again.
         for (int i = 0; i < 2; ++i) {
-            width->setText(QStringLiteral("99.9"));
+            width->setText(u"99.9"_s);
             b.model()->TextEditRefresh(TwValue(), "temp.Area.Width");
-            QCOMPARE(width->text(), QStringLiteral("210.0"));
+            QCOMPARE(width->text(), u"210.0"_s);
         }
         b.model()->TextEditRefresh(TwValue(), "temp.Area.Nothing");
-        width->setText(QStringLiteral("99.9"));
+        width->setText(u"99.9"_s);
         b.model()->TextEditRefresh(TwValue(), "temp.Area.Nothing");
-        QCOMPARE(width->text(), QStringLiteral("99.9"));
+        QCOMPARE(width->text(), u"99.9"_s);
 
         // In inches through the inch pattern.
         chooseUnit(b.tab.get(), 0);
         QLineEdit* y = b.field("txtY");
-        y->setText(QStringLiteral("3"));
+        y->setText(u"3"_s);
         b.model()->TextEditRefresh(TwValue(), "temp.Area.Y");
-        QCOMPARE(y->text(), QStringLiteral("0.00"));
+        QCOMPARE(y->text(), u"0.00"_s);
 
         // Typed past the paper: the model keeps the X and the width gives way.
         chooseUnit(b.tab.get(), 1);
@@ -759,7 +755,7 @@ private slots:
         x->selectAll();
         QTest::keyClicks(x, "100");
         QCOMPARE(b.model()->valueForKeyPath("Data.Area.Measure.Width").doubleValue(), 110.0);
-        QCOMPARE(width->text(), QStringLiteral("110.0"));
+        QCOMPARE(width->text(), u"110.0"_s);
         QCOMPARE(b.maximum("temp.Area.Width"), 110.0);
     }
 
@@ -790,7 +786,7 @@ private slots:
         QTest::keyClicks(field, "200");
         QTest::keyClick(field, Qt::Key_Down);
         QCOMPARE(b.model()->valueForKeyPath(key).intValue(), 199);
-        QCOMPARE(field->text(), QStringLiteral("199"));
+        QCOMPARE(field->text(), u"199"_s);
         QVERIFY(field->hasFocus());
     }
 
@@ -801,7 +797,7 @@ private slots:
             defaults.dict()->set("Area", TwValue());
         Bound b = bound(values);
         QVERIFY(!TwBoundControl::infoForBinding(b.field("txtWidth"), "value"));
-        QVERIFY(sample.logText().contains(QStringLiteral("is not found KeyPath:temp.Area.Width")));
+        QVERIFY(sample.logText().contains(u"is not found KeyPath:temp.Area.Width"_s));
         // Still a working tab: the side switch and the unbinding.
         set(*b.ui, "Data.PaperSource", TwValue(1));
         set(*b.ui, "temp.Area.Side", TwValue(1));
