@@ -26,6 +26,19 @@ Q_DECLARE_METATYPE(TwValue)
 
 using namespace Qt::StringLiterals;
 
+// A value as a failed comparison shows it.
+inline char* toString(const TwValue& v) {
+    return qstrdup(TwPlistToXml(v).c_str());
+}
+
+// The store's values at the key paths, to compare in one go with an array.
+inline TwValue valuesAt(TwObservable& store, std::initializer_list<const char*> keyPaths) {
+    TwValue out = TwValue::array();
+    for (const char* keyPath : keyPaths)
+        out.list()->push_back(store.valueForKeyPath(keyPath));
+    return out;
+}
+
 // The current row's values of the named columns, in order:
 // const auto [unit, path] = fetch<int, QString>("unit", "path").
 template <class... T, class... Names> std::tuple<T...> fetch(Names... names) {

@@ -340,9 +340,9 @@ private slots:
         QCOMPARE(shownMillimetres, u"5.0"_s);
         QVERIFY2(qAbs(inches - 5.0 / 25.4) < 1e-9, qPrintable(QString::number(inches, 'g', 12)));
         QCOMPARE(shownInches, u"0.20"_s);
-        QCOMPARE(ui->dataForKeyPath("Customize.BorderRemoval.left"), TwValue(50));
-        QCOMPARE(ui->dataForKeyPath("Customize.BorderRemoval.top"), TwValue(25));
-        QCOMPARE(ui->dataForKeyPath("Customize.RemoveShadow.bottom"), TwValue(30));
+        QCOMPARE(valuesAt(*ui->model(), {"Customize.BorderRemoval.left", "Customize.BorderRemoval.top",
+                                         "Customize.RemoveShadow.bottom"}),
+                 TwValue::array({50, 25, 30}));
         const TwValue saved = SampleScanner::stored("customize");
         QVERIFY(saved.dict());
         QCOMPARE(saved.dict()->value("BorderRemoval").dict()->value("top"), TwValue(25));

@@ -32,9 +32,8 @@ private slots:
         set(*ui, "Data.Resolution", TwValue(150));
         QCOMPARE(ui->dataForKeyPath("enable.AutoDistinctionResolution"), TwValue(false));
         QCOMPARE(codes(ui->dataForKeyPath("content.RateImageAvail")), std::vector<int>{0});
-        QCOMPARE(ui->dataForKeyPath("temp.GrayDPI"), TwValue(150));
-        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
-        QCOMPARE(ui->dataForKeyPath("temp.GrayColor"), TwValue("Gray"));
+        QCOMPARE(valuesAt(*ui->model(), {"temp.GrayDPI", "profiles.name", "temp.GrayColor"}),
+                 TwValue::array({150, "Untitled", "Gray"}));
     }
 
     void paperEditsReachRulesAndArea() {

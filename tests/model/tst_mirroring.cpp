@@ -38,11 +38,10 @@ private slots:
         QVERIFY(model->valueForKeyPath("Data.GrayImage.Keep2SideSame").isNull());
         model->setValueForKeyPath(TwValue(true), "Data.ColorImage.Keep2SideSame");
         model->setValueForKeyPath(TwValue(4), "Data.PaperSource");
-        QCOMPARE(model->valueForKeyPath("Data.GrayImage.Keep2SideSame"), TwValue(true));
-        QCOMPARE(model->valueForKeyPath("temp.GrayImageSide"), TwValue(2));
-        QCOMPARE(model->valueForKeyPath("temp.ColorImageSide"), TwValue(2));
-        QCOMPARE(model->valueForKeyPath("temp.BinaryImageSide"), TwValue(0));
-        QCOMPARE(model->valueForKeyPath("Data.BinaryImage.Keep2SideSame"), TwValue(false));
+        QCOMPARE(
+            valuesAt(*model, {"Data.GrayImage.Keep2SideSame", "temp.GrayImageSide", "temp.ColorImageSide",
+                              "temp.BinaryImageSide", "Data.BinaryImage.Keep2SideSame"}),
+            TwValue::array({true, 2, 2, 0, false}));
     }
 
     void selectingASideLoadsItsValues() {
@@ -51,11 +50,10 @@ private slots:
         model->setValueForKeyPath(TwValue(1), "Data.PaperSource");
         model->setValueForKeyPath(TwValue(true), "Data.BinaryImage.Keep2SideSame");
         model->setValueForKeyPath(TwValue(1), "temp.BinaryImageSide");
-        QCOMPARE(model->valueForKeyPath("temp.BinaryImage.Brightness"), TwValue(200));
-        QCOMPARE(model->valueForKeyPath("temp.BinaryImage.Gamma"), TwValue(1));
-        QCOMPARE(model->valueForKeyPath("Data.BinaryImageSide"), TwValue(1));
-        QCOMPARE(model->valueForKeyPath("temp.BinaryImageSideText"), TwValue("Back side"));
-        QCOMPARE(model->valueForKeyPath("Data.BinaryImage.Keep2SideSame"), TwValue(false));
+        QCOMPARE(
+            valuesAt(*model, {"temp.BinaryImage.Brightness", "temp.BinaryImage.Gamma", "Data.BinaryImageSide",
+                              "temp.BinaryImageSideText", "Data.BinaryImage.Keep2SideSame"}),
+            TwValue::array({200, 1, 1, "Back side", false}));
         // The setting itself is not touched by showing another side.
         QCOMPARE(model->valueForKeyPath("Data.BinaryImage.Front.Brightness"), TwValue(100));
         model->setValueForKeyPath(TwValue(0), "temp.BinaryImageSide");
@@ -86,9 +84,9 @@ private slots:
             model->setValueForKeyPath(TwValue(2), "temp.GrayImageSide");
             QCOMPARE(model->valueForKeyPath(to), source);
             QCOMPARE(model->valueForKeyPath(from), source);
-            QCOMPARE(model->valueForKeyPath("Data.GrayImage.Keep2SideSame"), TwValue(true));
-            QCOMPARE(model->valueForKeyPath("temp.GrayImageSideText"), TwValue("Both sides"));
-            QCOMPARE(model->valueForKeyPath("Data.GrayImageSide"), TwValue(2));
+            QCOMPARE(valuesAt(*model, {"Data.GrayImage.Keep2SideSame", "temp.GrayImageSideText",
+                                       "Data.GrayImageSide"}),
+                     TwValue::array({true, "Both sides", 2}));
         }
     }
 
@@ -189,9 +187,9 @@ private slots:
         reload();
         QCOMPARE(model->valueForKeyPath("enable.Feed.FeedPage"), TwValue(true));
         model->setValueForKeyPath(TwValue(2), "Data.PaperSource");
-        QCOMPARE(model->valueForKeyPath("enable.Feed.FeedPageMode"), TwValue(false));
-        QCOMPARE(model->valueForKeyPath("Data.Feed.FeedPageMode"), TwValue(0));
-        QCOMPARE(model->valueForKeyPath("enable.Feed.FeedPage"), TwValue(false));
+        QCOMPARE(
+            valuesAt(*model, {"enable.Feed.FeedPageMode", "Data.Feed.FeedPageMode", "enable.Feed.FeedPage"}),
+            TwValue::array({false, 0, false}));
         model->setValueForKeyPath(TwValue(0), "Data.PaperSource");
         QCOMPARE(model->valueForKeyPath("enable.Feed.FeedPageMode"), TwValue(true));
         QCOMPARE(model->valueForKeyPath("Data.Feed.FeedPageMode"), TwValue(0));
