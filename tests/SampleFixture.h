@@ -114,8 +114,12 @@ struct SampleScanner {
     static TwValue stored(const char* key) { return preferences().copyValue(key); }
 };
 
+// Sets key paths through the facade, in order, as the data source does.
 inline void set(VmxUIControllerImpl& ui, const char* keyPath, const TwValue& value) {
     ui.setDataWithKeyPathValue(TwValue::dictionary({{keyPath, value}}));
+}
+inline void set(VmxUIControllerImpl& ui, std::initializer_list<std::pair<std::string, TwValue>> values) {
+    ui.setDataWithKeyPathValue(TwValue::dictionary(values));
 }
 
 // The main dialog once it is made, and a control of one of its tabs.

@@ -125,15 +125,20 @@ inline TwValue dict(std::initializer_list<std::pair<std::string, TwValue>> entri
     return TwValue::dictionary(entries);
 }
 
-// An entry of a choice list, and the values of a list's entries.
+// An entry of a choice list, and the values (or another key) of a list's entries.
 inline TwValue choice(const TwValue& value, const char* display) {
     return dict({{"value", value}, {"display", display}});
 }
-inline std::vector<int> codes(const TwValue& list) {
-    std::vector<int> out;
+template <class T = int> std::vector<T> codes(const TwValue& list, const char* key = "value") {
+    std::vector<T> out;
     if (auto a = list.list())
-        for (auto& e : *a)
-            out.push_back(e.dict()->value("value").intValue());
+        for (auto& e : *a) {
+            const TwValue v = e.dict() ? e.dict()->value(key) : TwValue();
+            if constexpr (std::is_same_v<T, int>)
+                out.push_back(v.intValue());
+            else
+                out.push_back(v.stringValue());
+        }
     return out;
 }
 

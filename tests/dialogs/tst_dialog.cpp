@@ -378,8 +378,8 @@ private slots:
     void defaultRestoresTheFactorySetting() {
         auto ui = shown();
         TwValue factory = ui->dataForKeyPath("Default.Resolution");
-        set(*ui, "Data.Resolution", factory.intValue() == 400 ? 200 : 400);
-        set(*ui, "Customize.BorderRemoval.left", 99);
+        set(*ui, {{"Data.Resolution", factory.intValue() == 400 ? 200 : 400},
+                  {"Customize.BorderRemoval.left", 99}});
         QTest::mouseClick(window(*ui)->btnDefault(), Qt::LeftButton);
         QCOMPARE(ui->dataForKeyPath("Data.Resolution"), factory);
         QCOMPARE(ui->dataForKeyPath("Customize.BorderRemoval.left").intValue(), 30);

@@ -3,19 +3,13 @@
 // margins, and what wrong or broken preferences turn into.
 #include "SampleFixture.h"
 
-namespace {
-std::vector<std::string> profileNames(TwainDialogData& model) {
-    std::vector<std::string> names;
-    for (auto& p : *model.customProfiles().list())
-        names.push_back(p.dict()->value("ProfileName").stringValue());
-    return names;
-}
-} // namespace
-
 class TestPresets : public QObject {
     Q_OBJECT
     SampleScanner sample;
 
+    static std::vector<std::string> profileNames(TwainDialogData& model) {
+        return codes<std::string>(model.customProfiles(), "ProfileName");
+    }
     static TwPreferences stored() { return SampleScanner::preferences(); }
 
 private slots:
@@ -81,22 +75,9 @@ private slots:
         QTEST(QString::fromStdString(ui->dataForKeyPath("profiles.name").stringValue()), "selected");
     }
 
-    void pickingAProfileAppliesIt() {
-        auto ui = sample.load();
-        set(*ui, "Data.Resolution", 200);
-        ui->model()->AddCustomProfile("Low");
-        set(*ui, "Data.Resolution", 600);
-        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
-        set(*ui, "profiles.name", "Low");
-        QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 200);
-        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Low"));
-        // The area unit is no edit of the setting.
-        set(*ui, "Data.Area.Unit", 0);
-        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Low"));
-    }
-
-    // Only a saved setting (or the untitled one) can be selected by name: another letter case picks
-    // the one it names, any other name is refused and the selection stays.
+    // An edit of the setting selects the untitled one. Only a saved setting (or the untitled one)
+    // can be selected by name, which applies it: another letter case picks the one it names, any
+    // other name is refused and the selection stays. The area unit is no edit of the setting.
     void aNameSelectsOnlyASavedSetting_data() {
         columns<bool, TwValue, QString, int>("fromLow", "name", "selected", "resolution");
         row("saved", false, TwValue("Low"), "Low", 200);
@@ -113,16 +94,18 @@ private slots:
         ui->model()->AddCustomProfile("Low");
         if (!fromLow)
             set(*ui, "Data.Resolution", 600);
+        QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue(fromLow ? "Low" : "Untitled"));
         set(*ui, "profiles.name", name);
         QTEST(QString::fromStdString(ui->dataForKeyPath("profiles.name").stringValue()), "selected");
         QTEST(ui->dataForKeyPath("Data.Resolution").intValue(), "resolution");
+        set(*ui, "Data.Area.Unit", 0);
+        QTEST(QString::fromStdString(ui->dataForKeyPath("profiles.name").stringValue()), "selected");
     }
 
     void theLastSettingComesBack() {
         {
             auto ui = sample.load();
-            set(*ui, "Data.Resolution", 600);
-            set(*ui, "Data.ImageType", 1);
+            set(*ui, {{"Data.Resolution", 600}, {"Data.ImageType", 1}});
             ui->model()->saveUntitleProfile();
         }
         {
@@ -179,8 +162,7 @@ private slots:
         QCOMPARE(menu.list()->back().dict()->value("display").stringValue(), std::string("Warm"));
 
         QVERIFY(TwainDialogData::gammaExist(TwValue("Mine"), ui->dataForKeyPath("content.Gray.Gamma")));
-        set(*ui, "Data.GrayImage.Front.Gamma", "Mine");
-        set(*ui, "Data.BinaryImage.Back.Gamma", "Mine");
+        set(*ui, {{"Data.GrayImage.Front.Gamma", "Mine"}, {"Data.BinaryImage.Back.Gamma", "Mine"}});
         model.AddCustomProfile("Curved");
         model.deleteCustomGamme("Mine", false);
         QVERIFY(!TwainDialogData::gammaExist(TwValue("Mine"), ui->dataForKeyPath("content.Gray.Gamma")));

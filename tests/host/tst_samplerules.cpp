@@ -25,9 +25,9 @@ private slots:
 
     void aResolutionEditRunsRulesAndReactions() {
         auto ui = sample.load();
-        set(*ui, "Data.ImageType", TwValue(22));
-        set(*ui, "profiles.temporary", TwValue("Untitled"));
-        set(*ui, "profiles.name", TwValue("Mine"));
+        set(*ui, {{"Data.ImageType", TwValue(22)},
+                  {"profiles.temporary", TwValue("Untitled")},
+                  {"profiles.name", TwValue("Mine")}});
         QCOMPARE(ui->dataForKeyPath("enable.AutoDistinctionResolution"), TwValue(true));
         set(*ui, "Data.Resolution", TwValue(150));
         QCOMPARE(ui->dataForKeyPath("enable.AutoDistinctionResolution"), TwValue(false));
@@ -39,8 +39,7 @@ private slots:
     void paperEditsReachRulesAndArea() {
         auto ui = sample.load();
         QCOMPARE(ui->dataForKeyPath("enable.Layout.Rotate"), TwValue(true));
-        set(*ui, "Data.PaperSize", TwValue(5));
-        set(*ui, "Data.Landscape", TwValue(true));
+        set(*ui, {{"Data.PaperSize", TwValue(5)}, {"Data.Landscape", TwValue(true)}});
         QCOMPARE(ui->dataForKeyPath("enable.Layout.Rotate"), TwValue(false));
         QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Width").doubleValue(), 210.0);
         set(*ui, "Data.PaperSize", TwValue(4)); // Legal cannot turn

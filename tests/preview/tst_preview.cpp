@@ -16,7 +16,6 @@ namespace {
 
 using Codes = std::vector<std::uint16_t>;
 
-Codes g_codes;
 enum class Front { Page, LyingHeader, TooShort, None };
 struct PageSource {
     Front front = Front::Page;
@@ -29,7 +28,7 @@ struct PageSource {
 constexpr int kPageWidth = 248, kPageHeight = 351, kPelsPerMetre = 1181;
 
 std::uint16_t prescanCallback(std::uint16_t event, void* data) {
-    g_codes.push_back(event);
+    recordEvent(event, data);
     if ((event == kVmxEventPrescan || event == kVmxEventPreviewRescan) && data) {
         if (g_pages.result != 0)
             return g_pages.result; // a prescan that failed delivers nothing
@@ -58,10 +57,6 @@ std::uint16_t prescanCallback(std::uint16_t event, void* data) {
     return 0;
 }
 
-int count(std::uint16_t code) {
-    return int(std::count(g_codes.begin(), g_codes.end(), code));
-}
-
 } // namespace
 
 class TestPreview : public QObject {
@@ -73,20 +68,17 @@ class TestPreview : public QObject {
         ui->showUi(true, modal, false);
         return ui;
     }
-    static void set(VmxUIControllerImpl& ui, const char* key, const TwValue& value) {
-        ui.setDataWithKeyPathValue(TwValue::dictionary({{key, value}}));
-    }
     static TwDlgPreview* prescan(VmxUIControllerImpl& ui) {
         QTest::mouseClick(ui.controllerIfMade()->windowIfLoaded()->btnPrescan(), Qt::LeftButton);
         return dynamic_cast<TwDlgPreview*>(ui.controllerIfMade()->dlgPreview());
     }
     // The first sub-area of the front, enabled, at the given rectangle in millimetres.
     static void placeSubArea(VmxUIControllerImpl& ui, QRectF mm) {
-        set(ui, "Data.Area.Front.L1.Enable", true);
-        set(ui, "temp.Area.Front.L1.X", mm.x());
-        set(ui, "temp.Area.Front.L1.Y", mm.y());
-        set(ui, "temp.Area.Front.L1.Width", mm.width());
-        set(ui, "temp.Area.Front.L1.Length", mm.height());
+        set(ui, {{"Data.Area.Front.L1.Enable", true},
+                 {"temp.Area.Front.L1.X", mm.x()},
+                 {"temp.Area.Front.L1.Y", mm.y()},
+                 {"temp.Area.Front.L1.Width", mm.width()},
+                 {"temp.Area.Front.L1.Length", mm.height()}});
     }
     static QRectF edgesRect(const TwPreviewView* v) {
         const TwAreaEdges& e = v->areaEdges();
@@ -113,7 +105,6 @@ private slots:
 
     void init() {
         sample.reset();
-        g_codes.clear();
         g_pages = {};
     }
 
@@ -126,7 +117,7 @@ private slots:
         set(*ui, "Data.PaperSource", 1);
         TwDlgPreview* p = prescan(*ui);
         QVERIFY(p && p->isVisible());
-        QCOMPARE(g_codes, (Codes{kVmxEventPrescan}));
+        QCOMPARE(sentCodes(), (Codes{kVmxEventPrescan}));
         QCOMPARE(p->sizeFromScanImage(), QSizeF(210.0, 297.2));
         QCOMPARE(p->imageFront().size(), QSize(kPageWidth, kPageHeight));
         QTRY_COMPARE(p->imageBack().size(), QSize(kPageWidth, kPageHeight)); // read meanwhile
@@ -195,8 +186,7 @@ private slots:
         if (sub) {
             placeSubArea(*ui, placed);
         } else {
-            set(*ui, "temp.Area.Width", 100.0);
-            set(*ui, "temp.Area.Length", 100.0);
+            set(*ui, {{"temp.Area.Width", 100.0}, {"temp.Area.Length", 100.0}});
         }
         set(*ui, "Data.Area.Unit", unit);
         TwDlgPreview* p = prescan(*ui);
@@ -520,9 +510,9 @@ private slots:
     // The ratios show only where their features are on.
     void theRatiosBelowThePage() {
         auto ui = shown();
-        set(*ui, "enable.AutoDistinction", true);
-        set(*ui, "enable.BlankPageRemoval", true);
-        set(*ui, "Data.Layout.BlankPageRemoval.Eanble", false);
+        set(*ui, {{"enable.AutoDistinction", true},
+                  {"enable.BlankPageRemoval", true},
+                  {"Data.Layout.BlankPageRemoval.Eanble", false}});
         TwDlgPreview* p = prescan(*ui);
         QCOMPARE(p->labValue1()->text(), u"12.35(%)"_s);
         QCOMPARE(p->labValue2()->text(), u"-(%)"_s);
@@ -545,9 +535,9 @@ private slots:
         set(*ui, "Data.Image.Invert", true);
         set(*ui, "Data.Image.Invert", false);
         set(*ui, "Data.ColorImage.Front.Contrast", 100);
-        QTRY_COMPARE_WITH_TIMEOUT(count(kVmxEventPreviewRescan), 1, 1000);
+        QTRY_COMPARE_WITH_TIMEOUT(sentCount(kVmxEventPreviewRescan), 1, 1000);
         QTest::qWait(300);
-        QCOMPARE(count(kVmxEventPreviewRescan), 1);
+        QCOMPARE(sentCount(kVmxEventPreviewRescan), 1);
         QVERIFY(!p->imageFront().isNull()); // the new pages came
 
         p->setSelectedArea(0);
@@ -556,14 +546,14 @@ private slots:
         QTest::mouseMove(v, at(v, QPointF(80, 60)));
         QTest::mouseMove(v, at(v, QPointF(90, 65)));
         QTest::qWait(250);
-        QCOMPARE(count(kVmxEventPreviewRescan), 1);
+        QCOMPARE(sentCount(kVmxEventPreviewRescan), 1);
         QVERIFY(ui->dataForKeyPath("temp.InMouseDragChangeArea").boolValue());
         QTest::mouseRelease(v, Qt::LeftButton, {}, at(v, QPointF(90, 65)));
         QVERIFY(!ui->dataForKeyPath("temp.InMouseDragChangeArea").boolValue());
-        QTRY_COMPARE_WITH_TIMEOUT(count(kVmxEventPreviewRescan), 2, 1000);
+        QTRY_COMPARE_WITH_TIMEOUT(sentCount(kVmxEventPreviewRescan), 2, 1000);
         ui->setCallback(nullptr); // a rescan without a callback asks nobody
         ui->controllerIfMade()->previewRescan();
-        QCOMPARE(count(kVmxEventPreviewRescan), 2);
+        QCOMPARE(sentCount(kVmxEventPreviewRescan), 2);
     }
 
     // Page-wide changes (resolution, paper size) and every action that leaves the preview behind
@@ -626,7 +616,7 @@ private slots:
         set(*ui, "Data.PaperSource", 1);
         TwDlgPreview* p = prescan(*ui);
         ui->controllerIfMade()->closePreview();
-        g_codes.clear();
+        g_sent.clear();
         p->setDisplayOnly(true);
         p->setSizeFromScanImage(QSizeF(100, 150));
         TwPreviewRecord record{};
@@ -645,7 +635,7 @@ private slots:
         QVERIFY(!p->isStatusTimerRunning());
         set(*ui, "Data.Image.Invert", true);
         QTest::qWait(250);
-        QCOMPARE(count(kVmxEventPreviewRescan), 0);
+        QCOMPARE(sentCount(kVmxEventPreviewRescan), 0);
     }
 
     // ---- Bad pages and resources ----
