@@ -54,24 +54,34 @@ class TestAdapters : public QObject {
     TwainDialogData model;
     std::unique_ptr<TwResponderBinding> rb;
     std::unique_ptr<QWidget> window;
-    QList<std::pair<QWidget*, QString>> alerts; // the field and the message of each refusal
+    using Alerts = QList<std::pair<QWidget*, QString>>;
+    Alerts alerts; // the field and the message of each refusal
     QLineEdit* ratio = nullptr;
     QLineEdit* name = nullptr;
 
     // Two bound fields of a panel: a ratio of 10.0 to 356.0 and a name.
     void addRatioAndName() {
-        ratio = new QLineEdit;
-        SetTextRange(ratio, 100, 3560, 1);
-        bound(ratio, "Data.Ratio", 12);
+        ratio = bound(ranged(new QLineEdit, 100, 3560, 1), "Data.Ratio", 12);
         name = bound(new QLineEdit, "Data.Name", "scan");
     }
 
+    // The control shown in the window.
+    template <class W> W* placed(W* control) {
+        control->setParent(window.get());
+        control->show();
+        return control;
+    }
+    // A field (or editable combo box) that takes numbers of the range.
+    template <class W> static W* ranged(W* control, int minimum, int maximum, int places) {
+        if constexpr (std::is_same_v<W, QComboBox>)
+            control->setEditable(true);
+        SetTextRange(control, minimum, maximum, places);
+        return control;
+    }
     // Gives the key path its first value, puts the control in the window and binds its value.
     template <class W> W* bound(W* control, const char* keyPath, const TwValue& value) {
         model.setValueForKeyPath(value, keyPath);
-        control->setParent(window.get());
-        control->show();
-        rb->bindValue(control, &model, keyPath);
+        rb->bindValue(placed(control), &model, keyPath);
         return control;
     }
 
@@ -152,9 +162,7 @@ private slots:
     void comboBoxTypesThroughItsFormatter() {
         model.setValueForKeyPath(TwValue::array({choice(150, "150 dpi"), choice(300, "300 dpi")}),
                                  "content.Resolution");
-        auto* combo = new QComboBox;
-        combo->setEditable(true);
-        SetTextRange(combo, 50, 600, 0);
+        auto* combo = ranged(new QComboBox, 50, 600, 0);
         rb->bindContent(combo, &model, "content.Resolution");
         bound(combo, "Data.Resolution", 300);
         ChangeRecorder writes(model, {"Data.Resolution"});
@@ -176,23 +184,16 @@ private slots:
     // ---- text field ----
 
     void textFieldShowsWhatTheModelKeeps() {
-        // A rule of the model that corrects what is written.
-        struct Upper : TwKeyValueObserver {
-            TwainDialogData* model = nullptr;
-            void observeValueForKeyPath(const std::string& keyPath, TwObservable*,
-                                        const TwKeyValueChange& change, void*) override {
-                QString text = QString::fromStdString(change.newValue.stringValue());
-                if (text != text.toUpper())
-                    model->setValueForKeyPath(text.toUpper().toStdString(), keyPath);
-            }
-        } upper;
-        upper.model = &model;
         auto* edit = bound(new QLineEdit, "Data.Code", "");
-        model.addObserver(&upper, "Data.Code", kTwObserveNew);
+        ChangeRecorder upper(model, {"Data.Code"}); // a rule of the model that corrects what is written
+        upper.onChange = [&](const std::string& keyPath) {
+            const QString text = QString::fromStdString(upper.last().stringValue());
+            if (text != text.toUpper())
+                model.setValueForKeyPath(text.toUpper().toStdString(), keyPath);
+        };
         QTest::keyClicks(edit, "ab");
         QCOMPARE(model.valueForKeyPath("Data.Code"), TwValue("AB"));
         QCOMPARE(edit->text(), QString("AB"));
-        model.removeObserver(&upper, "Data.Code");
     }
 
     void textFieldWithoutContinuousUpdatesWritesAtTheEnd() {
@@ -208,9 +209,7 @@ private slots:
     // Each keystroke that makes an accepted number writes it; a model change shows without an echo
     // and leaves the field unmodified.
     void numberFieldWritesOnlyAcceptedEntries() {
-        auto* edit = new QLineEdit;
-        SetTextRange(edit, 100, 3560, 1);
-        bound(edit, "Data.Ratio", 12);
+        auto* edit = bound(ranged(new QLineEdit, 100, 3560, 1), "Data.Ratio", 12);
         ChangeRecorder writes(model, {"Data.Ratio"});
         QCOMPARE(edit->text(), QString("12.0"));
         edit->selectAll();
@@ -507,7 +506,7 @@ private slots:
         QTest::keyClicks(ratio, "400");
         name->setFocus(); // the check on leaving waits for the event loop: ending comes first here
         QVERIFY(!TwEndEditing(window.get()));
-        QCOMPARE(alerts, (QList<std::pair<QWidget*, QString>>{{ratio, "Must in 10.0 - 356.0"}}));
+        QCOMPARE(alerts, (Alerts{{ratio, "Must in 10.0 - 356.0"}}));
         QCOMPARE(window->focusWidget(), ratio);
         QCOMPARE(ratio->selectedText(), QString("400")); // the user's text stays until corrected
 
@@ -525,9 +524,7 @@ private slots:
         addRatioAndName();
         model.setValueForKeyPath(999, "Data.Ratio");
         QCOMPARE(ratio->text(), QString("999.0"));
-        auto* hidden = new QLineEdit;
-        SetTextRange(hidden, 100, 3560, 1);
-        bound(hidden, "Data.Hidden", 12);
+        auto* hidden = bound(ranged(new QLineEdit, 100, 3560, 1), "Data.Hidden", 12);
         hidden->selectAll();
         QTest::keyClicks(hidden, "400");
         hidden->hide();
@@ -537,8 +534,7 @@ private slots:
 
     void endingWritesEntriesNotYetWritten() {
         model.setValueForKeyPath("a", "Data.Late");
-        auto* late = new QLineEdit(window.get());
-        late->show();
+        auto* late = placed(new QLineEdit);
         rb->bind(kTwValueBinding, late, &model, "Data.Late", TwBindingOptions{});
         late->setFocus();
         QTest::keyClicks(late, "bc");
@@ -549,23 +545,19 @@ private slots:
     }
 
     void formatterWithoutMessageUsesTheDefaultText() {
-        auto* plain = new QLineEdit(window.get());
-        plain->show();
+        auto* plain = placed(new QLineEdit);
         auto* bare = new TwainNumberFormatter(plain);
         bare->setMaximum(5.0);
         plain->setValidator(bare);
         QTest::keyClicks(plain, "7");
         QVERIFY(!TwEndEditing(window.get()));
-        QCOMPARE(alerts, (QList<std::pair<QWidget*, QString>>{{plain, TwFormatterDefaultMessage()}}));
+        QCOMPARE(alerts, (Alerts{{plain, TwFormatterDefaultMessage()}}));
     }
 
     // An unbound field is shown as its formatter shows the entry; a text limit never refuses.
     void unboundFieldsAreReformatted() {
-        auto* free = new QLineEdit(window.get());
-        auto* title = new QLineEdit(window.get());
-        free->show();
-        title->show();
-        SetTextRange(free, 0, 500, 2);
+        auto* free = placed(ranged(new QLineEdit, 0, 500, 2));
+        auto* title = placed(new QLineEdit);
         auto* limit = new TwainTextFormatter(title);
         limit->setMaximumLength(4);
         title->setValidator(limit);
@@ -601,14 +593,11 @@ private slots:
     }
 
     void comboBoxEntryIsCheckedToo() {
-        auto* combo = new QComboBox;
-        combo->setEditable(true);
-        SetTextRange(combo, 50, 600, 0);
-        bound(combo, "Data.Resolution", 300);
+        auto* combo = bound(ranged(new QComboBox, 50, 600, 0), "Data.Resolution", 300);
         combo->lineEdit()->selectAll();
         QTest::keyClicks(combo->lineEdit(), "9000");
         QVERIFY(!TwEndEditing(window.get()));
-        QCOMPARE(alerts, (QList<std::pair<QWidget*, QString>>{{combo, "Must in 50 - 600"}}));
+        QCOMPARE(alerts, (Alerts{{combo, "Must in 50 - 600"}}));
         QVERIFY(window->focusWidget() == combo || window->focusWidget() == combo->lineEdit());
     }
 };

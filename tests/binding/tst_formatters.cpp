@@ -7,14 +7,12 @@
 #include "TwainTextFormatter.h"
 #include "WidgetTestSupport.h"
 
-namespace {
-std::unique_ptr<TwainNumberFormatter> formatter(int minimum, int maximum, int places) {
-    return std::unique_ptr<TwainNumberFormatter>(CreateTextRangeFormatter(minimum, maximum, places));
-}
-} // namespace
-
 class TestFormatters : public QObject {
     Q_OBJECT
+
+    static std::unique_ptr<TwainNumberFormatter> formatter(int minimum, int maximum, int places) {
+        return std::unique_ptr<TwainNumberFormatter>(CreateTextRangeFormatter(minimum, maximum, places));
+    }
 
 private slots:
     void init() {

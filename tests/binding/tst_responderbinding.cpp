@@ -399,17 +399,13 @@ private slots:
     void unbindFromInsideAChange() {
         // A responder that tears everything down when told of a change, while the control's own
         // binding is being told of the same change.
-        struct Teardown : TwKeyValueObserver {
-            TwResponderBinding* rb = nullptr;
-            void observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange&,
-                                        void*) override {
-                rb->unbindAll();
-            }
-        } teardown;
+        ChangeRecorder teardown;
         TwainDialogData model;
         model.setValueForKeyPath("a", "Data.A");
         TwResponderBinding rb(&teardown);
-        teardown.rb = &rb;
+        teardown.onChange = [&](const std::string&) {
+            rb.unbindAll();
+        };
         QLineEdit first, second;
         rb.bindValue(&first, &model, "Data.A");
         rb.addResponderObserver(&model, "Data.A");

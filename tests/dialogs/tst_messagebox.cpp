@@ -3,33 +3,28 @@
 #include "TwMessageBox.h"
 #include "WidgetTestSupport.h"
 
-namespace {
-// Titles as a string table gives them, so that the test sees the key behind every button.
-QString textFor(const char* key) {
-    static const std::pair<const char*, const char*> table[] = {
-        {"IDS_OK", "OK"},       {"IDS_CANCEL", "Cancel"},     {"IDS_YES", "Yes"},   {"IDS_NO", "No"},
-        {"IDS_RETRY", "Retry"}, {"IDS_CONTINUE", "Continue"}, {"IDS_STOP", "Stop"},
-    };
-    for (auto& [k, t] : table)
-        if (qstrcmp(k, key) == 0)
-            return QString::fromLatin1(t);
-    return QString::fromLatin1(key);
-}
-
-TwMessageBoxSetup boxFor(std::uint32_t type, bool withContinueStop = false) {
-    return TwMessageBoxSetupFor(u"Title"_s, u"Message"_s, type, withContinueStop, &textFor);
-}
-
-QStringList titles(const TwMessageBoxSetup& s) {
-    QStringList out;
-    for (auto& b : s.buttons)
-        out << b.title;
-    return out;
-}
-} // namespace
-
 class TestMessageBox : public QObject {
     Q_OBJECT
+
+    // Titles as a string table gives them, so that the test sees the key behind every button.
+    static QString textFor(const char* key) {
+        static const QHash<QString, QString> table{
+            {"IDS_OK", "OK"},       {"IDS_CANCEL", "Cancel"},     {"IDS_YES", "Yes"},  {"IDS_NO", "No"},
+            {"IDS_RETRY", "Retry"}, {"IDS_CONTINUE", "Continue"}, {"IDS_STOP", "Stop"}};
+        return table.value(key, key);
+    }
+
+    static TwMessageBoxSetup boxFor(std::uint32_t type, bool withContinueStop = false) {
+        return TwMessageBoxSetupFor(u"Title"_s, u"Message"_s, type, withContinueStop, &textFor);
+    }
+
+    static QStringList titles(const TwMessageBoxSetup& s) {
+        QStringList out;
+        for (auto& b : s.buttons)
+            out << b.title;
+        return out;
+    }
+
 private slots:
     // The buttons left to right with their codes, the Escape button (-1: none) and the icon; a
     // set the caller does not know gives one plain button that answers nothing.

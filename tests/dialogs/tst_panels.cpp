@@ -11,24 +11,6 @@
 
 namespace {
 
-// Counts the notices of one key path.
-class NoticeCounter : public TwKeyValueObserver {
-public:
-    NoticeCounter(TwObservable& object, std::string keyPath)
-        : m_object(object), m_keyPath(std::move(keyPath)) {
-        m_object.addObserver(this, m_keyPath, kTwObserveNew);
-    }
-    ~NoticeCounter() override { m_object.removeObserver(this, m_keyPath); }
-    void observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange&, void*) override {
-        ++count;
-    }
-    int count = 0;
-
-private:
-    TwObservable& m_object;
-    std::string m_keyPath;
-};
-
 // Types the text into the name dialog as a person would and presses OK; presses Cancel when the
 // dialog stays open. Whether it stayed is noted.
 std::unique_ptr<QTimer> typeNameAndPressOK(const QString& text, bool* stayed) {
@@ -365,22 +347,16 @@ private slots:
         auto ui = sample.load();
         TwDlgCustom* custom = ui->controller()->dlgCustom();
         custom->bindControlAll();
-        std::vector<std::unique_ptr<NoticeCounter>> counters;
-        counters.push_back(std::make_unique<NoticeCounter>(custom->ownValues(), "unit"));
+        ChangeRecorder notices(custom->ownValues(), {"unit"});
         for (const char* key : TwDlgCustom::kMarginKeys)
-            counters.push_back(std::make_unique<NoticeCounter>(custom->ownValues(), key));
-        auto total = [&] {
-            int n = 0;
-            for (auto& c : counters)
-                n += c->count;
-            return n;
-        };
+            notices.watch(custom->ownValues(), key);
         custom->setUnit(TwDlgCustom::Millimetre);
-        QCOMPARE(total(), 0);
+        QCOMPARE(notices.count(), 0);
         custom->setUnit(TwDlgCustom::Inch);
-        QCOMPARE(total(), 9);
-        for (auto& c : counters)
-            QCOMPARE(c->count, 1);
+        QCOMPARE(notices.count(), 9);
+        QCOMPARE(notices.count("unit"), 1);
+        for (const char* key : TwDlgCustom::kMarginKeys)
+            QCOMPARE(notices.count(key), 1);
         QVERIFY(qAbs(custom->margin("shadowLeft") - 3.0 / 25.4) < 1e-9);
         custom->unbindControlAll();
     }

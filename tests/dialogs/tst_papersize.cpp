@@ -6,18 +6,17 @@
 #include "TwPaperSizeTableModel.h"
 #include "TwainNumberFormatter.h"
 
-namespace {
-// The sample feeder in millimetres (its definition gives inches).
-constexpr double kMinWidth = 2.0 * 25.4, kMaxWidth = 8.504 * 25.4, kMinLength = 2.0 * 25.4,
-                 kMaxLength = 118.0 * 25.4;
-
-TwValue paper(const std::string& name, double width, double length) {
-    return TwValue::dictionary({{"Name", name}, {"Width", width}, {"Length", length}});
-}
-} // namespace
-
 class TestPaperSize : public QObject {
     Q_OBJECT
+
+    // The sample feeder in millimetres (its definition gives inches).
+    static constexpr double kMinWidth = 2.0 * 25.4, kMaxWidth = 8.504 * 25.4, kMinLength = 2.0 * 25.4,
+                            kMaxLength = 118.0 * 25.4;
+
+    static TwValue paper(const std::string& name, double width, double length) {
+        return TwValue::dictionary({{"Name", name}, {"Width", width}, {"Length", length}});
+    }
+
     SampleScanner scanner;
 
     // Enters a paper as the user would leave it in the fields (already converted to the unit).

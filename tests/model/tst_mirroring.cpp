@@ -4,20 +4,17 @@
 
 #include <stdexcept>
 
-namespace {
-
-TwValue duplexRule() {
-    return dict({{"enable.Duplex", dict({{"Data.PaperSource", TwValue::array({1, 4})}})}});
-}
-
-double number(TwainDialogData& model, const char* keyPath) {
-    return model.valueForKeyPath(keyPath).doubleValue();
-}
-
-} // namespace
-
 class TestMirroring : public ModelFixture {
     Q_OBJECT
+
+    static TwValue duplexRule() {
+        return dict({{"enable.Duplex", dict({{"Data.PaperSource", TwValue::array({1, 4})}})}});
+    }
+
+    static double number(TwainDialogData& model, const char* keyPath) {
+        return model.valueForKeyPath(keyPath).doubleValue();
+    }
+
 private slots:
     void initTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
     void init() { fresh(); }

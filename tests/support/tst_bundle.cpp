@@ -4,17 +4,16 @@
 #include "TwBundle.h"
 #include "TwStrings.h"
 
-namespace {
-QByteArray strings(const QList<QPair<QString, QString>>& entries) {
-    TwValue d = TwValue::dictionary();
-    for (auto& [k, v] : entries)
-        d.dict()->set(k.toStdString(), v.toStdString());
-    return QByteArray::fromStdString(TwPlistToXml(d));
-}
-} // namespace
-
 class TestBundle : public QObject {
     Q_OBJECT
+
+    static QByteArray strings(const QList<QPair<QString, QString>>& entries) {
+        TwValue d = TwValue::dictionary();
+        for (auto& [k, v] : entries)
+            d.dict()->set(k.toStdString(), v.toStdString());
+        return QByteArray::fromStdString(TwPlistToXml(d));
+    }
+
     QTemporaryDir dir;
 
 private slots:
