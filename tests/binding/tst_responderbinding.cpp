@@ -10,26 +10,22 @@
 
 using Names = std::vector<std::string>;
 
-namespace {
-Names names(const QObject* control) {
-    return TwBoundControl::bindingNames(control);
-}
-
-Names recordNames(const TwResponderBinding& rb) {
-    Names out;
-    for (auto& r : rb.bindings())
-        out.push_back(r.name());
-    return out;
-}
-
-std::string keyPathOf(const QObject* control, const char* name) {
-    auto info = TwBoundControl::infoForBinding(control, name);
-    return info ? info->keyPath : std::string("(unbound)");
-}
-} // namespace
-
 class TestResponderBinding : public QObject {
     Q_OBJECT
+
+    static Names names(const QObject* control) { return TwBoundControl::bindingNames(control); }
+
+    static Names recordNames(const TwResponderBinding& rb) {
+        Names out;
+        for (auto& r : rb.bindings())
+            out.push_back(r.name());
+        return out;
+    }
+
+    static std::string keyPathOf(const QObject* control, const char* name) {
+        auto info = TwBoundControl::infoForBinding(control, name);
+        return info ? info->keyPath : std::string("(unbound)");
+    }
 
 private slots:
     // ---- names ----

@@ -5,45 +5,44 @@
 #include "VmxUIControllerImpl.h"
 #include "WidgetTestSupport.h"
 
-namespace {
-TwValue capabilities() {
-    return TwValue::dictionary({{"Data", TwValue::dictionary({{"Resolution", 300}})},
-                                {"Default", TwValue::dictionary({{"Resolution", 300}})}});
-}
-
-// Runs a comma-separated list of facade calls as a data source makes them.
-void drive(VmxUIControllerImpl& ui, const QString& calls) {
-    for (const QString& call : calls.split(',')) {
-        if (call == "modal")
-            ui.showUi(true, true, false);
-        else if (call == "modeless")
-            ui.showUi(true, false, false);
-        else if (call == "ok" || call == "cancel")
-            ui.performDialogAction(call == "ok" ? "onOK" : "onCancel");
-        else if (call == "stop")
-            ui.stopModal();
-        else if (call == "start")
-            ui.startModal();
-        else if (call == "hide")
-            ui.hideUi();
-        else if (call == "closeDS")
-            ui.closeDS();
-        else
-            QFAIL(qPrintable("unknown call " + call));
-        ui.processEvents(1);
-    }
-}
-
-std::unique_ptr<VmxUIControllerImpl> facade() {
-    auto ui = std::make_unique<VmxUIControllerImpl>();
-    OrvaSetLogPaths(nullptr, nullptr);
-    ui->setDataWithDictionary(capabilities(), 0);
-    return ui;
-}
-} // namespace
-
 class TestApplication : public QObject {
     Q_OBJECT
+
+    static TwValue capabilities() {
+        return TwValue::dictionary({{"Data", TwValue::dictionary({{"Resolution", 300}})},
+                                    {"Default", TwValue::dictionary({{"Resolution", 300}})}});
+    }
+
+    // Runs a comma-separated list of facade calls as a data source makes them.
+    static void drive(VmxUIControllerImpl& ui, const QString& calls) {
+        for (const QString& call : calls.split(',')) {
+            if (call == "modal")
+                ui.showUi(true, true, false);
+            else if (call == "modeless")
+                ui.showUi(true, false, false);
+            else if (call == "ok" || call == "cancel")
+                ui.performDialogAction(call == "ok" ? "onOK" : "onCancel");
+            else if (call == "stop")
+                ui.stopModal();
+            else if (call == "start")
+                ui.startModal();
+            else if (call == "hide")
+                ui.hideUi();
+            else if (call == "closeDS")
+                ui.closeDS();
+            else
+                QFAIL(qPrintable("unknown call " + call));
+            ui.processEvents(1);
+        }
+    }
+
+    static std::unique_ptr<VmxUIControllerImpl> facade() {
+        auto ui = std::make_unique<VmxUIControllerImpl>();
+        OrvaSetLogPaths(nullptr, nullptr);
+        ui->setDataWithDictionary(capabilities(), 0);
+        return ui;
+    }
+
 private slots:
     void noApplicationIsMadeOffTheMainThread() {
         QCOMPARE(QCoreApplication::instance(), nullptr);

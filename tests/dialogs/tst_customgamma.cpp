@@ -12,47 +12,44 @@
 using Levels = QList<int>;
 using Bytes = QByteArray;
 
-namespace {
-
-TwGammaTable tableOf(std::uint8_t black, std::uint8_t white, double gamma) {
-    TwGammaTable t;
-    makeGammaData(t, black, white, gamma);
-    return t;
-}
-
-// A BMP file: 14-byte file header, 40-byte info header claiming width x height at bitCount, a
-// palette for 8 bits, rows of the given bytes; extra bytes are added after the rows.
-Bytes bmpFile(int width, int height, int bitCount, const Bytes& rows, int extra = 0) {
-    Bytes info(40, '\0');
-    const std::uint32_t size = 40;
-    const std::uint16_t planes = 1, bits = std::uint16_t(bitCount);
-    std::memcpy(info.data(), &size, 4);
-    std::memcpy(info.data() + 4, &width, 4);
-    std::memcpy(info.data() + 8, &height, 4);
-    std::memcpy(info.data() + 12, &planes, 2);
-    std::memcpy(info.data() + 14, &bits, 2);
-    Bytes palette = bitCount <= 8 ? Bytes(4 << bitCount, '\x7f') : Bytes();
-    Bytes file(14, '\0');
-    file[0] = 'B';
-    file[1] = 'M';
-    return file + info + palette + rows + Bytes(extra, '\0');
-}
-
-// Tables that tell the channels apart: red inverts, green adds one, blue is constant 7.
-TwGammaTables markingTables() {
-    TwGammaTables t;
-    for (int i = 0; i < 256; ++i) {
-        t.red[std::size_t(i)] = std::uint8_t(255 - i);
-        t.green[std::size_t(i)] = std::uint8_t((i + 1) & 0xFF);
-        t.blue[std::size_t(i)] = 7;
-    }
-    return t;
-}
-
-} // namespace
-
 class TestCustomGamma : public QObject {
     Q_OBJECT
+
+    static TwGammaTable tableOf(std::uint8_t black, std::uint8_t white, double gamma) {
+        TwGammaTable t;
+        makeGammaData(t, black, white, gamma);
+        return t;
+    }
+
+    // A BMP file: 14-byte file header, 40-byte info header claiming width x height at bitCount, a
+    // palette for 8 bits, rows of the given bytes; extra bytes are added after the rows.
+    static Bytes bmpFile(int width, int height, int bitCount, const Bytes& rows, int extra = 0) {
+        Bytes info(40, '\0');
+        const std::uint32_t size = 40;
+        const std::uint16_t planes = 1, bits = std::uint16_t(bitCount);
+        std::memcpy(info.data(), &size, 4);
+        std::memcpy(info.data() + 4, &width, 4);
+        std::memcpy(info.data() + 8, &height, 4);
+        std::memcpy(info.data() + 12, &planes, 2);
+        std::memcpy(info.data() + 14, &bits, 2);
+        Bytes palette = bitCount <= 8 ? Bytes(4 << bitCount, '\x7f') : Bytes();
+        Bytes file(14, '\0');
+        file[0] = 'B';
+        file[1] = 'M';
+        return file + info + palette + rows + Bytes(extra, '\0');
+    }
+
+    // Tables that tell the channels apart: red inverts, green adds one, blue is constant 7.
+    static TwGammaTables markingTables() {
+        TwGammaTables t;
+        for (int i = 0; i < 256; ++i) {
+            t.red[std::size_t(i)] = std::uint8_t(255 - i);
+            t.green[std::size_t(i)] = std::uint8_t((i + 1) & 0xFF);
+            t.blue[std::size_t(i)] = 7;
+        }
+        return t;
+    }
+
     SampleScanner scanner;
 
     // What the name dialog that the action opens offered, proposed and whether it asks before

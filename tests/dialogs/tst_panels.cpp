@@ -9,23 +9,21 @@
 #include "TwDlgPaperSize.h"
 #include "TwDlgSaveSetting.h"
 
-namespace {
-
-// Types the text into the name dialog as a person would and presses OK; presses Cancel when the
-// dialog stays open. Whether it stayed is noted.
-std::unique_ptr<QTimer> typeNameAndPressOK(const QString& text, bool* stayed) {
-    return whenModal<TwDlgSaveSetting>([text, stayed](TwDlgSaveSetting* d) {
-        retype(d->cmbNames()->lineEdit(), text);
-        QTest::mouseClick(d->btnOK(), Qt::LeftButton);
-        *stayed = d->isVisible();
-        if (*stayed)
-            QTest::mouseClick(d->btnCancel(), Qt::LeftButton);
-    });
-}
-} // namespace
-
 class TestPanels : public QObject {
     Q_OBJECT
+
+    // Types the text into the name dialog as a person would and presses OK; presses Cancel when the
+    // dialog stays open. Whether it stayed is noted.
+    static std::unique_ptr<QTimer> typeNameAndPressOK(const QString& text, bool* stayed) {
+        return whenModal<TwDlgSaveSetting>([text, stayed](TwDlgSaveSetting* d) {
+            retype(d->cmbNames()->lineEdit(), text);
+            QTest::mouseClick(d->btnOK(), Qt::LeftButton);
+            *stayed = d->isVisible();
+            if (*stayed)
+                QTest::mouseClick(d->btnCancel(), Qt::LeftButton);
+        });
+    }
+
     SampleScanner sample;
 
 private slots:

@@ -2,31 +2,26 @@
 // the registration of the model's own observation, and the dispatch of changes.
 #include "ModelTestSupport.h"
 
-namespace {
-
-// Counts how often the custom landscape rule asks for the feeder's width.
-class CountingModelDef : public TestModelDef {
-public:
-    mutable int widthAsked = 0;
-    double getPhysicalWidth() const override {
-        ++widthAsked;
-        return TestModelDef::getPhysicalWidth();
-    }
-};
-
-TwValue empty() {
-    return TwValue::dictionary();
-}
-
-void fillConditions(TwainDialogData& model) {
-    model.setValueForKeyPath(
-        dict({{"Source", "ADF"}, {"Num", 1}, {"Str", "1"}, {"Flag", true}, {"Real", 2.5}}), "Data");
-}
-
-} // namespace
-
 class TestEnableRules : public ModelFixture {
     Q_OBJECT
+
+    // Counts how often the custom landscape rule asks for the feeder's width.
+    class CountingModelDef : public TestModelDef {
+    public:
+        mutable int widthAsked = 0;
+        double getPhysicalWidth() const override {
+            ++widthAsked;
+            return TestModelDef::getPhysicalWidth();
+        }
+    };
+
+    static TwValue empty() { return TwValue::dictionary(); }
+
+    static void fillConditions(TwainDialogData& model) {
+        model.setValueForKeyPath(
+            dict({{"Source", "ADF"}, {"Num", 1}, {"Str", "1"}, {"Flag", true}, {"Real", 2.5}}), "Data");
+    }
+
 private slots:
     void initTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
     void init() { fresh(); }

@@ -4,41 +4,38 @@
 
 #include <limits>
 
-namespace {
-
-// Area values in millimetres, written "Front.X=20 Width=100".
-std::vector<std::pair<std::string, double>> areaValues(const QString& text) {
-    std::vector<std::pair<std::string, double>> out;
-    for (const QString& pair : text.split(' ', Qt::SkipEmptyParts))
-        out.emplace_back(pair.section('=', 0, 0).toStdString(), pair.section('=', 1).toDouble());
-    return out;
-}
-
-// Sets area values in the setting and their working copies, telling nobody.
-void placeArea(TwainDialogData& model, const QString& text) {
-    for (auto& [rest, v] : areaValues(text)) {
-        model.setValueForKeyPathWithoutNotification(v, "Data.Area.Measure." + rest);
-        model.setValueForKeyPathWithoutNotification(v, "temp.Area." + rest);
-    }
-}
-
-// Compares the setting and, with the unit in millimetres, the working copies too.
-void compareArea(TwainDialogData& model, const QString& text, bool workingCopies = false) {
-    for (auto& [rest, v] : areaValues(text))
-        for (const char* prefix : {"Data.Area.Measure.", "temp.Area."}) {
-            double got = model.valueForKeyPath(prefix + rest).doubleValue();
-            if (std::fabs(got - v) > 1e-9)
-                QFAIL(qPrintable(
-                    QString("%1%2 is %3, expected %4").arg(prefix).arg(rest.c_str()).arg(got).arg(v)));
-            if (!workingCopies)
-                break;
-        }
-}
-
-} // namespace
-
 class TestPaperRules : public ModelFixture {
     Q_OBJECT
+
+    // Area values in millimetres, written "Front.X=20 Width=100".
+    static std::vector<std::pair<std::string, double>> areaValues(const QString& text) {
+        std::vector<std::pair<std::string, double>> out;
+        for (const QString& pair : text.split(' ', Qt::SkipEmptyParts))
+            out.emplace_back(pair.section('=', 0, 0).toStdString(), pair.section('=', 1).toDouble());
+        return out;
+    }
+
+    // Sets area values in the setting and their working copies, telling nobody.
+    static void placeArea(TwainDialogData& model, const QString& text) {
+        for (auto& [rest, v] : areaValues(text)) {
+            model.setValueForKeyPathWithoutNotification(v, "Data.Area.Measure." + rest);
+            model.setValueForKeyPathWithoutNotification(v, "temp.Area." + rest);
+        }
+    }
+
+    // Compares the setting and, with the unit in millimetres, the working copies too.
+    static void compareArea(TwainDialogData& model, const QString& text, bool workingCopies = false) {
+        for (auto& [rest, v] : areaValues(text))
+            for (const char* prefix : {"Data.Area.Measure.", "temp.Area."}) {
+                double got = model.valueForKeyPath(prefix + rest).doubleValue();
+                if (std::fabs(got - v) > 1e-9)
+                    QFAIL(qPrintable(
+                        QString("%1%2 is %3, expected %4").arg(prefix).arg(rest.c_str()).arg(got).arg(v)));
+                if (!workingCopies)
+                    break;
+            }
+    }
+
 private slots:
     void initTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
     void init() { fresh(); }

@@ -4,52 +4,47 @@
 #include "ImageShared.h"
 #include "TestSupport.h"
 
-namespace {
-
-using Bytes = std::vector<unsigned char>;
-
-// A bitmap made the way a data source makes one, its rows zero.
-Bytes makeDIB(int width, int height, int bitCount, int dpi = 300) {
-    auto layout = TwDibLayoutFor(width, height, bitCount);
-    if (!layout)
-        return {};
-    Bytes dib(layout->totalSize(), 0);
-    SetDIBHeader(dib.data(), width, height, 0, dpi, std::uint16_t(bitCount));
-    return dib;
-}
-
-TwBitmapInfoHeader headerOf(const Bytes& dib) {
-    TwBitmapInfoHeader header;
-    std::memcpy(&header, dib.data(), sizeof header);
-    return header;
-}
-
-std::vector<unsigned> g_sleeps;
-void recordSleep(unsigned seconds) {
-    g_sleeps.push_back(seconds);
-}
-
-enum CopyFunction {
-    kByteCopy,
-    kByteCopyReverse,
-    kByteCopyBitRev,
-    kByteCopyBitRevReverse,
-    kByteCopySwapRGB,
-    kByteSwapRGB,
-    kByteSwapRGBLines,
-    kByteCopy1bppTo8bpp,
-};
-
-QByteArray palette2(QColor clear, QColor set) {
-    const char entries[8] = {char(clear.blue()), char(clear.green()), char(clear.red()), 0,
-                             char(set.blue()),   char(set.green()),   char(set.red()),   0};
-    return QByteArray(entries, 8);
-}
-
-} // namespace
-
 class TestImageShared : public QObject {
     Q_OBJECT
+
+    using Bytes = std::vector<unsigned char>;
+
+    // A bitmap made the way a data source makes one, its rows zero.
+    static Bytes makeDIB(int width, int height, int bitCount, int dpi = 300) {
+        auto layout = TwDibLayoutFor(width, height, bitCount);
+        if (!layout)
+            return {};
+        Bytes dib(layout->totalSize(), 0);
+        SetDIBHeader(dib.data(), width, height, 0, dpi, std::uint16_t(bitCount));
+        return dib;
+    }
+
+    static TwBitmapInfoHeader headerOf(const Bytes& dib) {
+        TwBitmapInfoHeader header;
+        std::memcpy(&header, dib.data(), sizeof header);
+        return header;
+    }
+
+    static inline std::vector<unsigned> s_sleeps;
+    static void recordSleep(unsigned seconds) { s_sleeps.push_back(seconds); }
+
+    enum CopyFunction {
+        kByteCopy,
+        kByteCopyReverse,
+        kByteCopyBitRev,
+        kByteCopyBitRevReverse,
+        kByteCopySwapRGB,
+        kByteSwapRGB,
+        kByteSwapRGBLines,
+        kByteCopy1bppTo8bpp,
+    };
+
+    static QByteArray palette2(QColor clear, QColor set) {
+        const char entries[8] = {char(clear.blue()), char(clear.green()), char(clear.red()), 0,
+                                 char(set.blue()),   char(set.green()),   char(set.red()),   0};
+        return QByteArray(entries, 8);
+    }
+
     std::unique_ptr<QTemporaryDir> m_dir;
     std::unique_ptr<LogCapture> m_log;
     QByteArray logText() const { return m_log->text().toUtf8(); }
@@ -131,14 +126,14 @@ private slots:
     // The waiting allocation tries 64 times, sleeping 5 s after each failure; a handle's block is
     // zero-filled.
     void allocationRetriesAndHandles() {
-        g_sleeps.clear();
+        s_sleeps.clear();
         SetDIBAllocSleep(&recordSleep);
         void* block = AllocDIBMemoryWait(24, 100, 100);
         QVERIFY(block);
-        QVERIFY(g_sleeps.empty());
+        QVERIFY(s_sleeps.empty());
         std::free(block);
         QCOMPARE(AllocDIBMemoryWait(32, 65535, 65535), nullptr);
-        QCOMPARE(g_sleeps, std::vector<unsigned>(64, 5u));
+        QCOMPARE(s_sleeps, std::vector<unsigned>(64, 5u));
 
         TwHandle handle = TwMemAlloc(64);
         QVERIFY(handle && *handle);

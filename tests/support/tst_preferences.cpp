@@ -9,58 +9,57 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace {
-const std::string kDomain = "com.example.scanner.ds";
-int g_chunkFd = -1;
-
-// Arrays nested `levels` deep around an integer, as XML.
-QByteArray xmlNestedArrays(int levels) {
-    return "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>k</key>" +
-           QByteArray("<array>").repeated(levels) + "<integer>1</integer>" +
-           QByteArray("</array>").repeated(levels) + "</dict></plist>";
-}
-
-// The same as a binary list (the dictionary, then one array per level; with `circle` the last array
-// refers back to the first instead of holding the integer).
-QByteArray binaryNestedArrays(int levels, bool circle = false) {
-    const int objects = levels + 2;
-    QByteArray bytes("bplist00");
-    QList<quint32> offsets;
-    auto be = [](quint64 v, int width) {
-        QByteArray out;
-        for (int k = width - 1; k >= 0; --k)
-            out += char((v >> (8 * k)) & 0xFF);
-        return out;
-    };
-    // Object 0 is {"k": object 1}; objects 1 to `levels` are the arrays; the last is the string "k".
-    offsets << bytes.size();
-    bytes += char(0xD1) + be(objects - 1, 4) + be(1, 4);
-    for (int i = 1; i <= levels; ++i) {
-        offsets << bytes.size();
-        const int next = i < levels ? i + 1 : (circle ? 1 : objects - 1);
-        bytes += char(0xA1) + be(next, 4);
-    }
-    offsets << bytes.size();
-    bytes += QByteArray("\x51k", 2); // the key "k" (one ASCII character), also reached as the leaf
-    const quint64 table = quint64(bytes.size());
-    for (quint32 o : offsets)
-        bytes += be(o, 4);
-    bytes += QByteArray(6, 0) + char(4) + char(4) + be(objects, 8) + be(0, 8) + be(table, 8);
-    return bytes;
-}
-
-// A value whose XML is large enough that a save takes a while.
-TwValue bigBlob(int version) {
-    auto list = TwValue::array();
-    for (int i = 0; i < 4000; ++i)
-        list.list()->push_back(
-            TwValue::dictionary({{"index", i}, {"version", version}, {"pad", std::string(40, 'x')}}));
-    return list;
-}
-} // namespace
-
 class TestPreferences : public QObject {
     Q_OBJECT
+
+    static inline const std::string kDomain = "com.example.scanner.ds";
+    static inline int s_chunkFd = -1;
+
+    // Arrays nested `levels` deep around an integer, as XML.
+    static QByteArray xmlNestedArrays(int levels) {
+        return "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>k</key>" +
+               QByteArray("<array>").repeated(levels) + "<integer>1</integer>" +
+               QByteArray("</array>").repeated(levels) + "</dict></plist>";
+    }
+
+    // The same as a binary list (the dictionary, then one array per level; with `circle` the last array
+    // refers back to the first instead of holding the integer).
+    static QByteArray binaryNestedArrays(int levels, bool circle = false) {
+        const int objects = levels + 2;
+        QByteArray bytes("bplist00");
+        QList<quint32> offsets;
+        auto be = [](quint64 v, int width) {
+            QByteArray out;
+            for (int k = width - 1; k >= 0; --k)
+                out += char((v >> (8 * k)) & 0xFF);
+            return out;
+        };
+        // Object 0 is {"k": object 1}; objects 1 to `levels` are the arrays; the last is the string "k".
+        offsets << bytes.size();
+        bytes += char(0xD1) + be(objects - 1, 4) + be(1, 4);
+        for (int i = 1; i <= levels; ++i) {
+            offsets << bytes.size();
+            const int next = i < levels ? i + 1 : (circle ? 1 : objects - 1);
+            bytes += char(0xA1) + be(next, 4);
+        }
+        offsets << bytes.size();
+        bytes += QByteArray("\x51k", 2); // the key "k" (one ASCII character), also reached as the leaf
+        const quint64 table = quint64(bytes.size());
+        for (quint32 o : offsets)
+            bytes += be(o, 4);
+        bytes += QByteArray(6, 0) + char(4) + char(4) + be(objects, 8) + be(0, 8) + be(table, 8);
+        return bytes;
+    }
+
+    // A value whose XML is large enough that a save takes a while.
+    static TwValue bigBlob(int version) {
+        auto list = TwValue::array();
+        for (int i = 0; i < 4000; ++i)
+            list.list()->push_back(
+                TwValue::dictionary({{"index", i}, {"version", version}, {"pad", std::string(40, 'x')}}));
+        return list;
+    }
+
     std::unique_ptr<QTemporaryDir> dir; // each case's own
 
     QString file() const { return dir->path() + "/" + QString::fromStdString(kDomain) + ".plist"; }
@@ -246,9 +245,9 @@ private slots:
             pid_t child = fork();
             QVERIFY(child >= 0);
             if (child == 0) {
-                g_chunkFd = fds[1];
+                s_chunkFd = fds[1];
                 TwPreferences::setChunkWrittenHook([] {
-                    (void)!::write(g_chunkFd, "c", 1);
+                    (void)!::write(s_chunkFd, "c", 1);
                     usleep(500000);
                 });
                 auto prefs = this->prefs();
