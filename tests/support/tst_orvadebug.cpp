@@ -10,71 +10,67 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace {
-
-std::mutex g_capturedMutex;
-QByteArrayList g_captured;
-
-void captureSink(const char* line) {
-    std::lock_guard lock(g_capturedMutex);
-    g_captured.append(QByteArray(line));
-}
-
-QByteArrayList captured() {
-    std::lock_guard lock(g_capturedMutex);
-    return g_captured;
-}
-
-// Writes head, then extends to size (sparse, so the 5 MiB files are cheap) ending in a newline.
-bool makeFile(const QString& path, const QByteArray& head, qint64 size = 0, mode_t mode = 0644) {
-    int fd = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC, mode);
-    if (fd < 0)
-        return false;
-    bool ok = ::write(fd, head.constData(), size_t(head.size())) == head.size();
-    if (ok && size > head.size())
-        ok = ::pwrite(fd, "\n", 1, off_t(size - 1)) == 1;
-    ok = ok && ::fchmod(fd, mode) == 0;
-    ::close(fd);
-    return ok;
-}
-
-struct stat lstatPath(const QString& path, bool* exists = nullptr) {
-    struct stat st {};
-    const bool ok = ::lstat(QFile::encodeName(path).constData(), &st) == 0;
-    if (exists)
-        *exists = ok;
-    return st;
-}
-
-QByteArrayList splitLines(const QByteArray& text) {
-    QByteArrayList lines = text.split('\n');
-    if (!lines.isEmpty() && lines.last().isEmpty())
-        lines.removeLast();
-    return lines;
-}
-
-const QRegularExpression kLevelled(R"(^\[(\d\d):(\d\d):(\d\d)\.(\d\d\d)\](.)\t)");
-
-// The text after a levelled prefix, checking the letter; a null array when there is no prefix.
-QByteArray afterPrefix(const QByteArray& line, char letter) {
-    auto m = kLevelled.match(QString::fromLatin1(line));
-    if (!m.hasMatch() || m.captured(5) != QChar::fromLatin1(letter))
-        return {};
-    const QByteArray rest = line.mid(m.capturedLength());
-    return rest.isNull() ? QByteArray("") : rest;
-}
-
-const QRegularExpression kCreation(R"(^\[Creat at (\d{4})/(\d\d)/(\d\d)\]$)");
-bool isCreationLine(const QByteArray& line) {
-    return kCreation.match(QString::fromLatin1(line)).hasMatch();
-}
-
-constexpr qint64 kMaxSize = 5242880;
-
-} // namespace
-
 class TestOrvaDebug : public QObject {
     Q_OBJECT
+
+    static inline std::mutex s_capturedMutex;
+    static inline QByteArrayList s_captured;
+
+    static void captureSink(const char* line) {
+        std::lock_guard lock(s_capturedMutex);
+        s_captured.append(QByteArray(line));
+    }
+
+    static inline QByteArrayList captured() {
+        std::lock_guard lock(s_capturedMutex);
+        return s_captured;
+    }
+
+    // Writes head, then extends to size (sparse, so the 5 MiB files are cheap) ending in a newline.
+    static bool makeFile(const QString& path, const QByteArray& head, qint64 size = 0, mode_t mode = 0644) {
+        int fd = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC, mode);
+        if (fd < 0)
+            return false;
+        bool ok = ::write(fd, head.constData(), size_t(head.size())) == head.size();
+        if (ok && size > head.size())
+            ok = ::pwrite(fd, "\n", 1, off_t(size - 1)) == 1;
+        ok = ok && ::fchmod(fd, mode) == 0;
+        ::close(fd);
+        return ok;
+    }
+
+    static struct stat lstatPath(const QString& path, bool* exists = nullptr) {
+        struct stat st {};
+        const bool ok = ::lstat(QFile::encodeName(path).constData(), &st) == 0;
+        if (exists)
+            *exists = ok;
+        return st;
+    }
+
+    static inline QByteArrayList splitLines(const QByteArray& text) {
+        QByteArrayList lines = text.split('\n');
+        if (!lines.isEmpty() && lines.last().isEmpty())
+            lines.removeLast();
+        return lines;
+    }
+
+    static inline const QRegularExpression kLevelled{R"(^\[(\d\d):(\d\d):(\d\d)\.(\d\d\d)\](.)\t)"};
+
+    // The text after a levelled prefix, checking the letter; a null array when there is no prefix.
+    static QByteArray afterPrefix(const QByteArray& line, char letter) {
+        auto m = kLevelled.match(QString::fromLatin1(line));
+        if (!m.hasMatch() || m.captured(5) != QChar::fromLatin1(letter))
+            return {};
+        const QByteArray rest = line.mid(m.capturedLength());
+        return rest.isNull() ? QByteArray("") : rest;
+    }
+
+    static inline const QRegularExpression kCreation{R"(^\[Creat at (\d{4})/(\d\d)/(\d\d)\]$)"};
+    static bool isCreationLine(const QByteArray& line) {
+        return kCreation.match(QString::fromLatin1(line)).hasMatch();
+    }
+
+    static constexpr qint64 kMaxSize = 5242880;
 
     std::unique_ptr<QTemporaryDir> m_dir;
     QString logPath() const { return m_dir->filePath("orvatwain.log"); }
@@ -94,8 +90,8 @@ private slots:
     void init() {
         m_dir = std::make_unique<QTemporaryDir>();
         QVERIFY(m_dir->isValid());
-        std::lock_guard lock(g_capturedMutex);
-        g_captured.clear();
+        std::lock_guard lock(s_capturedMutex);
+        s_captured.clear();
         OrvaSetConsoleSink(captureSink);
         OrvaSetLogLevel(kOrvaLogDebug);
         OrvaSetLogPaths(QFile::encodeName(logPath()).constData(), QFile::encodeName(conPath()).constData());
