@@ -6,8 +6,15 @@
 #pragma once
 
 #include "SampleModelDef.h"
+#include "TwApplication.h"
 #include "TwBundle.h"
+#include "TwDlgCustom.h"
+#include "TwDlgCustomGamma.h"
 #include "TwDlgMain.h"
+#include "TwDlgPageOrder.h"
+#include "TwDlgPaperSize.h"
+#include "TwDlgSaveSetting.h"
+#include "TwDlgScanning.h"
 #include "TwEditCommit.h"
 #include "TwMessageBox.h"
 #include "TwPreferences.h"

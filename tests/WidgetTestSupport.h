@@ -3,7 +3,16 @@
 #pragma once
 
 #include "TestSupport.h"
+#include "TwBindingAdapters.h"
+#include "TwBindingKind.h"
+#include "TwBindingWidgets.h"
+#include "TwBoundControl.h"
+#include "TwEditCommit.h"
+#include "TwRangeHelpers.h"
+#include "TwResponderBinding.h"
 #include "TwainDialogData.h"
+#include "TwainNumberFormatter.h"
+#include "TwainTextFormatter.h"
 
 #include <QtWidgets>
 

@@ -2,14 +2,6 @@
 // and a user action writes the model once with the value the control stands for. Ending the
 // editing of a window: a rejected entry refuses with the range message and keeps the focus;
 // accepted entries are written and shown with their pattern.
-#include "TwBindingAdapters.h"
-#include "TwBindingWidgets.h"
-#include "TwBoundControl.h"
-#include "TwEditCommit.h"
-#include "TwRangeHelpers.h"
-#include "TwResponderBinding.h"
-#include "TwainNumberFormatter.h"
-#include "TwainTextFormatter.h"
 #include "WidgetTestSupport.h"
 
 #include <stdexcept>

@@ -2,9 +2,6 @@
 // 2 and negative places, parsing and partial entries, the length limit, and the scaled ranges of
 // sliders and steppers.
 #include "TwBundle.h"
-#include "TwRangeHelpers.h"
-#include "TwainNumberFormatter.h"
-#include "TwainTextFormatter.h"
 #include "WidgetTestSupport.h"
 
 class TestFormatters : public QObject {

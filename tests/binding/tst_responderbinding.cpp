@@ -2,10 +2,7 @@
 // content, value and model-definition conventions, pair lists, observations, enabling a view
 // tree, and tear-down that leaves neither observers nor bindings behind. Whole tabs bound, unbound
 // and bound again, and the value binding each class of control gets, are in the tab tests.
-#include "TwBindingWidgets.h"
-#include "TwBoundControl.h"
 #include "TwObservableValues.h"
-#include "TwResponderBinding.h"
 #include "WidgetTestSupport.h"
 
 using Names = std::vector<std::string>;

@@ -3,7 +3,6 @@
 // at once while the GUI thread runs its loop.
 #include "SampleFixture.h"
 #include "SamplePage.h"
-#include "TwDlgScanning.h"
 #include "preview/PreviewPages.h"
 
 #include <deque>

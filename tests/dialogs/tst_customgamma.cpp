@@ -2,8 +2,6 @@
 // sample picture (and refusing bitmaps it must not touch), the curves, loading presets, saving
 // them under names with the limit of 50, deleting, and what the tab's gamma becomes.
 #include "SampleFixture.h"
-#include "TwDlgCustomGamma.h"
-#include "TwDlgSaveSetting.h"
 #include "TwGammaTable.h"
 #include "TwGammaViews.h"
 

@@ -2,14 +2,6 @@
 // definition leaves, settings-only mode, the button actions and what they send and save, the
 // modal-run flags, binding without leftovers, progress, help, and calls from other threads.
 #include "SampleFixture.h"
-#include "TwApplication.h"
-#include "TwDlgCustom.h"
-#include "TwDlgCustomGamma.h"
-#include "TwDlgPageOrder.h"
-#include "TwDlgPaperSize.h"
-#include "TwDlgSaveSetting.h"
-#include "TwDlgScanning.h"
-#include "TwResponderBinding.h"
 
 using Codes = std::vector<std::uint16_t>;
 

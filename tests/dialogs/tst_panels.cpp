@@ -2,12 +2,7 @@
 // buttons) with the sample scanner: which button opens which panel, the name dialog and its
 // checks, the about panel, the page-order dialogs and the customize dialog's units and margins.
 #include "SampleFixture.h"
-#include "TwBindingWidgets.h"
 #include "TwDlgAbout.h"
-#include "TwDlgCustom.h"
-#include "TwDlgPageOrder.h"
-#include "TwDlgPaperSize.h"
-#include "TwDlgSaveSetting.h"
 
 class TestPanels : public QObject {
     Q_OBJECT

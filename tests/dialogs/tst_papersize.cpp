@@ -2,9 +2,7 @@
 // overwriting, units, the limit labels, deleting and what stays selected, the list being the
 // model's own, what persists, and what the main dialog's paper selection does afterwards.
 #include "SampleFixture.h"
-#include "TwDlgPaperSize.h"
 #include "TwPaperSizeTableModel.h"
-#include "TwainNumberFormatter.h"
 
 class TestPaperSize : public QObject {
     Q_OBJECT

@@ -4,8 +4,6 @@
 // choice, the ratios, rescans and closing, modal and modeless, and display-only use.
 #include "PreviewPages.h"
 #include "SampleFixture.h"
-#include "TwApplication.h"
-#include "TwBindingWidgets.h"
 #include "TwDlgPreview.h"
 #include "TwPreviewImage.h"
 #include "TwPreviewView.h"

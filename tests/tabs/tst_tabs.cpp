@@ -8,10 +8,6 @@
 // VMX_TAB_SHOTS=<dir> saves a picture of every tab bound to the sample model.
 
 #include "SampleFixture.h"
-#include "TwBindingKind.h"
-#include "TwBindingWidgets.h"
-#include "TwBoundControl.h"
-#include "TwainNumberFormatter.h"
 #include "TwainViewArea.h"
 #include "TwainViewBasic.h"
 
