@@ -6,7 +6,6 @@
 class TestDialogData : public QObject {
     Q_OBJECT
 private slots:
-    void initTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
 
     void initCreatesElevenSectionsInOrder() {
         TwainDialogData model;

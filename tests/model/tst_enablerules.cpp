@@ -23,7 +23,6 @@ class TestEnableRules : public ModelFixture {
     }
 
 private slots:
-    void initTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
     void init() { fresh(); }
 
     // ---- Evaluation ----

@@ -16,7 +16,6 @@ class TestMirroring : public ModelFixture {
     }
 
 private slots:
-    void initTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
     void init() { fresh(); }
 
     // ---- Paper source and side selectors ----

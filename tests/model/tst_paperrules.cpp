@@ -37,7 +37,6 @@ class TestPaperRules : public ModelFixture {
     }
 
 private slots:
-    void initTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
     void init() { fresh(); }
 
     // ---- The current paper ----
@@ -230,21 +229,18 @@ private slots:
 
     void formatterRanges_data() {
         columns<QString, QString, bool, double, double>("key", "area", "duplex", "start", "length");
-        auto row = [](const char* name, const char* key, const char* area, bool duplex, double start,
-                      double length) {
-            QTest::newRow(name) << QString(key) << QString(area) << duplex << start << length;
-        };
-        row("front X", "temp.Area.Front.X", "", false, 0, 200);
-        row("Y", "temp.Area.Y", "", false, 0, 287);
-        row("width beside X", "temp.Area.Width", "Front.X=20", false, 10, 180);
-        row("width ignores the back when simplex", "temp.Area.Width", "Back.X=50", false, 10, 200);
-        row("width beside the back X in duplex", "temp.Area.Width", "Front.X=20 Back.X=50", true, 10, 150);
-        row("length below Y", "temp.Area.Length", "Y=7", false, 10, 280);
-        row("sub-area X", "temp.Area.Front.L1.X", "", false, 0, 208);
-        row("sub-area width", "temp.Area.Front.L1.Width", "Front.L1.X=10", false, 2, 198);
-        row("sub-area length", "temp.Area.Back.L1.Length", "Back.L1.Y=100", false, 2, 195);
-        row("X beyond the paper", "temp.Area.Width", "Front.X=205", false, 10, 0);
-        row("not an area", "Data.Resolution", "", false, 0, 0);
+        row("front X", "temp.Area.Front.X", "", false, 0.0, 200.0);
+        row("Y", "temp.Area.Y", "", false, 0.0, 287.0);
+        row("width beside X", "temp.Area.Width", "Front.X=20", false, 10.0, 180.0);
+        row("width ignores the back when simplex", "temp.Area.Width", "Back.X=50", false, 10.0, 200.0);
+        row("width beside the back X in duplex", "temp.Area.Width", "Front.X=20 Back.X=50", true, 10.0,
+            150.0);
+        row("length below Y", "temp.Area.Length", "Y=7", false, 10.0, 280.0);
+        row("sub-area X", "temp.Area.Front.L1.X", "", false, 0.0, 208.0);
+        row("sub-area width", "temp.Area.Front.L1.Width", "Front.L1.X=10", false, 2.0, 198.0);
+        row("sub-area length", "temp.Area.Back.L1.Length", "Back.L1.Y=100", false, 2.0, 195.0);
+        row("X beyond the paper", "temp.Area.Width", "Front.X=205", false, 10.0, 0.0);
+        row("not an area", "Data.Resolution", "", false, 0.0, 0.0);
     }
     void formatterRanges() {
         auto [key, area, duplex] = fetch<QString, QString, bool>("key", "area", "duplex");
@@ -257,23 +253,19 @@ private slots:
 
     void editedAreasStayOnThePaper_data() {
         columns<QString, QString, double, QString>("before", "key", "entered", "after");
-        auto row = [](const char* name, const char* before, const char* key, double entered,
-                      const char* after) {
-            QTest::newRow(name) << QString(before) << QString(key) << entered << QString(after);
-        };
-        row("too wide: shrunk to the paper", "", "Width", 250, "Width=210 Front.X=0");
-        row("X kept, width gives way", "", "Front.X", 30, "Front.X=30 Width=180 Back.X=0");
-        row("width kept, X moves", "Front.X=30 Width=180", "Width", 200, "Front.X=10 Width=200 Back.X=0");
-        row("width moves the back X too", "Width=100 Back.X=110", "Width", 150,
+        row("too wide: shrunk to the paper", "", "Width", 250.0, "Width=210 Front.X=0");
+        row("X kept, width gives way", "", "Front.X", 30.0, "Front.X=30 Width=180 Back.X=0");
+        row("width kept, X moves", "Front.X=30 Width=180", "Width", 200.0, "Front.X=10 Width=200 Back.X=0");
+        row("width moves the back X too", "Width=100 Back.X=110", "Width", 150.0,
             "Front.X=0 Back.X=60 Width=150");
-        row("X no further than the minimum width", "", "Front.X", 205, "Front.X=200 Width=10");
-        row("main minimum length", "", "Length", 5, "Length=10 Y=0");
-        row("Y near the bottom", "", "Y", 295, "Y=287 Length=10");
-        row("sub-area too wide: moved, then shrunk", "", "Front.L1.Width", 300,
+        row("X no further than the minimum width", "", "Front.X", 205.0, "Front.X=200 Width=10");
+        row("main minimum length", "", "Length", 5.0, "Length=10 Y=0");
+        row("Y near the bottom", "", "Y", 295.0, "Y=287 Length=10");
+        row("sub-area too wide: moved, then shrunk", "", "Front.L1.Width", 300.0,
             "Front.L1.Width=210 Front.L1.X=0");
-        row("sub-area moved back", "", "Back.L1.Width", 205, "Back.L1.Width=205 Back.L1.X=5");
-        row("sub-area minimum", "", "Front.L1.Length", 1, "Front.L1.Length=2");
-        row("sub-area outside the main area is kept", "Width=100", "Front.L1.X", 150,
+        row("sub-area moved back", "", "Back.L1.Width", 205.0, "Back.L1.Width=205 Back.L1.X=5");
+        row("sub-area minimum", "", "Front.L1.Length", 1.0, "Front.L1.Length=2");
+        row("sub-area outside the main area is kept", "Width=100", "Front.L1.X", 150.0,
             "Front.L1.X=150 Front.L1.Width=50");
     }
 

@@ -17,10 +17,7 @@ class TestBundle : public QObject {
     QTemporaryDir dir;
 
 private slots:
-    void initTestCase() {
-        OrvaSetLogPaths(nullptr, nullptr);
-        qputenv("LANGUAGE", "de");
-    }
+    void initTestCase() { qputenv("LANGUAGE", "de"); }
 
     void plistRoundTripKeepsTypesAndOrder() {
         TwValue tree =
@@ -128,10 +125,6 @@ private slots:
     void textLookupChain_data() {
         columns<bool, QString, QString, QString, bool>("withDataSource", "key", "text", "withFallback",
                                                        "known");
-        auto row = [](const char* name, bool ds, const char* key, const char* text, const char* fallback,
-                      bool known) {
-            QTest::newRow(name) << ds << QString(key) << QString(text) << QString(fallback) << known;
-        };
         row("data source wins", true, "IDS_BOTH", "ds both", "ds both", true);
         row("empty text is an answer", true, "IDS_BLANK", "", "", true);
         row("module's table not asked", true, "IDS_OWN", "IDS_OWN", "IDS_OWN", false);

@@ -67,7 +67,6 @@ class TestPreferences : public QObject {
     static TwValue readBack(const QString& file) { return TwPlistReadFile(file.toStdString()); }
 
 private slots:
-    void initTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
     void init() { dir = std::make_unique<QTemporaryDir>(); }
 
     void savedValuesReadBackInANewInstance() {

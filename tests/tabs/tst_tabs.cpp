@@ -320,7 +320,6 @@ class TestTabs : public QObject {
 private slots:
     void initTestCase() { QVERIFY2(sample.read(), sample.error.c_str()); }
     void init() { sample.reset(); }
-    void cleanupTestCase() { OrvaSetLogPaths(nullptr, nullptr); }
 
     void unknownClassesAndMissingModelsAreRefusedWithALogLine() {
         sample.captureLog();
