@@ -215,40 +215,22 @@ private slots:
     }
 
     // A page the data source leaves out, or one that is no bitmap, shows the question alone; what
-    // was handed over is freed all the same.
-    void aMissingOrBrokenPageShowsTheQuestionAlone_data() {
-        columns<int, QString>("page", "logged");
-        row("no page", int(QuestionSource::NoPage), "ERROR: pDIB = NULL");
-        row("broken page", int(QuestionSource::BrokenPage),
-            "ERROR: TwainDialogController::showContinueScanPage:");
+    // was handed over is freed all the same, and one block given as both sides is freed once.
+    void whatIsHandedOverIsFreed_data() {
+        columns<int, bool, bool, QString>("page", "backIsFront", "shown", "logged");
+        const QString refused = "ERROR: TwainDialogController::showContinueScanPage:";
+        row("no page", int(QuestionSource::NoPage), false, false, "ERROR: pDIB = NULL");
+        row("broken page", int(QuestionSource::BrokenPage), false, false, refused);
+        row("one block as both sides, shown", int(QuestionSource::Page), true, true, QString());
+        row("one block as both sides, refused", int(QuestionSource::BrokenPage), true, false, QString());
     }
-    void aMissingOrBrokenPageShowsTheQuestionAlone() {
-        auto [page, logged] = fetch<int, QString>("page", "logged");
+    void whatIsHandedOverIsFreed() {
+        auto [page, backIsFront, shown, logged] =
+            fetch<int, bool, bool, QString>("page", "backIsFront", "shown", "logged");
         auto ui = loaded();
         LogCapture log;
         g_source.page = decltype(g_source.page)(page);
-        bool alone = false;
-        auto timer = whenModal<QMessageBox>([&](QMessageBox* box) {
-            alone = ui->controllerIfMade()->continueScanPage() == nullptr;
-            buttonTitled(box, "Stop")->click();
-        });
-        QCOMPARE(ui->showContinueScanDialog(0), int(kVmxAnswerStop));
-        QVERIFY(alone);
-        QVERIFY2(log.text().contains(logged), qPrintable(log.text()));
-        QVERIFY(!g_source.seen.back().withImage);
-    }
-
-    // One block given as both sides is freed once, whether the page is shown or refused.
-    void oneBlockAsBothSidesIsFreedOnce_data() {
-        columns<int, bool>("page", "shown");
-        row("shown", int(QuestionSource::Page), true);
-        row("refused", int(QuestionSource::BrokenPage), false);
-    }
-    void oneBlockAsBothSidesIsFreedOnce() {
-        auto [page, shown] = fetch<int, bool>("page", "shown");
-        auto ui = loaded();
-        g_source.page = decltype(g_source.page)(page);
-        g_source.backIsFront = true;
+        g_source.backIsFront = backIsFront;
         bool pageShown = false;
         auto timer = whenModal<QMessageBox>([&](QMessageBox* box) {
             pageShown = ui->controllerIfMade()->continueScanPage() != nullptr;
@@ -256,6 +238,9 @@ private slots:
         });
         QCOMPARE(ui->showContinueScanDialog(0), int(kVmxAnswerStop));
         QCOMPARE(pageShown, shown);
+        if (!logged.isEmpty())
+            QVERIFY2(log.text().contains(logged), qPrintable(log.text()));
+        QVERIFY(!g_source.seen.back().withImage);
     }
 
     void withoutACallbackNothingIsAsked() {
