@@ -520,8 +520,7 @@ private slots:
         hidden->selectAll();
         QTest::keyClicks(hidden, "400");
         hidden->hide();
-        QVERIFY(TwEndEditing(window.get()));
-        QVERIFY(alerts.isEmpty());
+        QVERIFY(TwEndEditing(window.get()) && alerts.isEmpty());
     }
 
     void endingWritesEntriesNotYetWritten() {

@@ -384,8 +384,7 @@ private slots:
         delete gone; // its bindings go with it
         QCOMPARE(model.observationCount(), std::size_t(2));
         rb.unbindAll();
-        QVERIFY(button.isEnabled());
-        QVERIFY(rb.bindings().empty());
+        QVERIFY(button.isEnabled() && rb.bindings().empty());
         QCOMPARE(model.observationCount(), std::size_t(0));
     }
 

@@ -185,8 +185,7 @@ private slots:
             QTest::keyClick(QApplication::focusWidget(), Qt::Key(key));
         });
         QTEST(ui->showContinueScanDialog(2), "answer");
-        QVERIFY(pageShown);
-        QVERIFY(!pageActive);
+        QVERIFY(pageShown && !pageActive);
     }
 
     // The 16-bit value names the problem page; the texts come from the string tables.

@@ -227,9 +227,7 @@ private slots:
         QTest::mouseClick(w->btnOK(), Qt::LeftButton);
         ui->controllerIfMade()->onStart();
         ui->controllerIfMade()->onSaveSetting();
-        QVERIFY(g_sent.empty());
-        QVERIFY(!prompted);
-        QVERIFY(SampleScanner::stored("untitle profile").isNull());
+        QVERIFY(g_sent.empty() && !prompted && SampleScanner::stored("untitle profile").isNull());
         QCOMPARE(sample.alerts.size(), 3);
         QCOMPARE(w->focusWidget(), width);
 
@@ -546,8 +544,7 @@ private slots:
         QCOMPARE(window(*ui)->tableMain()->currentWidget()->property("identifier").toString(), u"Area"_s);
         QVERIFY(QImage(QString::fromStdString(file)).width() > 100);
         QVERIFY(!ui->saveDialogPicture(dir.filePath("x.png").toStdString(), "Imprinter"));
-        QVERIFY(!ui->performDialogAction("onNothing"));
-        QVERIFY(ui->performDialogAction("onOK"));
+        QVERIFY(!ui->performDialogAction("onNothing") && ui->performDialogAction("onOK"));
         QCOMPARE(sentCodes(), Codes{kVmxEventClosed});
     }
 };

@@ -100,8 +100,7 @@ private slots:
         ui->controllerIfMade()->onSaveSetting();
         QCOMPARE(offered.size(), 50);
         QCOMPARE(shownName, QString());
-        QVERIFY(!stayed);
-        QVERIFY(!model->IsProfileExist("One too many"));
+        QVERIFY(!stayed && !model->IsProfileExist("One too many"));
         QCOMPARE(sample.boxes.size(), std::size_t(1));
         QVERIFY(sample.boxes[0].message.startsWith(u"No more items can be saved"_s));
 

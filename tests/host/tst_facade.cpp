@@ -23,8 +23,7 @@ class TestFacade : public QObject {
 private slots:
     void withoutModelEverythingIsQuiet() {
         VmxUIControllerImpl ui;
-        QVERIFY(ui.dataForKeyPath("Data.Resolution").isNull());
-        QVERIFY(ui.DialogData() == nullptr);
+        QVERIFY(ui.dataForKeyPath("Data.Resolution").isNull() && ui.DialogData() == nullptr);
         ui.setDataWithKeyPathValue(TwValue::dictionary({{"Data.Resolution", 300}}));
         ui.setUIContents(def.options);
         ui.setCallback(&recordEvent);
@@ -131,12 +130,10 @@ private slots:
         QCOMPARE(back.left, 10.0);
         QCOMPARE(back.top, 20.0);
         ui->showUi(false, true, true); // without showing: only the flags
-        QVERIFY(!ui->isShow());
-        QVERIFY(ui->isShowModal());
+        QVERIFY(!ui->isShow() && ui->isShowModal());
         // Closing drops the model: nothing is forwarded any more.
         ui->closeDS();
-        QVERIFY(ui->DialogData() == nullptr);
-        QVERIFY(ui->dataForKeyPath("Data.Resolution").isNull());
+        QVERIFY(ui->DialogData() == nullptr && ui->dataForKeyPath("Data.Resolution").isNull());
         ui->setPaperFrame(wanted);
         QVERIFY(ui->customPaperSize().isNull());
     }

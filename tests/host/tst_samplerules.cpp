@@ -79,8 +79,7 @@ private slots:
         ui->setDataWithDictionary(sample.capabilities.deepCopy(), 0);
         QCOMPARE(first->observationCount(first.get()), std::size_t(0));
         std::shared_ptr<TwainDialogData> second = ui->model();
-        QVERIFY(second != first);
-        QVERIFY(second->observationCount(second.get()) > 0);
+        QVERIFY(second != first && second->observationCount(second.get()) > 0);
         ui->closeDS();
         QCOMPARE(second->observationCount(second.get()), std::size_t(0));
 

@@ -185,8 +185,7 @@ private slots:
         TwainDialogData model;
         model.setModelDef(&def);
         model.createObserver();
-        QVERIFY(model.m_dictEnableChange.isNull());
-        QVERIFY(model.m_dictObserverChange.dict()->empty());
+        QVERIFY(model.m_dictEnableChange.isNull() && model.m_dictObserverChange.dict()->empty());
         QVERIFY(model.valueForKeyPath("enable.A").isNull());
     }
 

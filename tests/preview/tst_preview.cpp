@@ -123,8 +123,7 @@ private slots:
         const QRect main = ui->controllerIfMade()->windowIfLoaded()->frameGeometry();
         QCOMPARE(p->frameGeometry().left(), main.right() + 1 + 10);
         QCOMPARE(p->frameGeometry().bottom(), main.bottom());
-        QVERIFY(!p->isModal() && !p->displayOnly());
-        QVERIFY(p->isStatusTimerRunning());
+        QVERIFY(!p->isModal() && !p->displayOnly() && p->isStatusTimerRunning());
         // The page fits the scroll area with a 30-point margin.
         const QSize frame = p->sclPreview()->size();
         QCOMPARE(p->viewPreview()->initedRate(), fitRate(p->GetCurrentPaperSize(), QSizeF(frame)));
@@ -565,8 +564,7 @@ private slots:
             set(*ui, qPrintable(action.section('=', 0, 0)), action.section('=', 1).toInt());
         else
             ui->controllerIfMade()->performAction(action);
-        QVERIFY(!p->isVisible() && !p->isStatusTimerRunning());
-        QVERIFY(p->imageFront().isNull());
+        QVERIFY(!p->isVisible() && !p->isStatusTimerRunning() && p->imageFront().isNull());
     }
 
     // A modal dialog's prescan: the dialog stays application-modal, the preview takes input too,
@@ -576,8 +574,7 @@ private slots:
         TwDlgMain* main = ui->controllerIfMade()->windowIfLoaded();
         QCOMPARE(TwApplication::modalWindow(), main);
         TwDlgPreview* p = prescan(*ui);
-        QVERIFY(p->isModal());
-        QVERIFY(ui->controllerIfMade()->hasPrescanSession());
+        QVERIFY(p->isModal() && ui->controllerIfMade()->hasPrescanSession());
         QCOMPARE(QApplication::activeModalWidget(), main);
         // Clicks through the window system, which drops those of blocked windows.
         clickThroughWindow(p->segControl()->buttons()[1]);
@@ -597,8 +594,7 @@ private slots:
         // The dialog takes input beside its preview: Default closes the preview and the session.
         QVERIFY(prescan(*ui)->isVisible() && ui->controllerIfMade()->hasPrescanSession());
         clickThroughWindow(main->btnDefault());
-        QVERIFY(!p->isVisible());
-        QVERIFY(!ui->controllerIfMade()->hasPrescanSession());
+        QVERIFY(!p->isVisible() && !ui->controllerIfMade()->hasPrescanSession());
     }
 
     // Pages only: no areas, no back side, no timer; the hand tool; the page's own size.
@@ -619,8 +615,7 @@ private slots:
         p->GetAreas(areas);
         QVERIFY(areas.empty());
         QCOMPARE(p->cmbArea()->count(), 0);
-        QVERIFY(!p->segSide()->buttons()[1]->isEnabled());
-        QVERIFY(!p->segControl()->buttons()[0]->isEnabled());
+        QVERIFY(!p->segSide()->buttons()[1]->isEnabled() && !p->segControl()->buttons()[0]->isEnabled());
         QCOMPARE(p->viewPreview()->opMode(), int(TwPreviewView::kOpHand));
         QCOMPARE(p->GetCurrentPaperSize(), QSizeF(100, 150));
         QVERIFY(!p->isStatusTimerRunning());
@@ -644,8 +639,7 @@ private slots:
         g_pages.front = Front(front);
         g_pages.back = false;
         TwDlgPreview* p = prescan(*ui);
-        QVERIFY(p && p->isVisible());
-        QVERIFY(p->imageFront().isNull());
+        QVERIFY(p && p->isVisible() && p->imageFront().isNull());
         std::uint32_t length = 0;
         TwOwnedDIB odd(makePageBitmap(8, 8, 3937, Qt::red, QString(), &length), length);
         const std::uint32_t compression = 77;

@@ -52,8 +52,7 @@ private slots:
         QFETCH(QByteArray, bytes);
         std::string error;
         TwValue v = TwPlistParse(bytes.constData(), std::size_t(bytes.size()), &error);
-        QVERIFY(v.isNull());
-        QVERIFY(!error.empty());
+        QVERIFY(v.isNull() && !error.empty());
     }
 
     void deepNestingDoesNotExhaustTheStack() {
@@ -111,8 +110,7 @@ private slots:
         // The first language that has the table answers alone, as on the platform.
         QCOMPARE(bundle->localizedStringForKey("IDS_CANCEL", "fallback"), std::string("fallback"));
         QCOMPARE(bundle->localizedStringForKey("IDS_CANCEL", ""), std::string("IDS_CANCEL"));
-        QVERIFY(bundle->hasLocalizedString("IDS_OK"));
-        QVERIFY(!bundle->hasLocalizedString("IDS_CANCEL"));
+        QVERIFY(bundle->hasLocalizedString("IDS_OK") && !bundle->hasLocalizedString("IDS_CANCEL"));
 
         writeFile(path + "/Contents/Resources/de.lproj/Localizable.strings", "\"IDS_OK\" = \"old style\";");
         bundle = TwBundle::bundleWithPath(path.toStdString());

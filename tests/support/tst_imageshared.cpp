@@ -129,8 +129,7 @@ private slots:
         s_sleeps.clear();
         SetDIBAllocSleep(&recordSleep);
         void* block = AllocDIBMemoryWait(24, 100, 100);
-        QVERIFY(block);
-        QVERIFY(s_sleeps.empty());
+        QVERIFY(block && s_sleeps.empty());
         std::free(block);
         QCOMPARE(AllocDIBMemoryWait(32, 65535, 65535), nullptr);
         QCOMPARE(s_sleeps, std::vector<unsigned>(64, 5u));
@@ -390,8 +389,7 @@ private slots:
         QCOMPARE(FindDIBBits(dib.data(), dib.size()), nullptr);
         QCOMPARE(GetDIBSize(dib.data(), dib.size()), 0u);
         QVERIFY(!GetDIBSizeMillimetres(dib.data(), dib.size()));
-        QVERIFY(!CreateBMPFileHeader(dib.data(), dib.size()));
-        QVERIFY(!unAlignBitmap(dib.data(), dib.size()));
+        QVERIFY(!CreateBMPFileHeader(dib.data(), dib.size()) && !unAlignBitmap(dib.data(), dib.size()));
         QCOMPARE(AlignBitmap(dib.data(), dib.size()), nullptr);
         SaveBMP(dib.data(), dib.size(), QFile::encodeName(path).constData(), 0);
         QVERIFY(!QFile::exists(path));

@@ -175,8 +175,7 @@ private slots:
         QVERIFY(QFile::remove(logPath()));
         OrvaLog(kOrvaLogInfo, "two\n");
         OrvaLogFile(1, "two\n");
-        QVERIFY(!QFile::exists(logPath()));
-        QVERIFY(makeFile(logPath(), {}));
+        QVERIFY(!QFile::exists(logPath()) && makeFile(logPath(), {}));
         OrvaLog(kOrvaLogInfo, "three\n");
         const QByteArrayList lines = splitLines(readFile(logPath()));
         QCOMPARE(lines.size(), 2);
@@ -302,8 +301,7 @@ private slots:
 
     void failedRotationAppendsToBigFile() {
         // A non-empty directory at P.4 makes the first rename (P.3 onto it) fail.
-        QVERIFY(QDir(m_dir->path()).mkdir("orvatwain.log.4"));
-        QVERIFY(makeFile(logPath() + ".4/keep", "keep\n"));
+        QVERIFY(QDir(m_dir->path()).mkdir("orvatwain.log.4") && makeFile(logPath() + ".4/keep", "keep\n"));
         QVERIFY(makeFile(logPath() + ".3", "gen3\n") && makeFile(logPath() + ".0", "gen0\n"));
         QVERIFY(makeFile(logPath(), "big\n", kMaxSize + 1));
         OrvaLog(kOrvaLogWarning, "still here\n");

@@ -89,16 +89,14 @@ private slots:
         QCOMPARE(again.copyValue("Runned").intValue(), 1);
         QCOMPARE(again.copyValue("profiles").list()->at(0).dict()->value("ProfileName"), TwValue("Office"));
         again.setValue("Runned", TwValue()); // null removes
-        QVERIFY(again.synchronize());
-        QVERIFY(!readBack(file).dict()->contains("Runned"));
+        QVERIFY(again.synchronize() && !readBack(file).dict()->contains("Runned"));
         QVERIFY(readBack(file).dict()->contains("profiles"));
     }
 
     void noDomainReadsAndWritesNothing() {
         TwPreferences prefs("", dir->path().toStdString());
         prefs.setValue("profiles", TwValue::array());
-        QVERIFY(prefs.copyValue("profiles").isNull());
-        QVERIFY(!prefs.synchronize());
+        QVERIFY(prefs.copyValue("profiles").isNull() && !prefs.synchronize());
         QCOMPARE(QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size(), 0);
     }
 
