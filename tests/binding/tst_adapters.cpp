@@ -143,8 +143,7 @@ private slots:
         QCOMPARE(byTag->currentIndex(), 2);
         emit byIndex->activated(2);
         emit byTag->activated(0);
-        QCOMPARE(model.valueForKeyPath("Data.Index"), TwValue(2));
-        QCOMPARE(model.valueForKeyPath("Data.Tag"), TwValue(10));
+        QCOMPARE(valuesAt(model, {"Data.Index", "Data.Tag"}), TwValue::array({2, 10}));
         model.setValueForKeyPath(7, "Data.Index");
         QCOMPARE(byIndex->currentIndex(), -1);
     }
@@ -331,8 +330,7 @@ private slots:
         QCOMPARE(byTag->selectedIndex(), 1);
         QTest::mouseClick(radios[0], Qt::LeftButton);
         QTest::mouseClick(segments[2], Qt::LeftButton);
-        QCOMPARE(model.valueForKeyPath("Data.Layout.Rotate"), TwValue(0));
-        QCOMPARE(model.valueForKeyPath("Data.Feed.Mode"), TwValue(30));
+        QCOMPARE(valuesAt(model, {"Data.Layout.Rotate", "Data.Feed.Mode"}), TwValue::array({0, 30}));
         QCOMPARE(writes.count(), 1);
         // A value no button stands for selects none.
         model.setValueForKeyPath(9, "Data.Layout.Rotate");

@@ -479,8 +479,8 @@ private slots:
             d->onClose();
         });
         QTest::mouseClick(custom, Qt::LeftButton);
-        QCOMPARE(ui->dataForKeyPath("temp.ColorImage.Gamma"), TwValue("Vivid"));
-        QCOMPARE(ui->dataForKeyPath("Data.ColorImage.Front.Gamma"), TwValue("Vivid"));
+        QCOMPARE(valuesAt(*ui->model(), {"temp.ColorImage.Gamma", "Data.ColorImage.Front.Gamma"}),
+                 TwValue::array({"Vivid", "Vivid"}));
         QVERIFY(scanner.boxes.empty());
     }
     // VMX_EDITOR_SHOTS=<dir>: the picture of the README, a colour preset with the channels apart.

@@ -110,9 +110,8 @@ private slots:
         }
         {
             auto ui = sample.load();
-            QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 600);
-            QCOMPARE(ui->dataForKeyPath("Data.ImageType").intValue(), 1);
-            QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
+            QCOMPARE(valuesAt(*ui->model(), {"Data.Resolution", "Data.ImageType", "profiles.name"}),
+                     TwValue::array({600, 1, "Untitled"}));
             QVERIFY(stored().copyValue("profile name").isNull());
             set(*ui, "profiles.name", "Factory Default");
             ui->model()->saveUntitleProfile();
@@ -168,8 +167,8 @@ private slots:
         QVERIFY(!TwainDialogData::gammaExist(TwValue("Mine"), ui->dataForKeyPath("content.Gray.Gamma")));
         set(*ui, "profiles.name", "Factory Default");
         set(*ui, "profiles.name", "Curved");
-        QCOMPARE(ui->dataForKeyPath("Data.GrayImage.Front.Gamma"), TwValue(0));
-        QCOMPARE(ui->dataForKeyPath("Data.BinaryImage.Back.Gamma"), TwValue(0));
+        QCOMPARE(valuesAt(*ui->model(), {"Data.GrayImage.Front.Gamma", "Data.BinaryImage.Back.Gamma"}),
+                 TwValue::array({0, 0}));
         QVERIFY(stored().copyValue("custom gamma").dict()->value("Gray").list()->empty());
     }
 
@@ -185,8 +184,8 @@ private slots:
         area.dict()->set("Unit", 0);
         area.dict()->value("Measure").dict()->set("Width", 25.4);
         ui->model()->SettingApply(profile);
-        QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Width").doubleValue(), 25.4);
-        QCOMPARE(ui->dataForKeyPath("temp.Area.Width").doubleValue(), 1.0);
+        QCOMPARE(valuesAt(*ui->model(), {"Data.Area.Measure.Width", "temp.Area.Width"}),
+                 TwValue::array({25.4, 1.0}));
         QCOMPARE(ui->dataForKeyPath("Data.PaperSource"), ui->dataForKeyPath("Default.PaperSource"));
         QCOMPARE(ui->dataForKeyPath("Data.PaperSize"), TwValue(1));
     }

@@ -16,9 +16,9 @@ private slots:
             TwValue value = ui->dataForKeyPath(target);
             QVERIFY2(value.isBoolean(), target.c_str());
         }
-        QCOMPARE(ui->dataForKeyPath("enable.Duplex"), TwValue(false));
-        QCOMPARE(ui->dataForKeyPath("enable.Landscape"), TwValue(false)); // A4 is too long to turn
-        QCOMPARE(ui->dataForKeyPath("enable.Deskew"), TwValue(true));
+        // One-sided paper, and A4 too long to turn.
+        QCOMPARE(valuesAt(*ui->model(), {"enable.Duplex", "enable.Landscape", "enable.Deskew"}),
+                 TwValue::array({false, false, true}));
         QCOMPARE(codes(ui->dataForKeyPath("content.RateImageAvail")), (std::vector<int>{0, 1, 2}));
         QCOMPARE(ui->dataForKeyPath("temp.GrayColor"), TwValue("Color")); // the sample's own text
     }
@@ -40,12 +40,12 @@ private slots:
         auto ui = sample.load();
         QCOMPARE(ui->dataForKeyPath("enable.Layout.Rotate"), TwValue(true));
         set(*ui, {{"Data.PaperSize", TwValue(5)}, {"Data.Landscape", TwValue(true)}});
-        QCOMPARE(ui->dataForKeyPath("enable.Layout.Rotate"), TwValue(false));
-        QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Width").doubleValue(), 210.0);
+        QCOMPARE(valuesAt(*ui->model(), {"enable.Layout.Rotate", "Data.Area.Measure.Width"}),
+                 TwValue::array({false, 210.0}));
         set(*ui, "Data.PaperSize", TwValue(4)); // Legal cannot turn
-        QCOMPARE(ui->dataForKeyPath("enable.Landscape"), TwValue(false));
-        QCOMPARE(ui->dataForKeyPath("enable.Layout.Rotate"), TwValue(true));
-        QCOMPARE(ui->dataForKeyPath("Data.Area.Measure.Length").doubleValue(), 355.6);
+        QCOMPARE(
+            valuesAt(*ui->model(), {"enable.Landscape", "enable.Layout.Rotate", "Data.Area.Measure.Length"}),
+            TwValue::array({false, true, 355.6}));
         // The feeder in duplex: the back side is offered and both sides are selected.
         set(*ui, "Data.PaperSource", TwValue(1));
         QCOMPARE(ui->dataForKeyPath("enable.Area.Back"), TwValue(true));
@@ -57,8 +57,8 @@ private slots:
         set(*ui, "Data.Feed.FeedPageMode", TwValue(1));
         QCOMPARE(ui->dataForKeyPath("enable.Feed.FeedPage"), TwValue(true));
         set(*ui, "Data.PaperSource", TwValue(2));
-        QCOMPARE(ui->dataForKeyPath("Data.Feed.FeedPageMode"), TwValue(0));
-        QCOMPARE(ui->dataForKeyPath("enable.Feed.FeedPage"), TwValue(false));
+        QCOMPARE(valuesAt(*ui->model(), {"Data.Feed.FeedPageMode", "enable.Feed.FeedPage"}),
+                 TwValue::array({0, false}));
     }
 
     // The default setting is applied before the model observes itself, so the working copies
@@ -69,8 +69,8 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("Data.BinaryImage.Front.Brightness").intValue(), 90);
         set(*ui, "Data.PaperSource", TwValue(1)); // duplex: both sides are edited together
         set(*ui, "temp.ColorImage.Contrast", TwValue(70));
-        QCOMPARE(ui->dataForKeyPath("Data.ColorImage.Front.Contrast").intValue(), 70);
-        QCOMPARE(ui->dataForKeyPath("Data.ColorImage.Back.Contrast").intValue(), 70);
+        QCOMPARE(valuesAt(*ui->model(), {"Data.ColorImage.Front.Contrast", "Data.ColorImage.Back.Contrast"}),
+                 TwValue::array({70, 70}));
     }
 
     void replacingOrClosingTheModelEndsItsObservation() {

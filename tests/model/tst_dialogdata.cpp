@@ -90,8 +90,7 @@ private slots:
         // The same for a whole dictionary of sections and key paths.
         model.setDataWithDictionary(dict(
             {{"Data", dict({{"Resolution", 200}})}, {"Data.ImageType", 2}, {"ScanInfo.Version", "1.2"}}));
-        QCOMPARE(model.valueForKeyPath("Data.Resolution").intValue(), 200);
-        QCOMPARE(model.valueForKeyPath("Data.ImageType").intValue(), 2);
+        QCOMPARE(valuesAt(model, {"Data.Resolution", "Data.ImageType"}), TwValue::array({200, 2}));
         QVERIFY(model.valueForKeyPath("ScanInfo.Version").isEqual(TwValue("1.2")));
     }
 
@@ -146,8 +145,7 @@ private slots:
         model.setValueForKeyPathWithoutNotification(3, "Data.X");
         model.setValueForKeyPathWithoutNotification(dict({{"Y", 1}}), "Data");
         QCOMPARE(r.seen.size(), size_t(2));
-        QCOMPARE(model.valueForKeyPath("Data.X").intValue(), 3);
-        QCOMPARE(model.valueForKeyPath("Data.Y").intValue(), 1);
+        QCOMPARE(valuesAt(model, {"Data.X", "Data.Y"}), TwValue::array({3, 1}));
     }
 
     void writeTellsObserversBelowButNotBesideOrAbove() {

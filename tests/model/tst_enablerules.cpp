@@ -276,8 +276,7 @@ private slots:
         def->rules = dict({{"enable.Duplex", dict({{"Data.PaperSource", TwValue::array({1, 4})}})}});
         reload();
         model->setValueForKeyPath(TwValue(1), "Data.PaperSource");
-        QCOMPARE(model->valueForKeyPath("enable.Duplex"), TwValue(true));
-        QCOMPARE(model->valueForKeyPath("temp.GrayImageSide"), TwValue(2));
+        QCOMPARE(valuesAt(*model, {"enable.Duplex", "temp.GrayImageSide"}), TwValue::array({true, 2}));
     }
 
     void loadingAProfileSkipsTheReactions() {

@@ -53,15 +53,14 @@ private slots:
         // The setting itself is not touched by showing another side.
         QCOMPARE(model->valueForKeyPath("Data.BinaryImage.Front.Brightness"), TwValue(100));
         model->setValueForKeyPath(TwValue(0), "temp.BinaryImageSide");
-        QCOMPARE(model->valueForKeyPath("temp.BinaryImage.Brightness"), TwValue(100));
-        QCOMPARE(model->valueForKeyPath("temp.BinaryImageSideText"), TwValue("Front side"));
+        QCOMPARE(valuesAt(*model, {"temp.BinaryImage.Brightness", "temp.BinaryImageSideText"}),
+                 TwValue::array({100, "Front side"}));
     }
 
     void showingAnotherSideKeepsTheProfileName() {
         model->setValueForKeyPathWithoutNotification(TwValue("Mine"), "profiles.name");
         model->setValueForKeyPath(TwValue(1), "temp.GrayImageSide");
-        QCOMPARE(model->valueForKeyPath("Data.GrayImageSide"), TwValue(1));
-        QCOMPARE(model->valueForKeyPath("profiles.name"), TwValue("Mine"));
+        QCOMPARE(valuesAt(*model, {"Data.GrayImageSide", "profiles.name"}), TwValue::array({1, "Mine"}));
         // Making both sides equal is an edit of the setting.
         model->setValueForKeyPath(TwValue(2), "temp.GrayImageSide");
         QCOMPARE(model->valueForKeyPath("profiles.name"), TwValue("Untitled"));
@@ -187,8 +186,8 @@ private slots:
             valuesAt(*model, {"enable.Feed.FeedPageMode", "Data.Feed.FeedPageMode", "enable.Feed.FeedPage"}),
             TwValue::array({false, 0, false}));
         model->setValueForKeyPath(TwValue(0), "Data.PaperSource");
-        QCOMPARE(model->valueForKeyPath("enable.Feed.FeedPageMode"), TwValue(true));
-        QCOMPARE(model->valueForKeyPath("Data.Feed.FeedPageMode"), TwValue(0));
+        QCOMPARE(valuesAt(*model, {"enable.Feed.FeedPageMode", "Data.Feed.FeedPageMode"}),
+                 TwValue::array({true, 0}));
     }
 
     // ---- The area in the user's unit ----

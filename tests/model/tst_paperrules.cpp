@@ -155,12 +155,12 @@ private slots:
 
     void aResolutionEditUpdatesBoth() {
         model->setValueForKeyPath(TwValue(3), "Data.AutoDistinction.RateBinaryImage");
-        QCOMPARE(model->valueForKeyPath("Data.AutoDistinction.RateBinaryImage"), TwValue(2));
-        QCOMPARE(model->valueForKeyPath("temp.GrayDPI"), TwValue(100));
+        QCOMPARE(valuesAt(*model, {"Data.AutoDistinction.RateBinaryImage", "temp.GrayDPI"}),
+                 TwValue::array({2, 100}));
         model->setValueForKeyPath(TwValue(150), "Data.Resolution");
         QCOMPARE(codes(model->valueForKeyPath("content.RateImageAvail")), std::vector<int>{0});
-        QCOMPARE(model->valueForKeyPath("Data.AutoDistinction.RateBinaryImage"), TwValue(0));
-        QCOMPARE(model->valueForKeyPath("temp.GrayDPI"), TwValue(150));
+        QCOMPARE(valuesAt(*model, {"Data.AutoDistinction.RateBinaryImage", "temp.GrayDPI"}),
+                 TwValue::array({0, 150}));
         model->setValueForKeyPath(TwValue(600), "Data.Resolution");
         QCOMPARE(codes(model->valueForKeyPath("content.RateImageAvail")), (std::vector<int>{0, 1, 2, 3}));
         QCOMPARE(model->valueForKeyPath("temp.GrayDPI"), TwValue(600));
@@ -282,8 +282,8 @@ private slots:
         model->setValueForKeyPath(TwValue(9.0), "temp.Area.Width");
         QCOMPARE(model->valueForKeyPath("Data.Area.Measure.Width").doubleValue(), 210.0);
         QCOMPARE(model->valueForKeyPath("temp.Area.Width").doubleValue(), 210.0 / 25.4);
-        QCOMPARE(model->valueForKeyPath("temp.TextEditDatakey"), TwValue("temp.Area.Width"));
-        QCOMPARE(model->valueForKeyPath("temp.TextEditRefresh"), TwValue(0));
+        QCOMPARE(valuesAt(*model, {"temp.TextEditDatakey", "temp.TextEditRefresh"}),
+                 TwValue::array({"temp.Area.Width", 0}));
         // A value that fits asks for nothing.
         model->setValueForKeyPath(TwValue(4.0), "temp.Area.Width");
         QCOMPARE(model->valueForKeyPath("Data.Area.Measure.Width").doubleValue(), 4.0 * 25.4);
