@@ -237,16 +237,12 @@ bool hasBinding(const QObject* control, const std::string& binding, const std::s
 
 // The sample's model definition with an entry for every "#Name" of the tables, so that every
 // model-definition binding can be made.
-TwValue modelDefRootWithEveryControl() {
-    std::string error;
-    TwValue root = TwPlistReadFile(SampleScanner::kBundle + "/Contents/Resources/ModelDef.plist", &error);
+TwValue modelDefRootWithEveryControl(TwValue root) {
     TwValue uiControl = root.dict()->value("UIControl");
     for (const TabCase& c : tabCases()) {
+        if (!uiControl.dict()->value(c.identifier).isDictionary())
+            uiControl.dict()->set(c.identifier, TwValue::dictionary());
         TwValue dialog = uiControl.dict()->value(c.identifier);
-        if (!dialog.isDictionary()) {
-            dialog = TwValue::dictionary();
-            uiControl.dict()->set(c.identifier, dialog);
-        }
         const std::string prefix = std::string("ModelDef.UIControl.") + c.identifier + ".";
         for (const Expected& e : expectedBindings(c)) {
             if (!e.key.starts_with(prefix))
@@ -261,10 +257,6 @@ TwValue modelDefRootWithEveryControl() {
 
 const TwainNumberFormatter* formatterOf(const QLineEdit* field) {
     return qobject_cast<const TwainNumberFormatter*>(field->validator());
-}
-
-double maximumOf(const TwainNumberFormatter* formatter) {
-    return formatter->maximum().value_or(-1);
 }
 
 // A widget's property as text, and the words the tab rows add: "hidden", "picture" (the file
@@ -293,7 +285,9 @@ class TestTabs : public QObject {
         std::unique_ptr<TwainViewArea> tab;
         TwainDialogData* model() const { return ui->model().get(); }
         QLineEdit* field(const char* name) const { return child<QLineEdit>(tab.get(), name); }
-        double maximum(const char* keyPath) const { return maximumOf(tab->formatterForKeyPath(keyPath)); }
+        double maximum(const char* keyPath) const {
+            return tab->formatterForKeyPath(keyPath)->maximum().value_or(-1);
+        }
     };
 
     Bound bound(const TwValue& values = TwValue()) {
@@ -340,7 +334,7 @@ private slots:
     void everyTabMakesItsBindings() {
         QFETCH(QString, className);
         const TabCase& c = tabCase(className);
-        SampleModelDef def(modelDefRootWithEveryControl());
+        SampleModelDef def(modelDefRootWithEveryControl(sample.definition.deepCopy()));
         auto full = sample.load({.modelDef = &def});
         auto ui = sample.load();
         TwainDialogData* model = ui->model().get();
@@ -503,7 +497,7 @@ private slots:
     // A definition that hides the page number hides it and the label that follows it, until it says
     // otherwise. (That a definition's "enabled" wins over the rules is the binding tests' part.)
     void theScannersControlDefinitionsHide() {
-        TwValue root = modelDefRootWithEveryControl();
+        TwValue root = modelDefRootWithEveryControl(sample.definition.deepCopy());
         TwValue feedDefs = root.dict()->value("UIControl").dict()->value("Feed");
         feedDefs.dict()->set("FeedPageNumber", TwValue::dictionary({{"enabled", true}, {"hidden", true}}));
         SampleModelDef def(root);
