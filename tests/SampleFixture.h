@@ -121,12 +121,15 @@ struct SampleScanner {
     static TwValue stored(const char* key) { return preferences().copyValue(key); }
 };
 
-// Sets key paths through the facade, in order, as the data source does.
+// Sets key paths through the facade, in order, as the data source does (also as keyPaths text).
 inline void set(VmxUIControllerImpl& ui, const char* keyPath, const TwValue& value) {
     ui.setDataWithKeyPathValue(TwValue::dictionary({{keyPath, value}}));
 }
 inline void set(VmxUIControllerImpl& ui, std::initializer_list<std::pair<std::string, TwValue>> values) {
     ui.setDataWithKeyPathValue(TwValue::dictionary(values));
+}
+inline void set(VmxUIControllerImpl& ui, const QString& keyPathsText) {
+    ui.setDataWithKeyPathValue(keyPaths(keyPathsText));
 }
 
 // The main dialog once it is made, and a control of one of its tabs.

@@ -121,6 +121,24 @@ inline void writeStrings(const QString& bundle, const TwValue& table) {
               QByteArray::fromStdString(TwPlistToXml(table)));
 }
 
+// Key paths with their values, "a.b=1 c=2.5 d=true e=text" (whole numbers, reals, true and
+// false, else text), in order.
+inline TwValue keyPaths(const QString& text) {
+    TwValue out = TwValue::dictionary();
+    for (const QString& item : text.split(' ', Qt::SkipEmptyParts)) {
+        const QString v = item.section('=', 1);
+        bool whole = false, real = false;
+        const qlonglong n = v.toLongLong(&whole);
+        const double d = v.toDouble(&real);
+        out.dict()->set(item.section('=', 0, 0).toStdString(), whole  ? TwValue(n)
+                                                               : real ? TwValue(d)
+                                                               : v == "true" || v == "false"
+                                                                   ? TwValue(v == "true")
+                                                                   : TwValue(v.toStdString()));
+    }
+    return out;
+}
+
 inline TwValue dict(std::initializer_list<std::pair<std::string, TwValue>> entries) {
     return TwValue::dictionary(entries);
 }

@@ -459,7 +459,7 @@ private slots:
         auto ui = scanner.load();
         ui->showUi(true, modal, false);
         ui->model()->setCustomGamme("Vivid", true, colorPreset(1.4, 1.2, 1.0, false, 0, 255));
-        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.ImageType", 2}}));
+        set(*ui, "Data.ImageType", 2);
         QPushButton* custom =
             ui->controller()->windowIfLoaded()->view(u"ColorImage"_s)->findChild<QPushButton*>(u"btnGamma"_s);
         QVERIFY(custom->isEnabled());

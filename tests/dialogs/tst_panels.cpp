@@ -180,9 +180,8 @@ private slots:
         ui->showUi(true, false, false);
         TwDlgMain* w = ui->controllerIfMade()->windowIfLoaded();
         // The Settings... buttons work while their option is on (double exposure: on a duplex source).
-        const std::string option = QString(button).remove("btn").remove("Cfg").toStdString();
-        ui->setDataWithKeyPathValue(
-            TwValue::dictionary({{"Data.PaperSource", 1}, {"Data.Layout." + option + ".Enable", true}}));
+        const QString option = QString(button).remove("btn").remove("Cfg");
+        set(*ui, "Data.PaperSource=1 Data.Layout." + option + ".Enable=true");
         QWidget* root = w;
         if (!tab.isEmpty()) {
             w->tableMain()->setCurrentIndex(w->tabIdentifiers().indexOf(tab));
@@ -272,7 +271,7 @@ private slots:
 
     void pageSeparationStoresTheOrderOnOK() {
         auto ui = sample.load();
-        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.Layout.PageSeparation.PageOrder", 1}}));
+        set(*ui, "Data.Layout.PageSeparation.PageOrder", 1);
         for (bool ok : {false, true}) {
             int shown = -1;
             auto timer = whenModal<TwDlgPageSeparation>([&](TwDlgPageSeparation* d) {
@@ -296,7 +295,7 @@ private slots:
     // 0.1 in is stored as 25 (2.54 mm, cut to tenths). The margins are saved; Cancel stores nothing.
     void customizeConvertsAndStoresTheMargins() {
         auto ui = sample.load();
-        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Customize.BorderRemoval.left", 50}}));
+        set(*ui, "Customize.BorderRemoval.left", 50);
         TwDlgCustom* custom = ui->controller()->dlgCustom();
         QCOMPARE(custom->unit(), std::uint32_t(TwDlgCustom::Millimetre));
         QString shownMillimetres, shownInches;
@@ -387,8 +386,7 @@ private slots:
                 QTest::keyClick(p, Qt::Key_Escape);
             });
         };
-        ui->setDataWithKeyPathValue(
-            TwValue::dictionary({{"Customize.BorderRemoval.left", 50}, {"Customize.RemoveShadow.top", 15}}));
+        set(*ui, "Customize.BorderRemoval.left=50 Customize.RemoveShadow.top=15");
         for (auto [panel, action] : {std::pair{"Customize", "onCustomize"},
                                      {"About", "onAbout"},
                                      {"DoubleExposure", "onDoubleExposure"},

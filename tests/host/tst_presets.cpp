@@ -321,9 +321,7 @@ private slots:
 
     void aResolutionEditRunsRulesAndReactions() {
         auto ui = sample.load();
-        set(*ui, {{"Data.ImageType", TwValue(22)},
-                  {"profiles.temporary", TwValue("Untitled")},
-                  {"profiles.name", TwValue("Mine")}});
+        set(*ui, "Data.ImageType=22 profiles.temporary=Untitled profiles.name=Mine");
         QCOMPARE(ui->dataForKeyPath("enable.AutoDistinctionResolution"), TwValue(true));
         set(*ui, "Data.Resolution", TwValue(150));
         QCOMPARE(ui->dataForKeyPath("enable.AutoDistinctionResolution"), TwValue(false));
@@ -422,8 +420,7 @@ private slots:
         ChangeRecorder o(*ui->model(), {"content.Resolution", "content.PaperSource", "Data.Resolution"});
         ui->setUIContents(def.options);
         QCOMPARE(o.count(), 2);
-        ui->setDataWithKeyPathValue(
-            TwValue::dictionary({{"Data.Resolution", 600}, {"Data.Feed.NoLookAhead", true}}));
+        set(*ui, "Data.Resolution=600 Data.Feed.NoLookAhead=true");
         QCOMPARE(o.count(), 3);
         QCOMPARE(ui->dataForKeyPath("Data.Resolution").intValue(), 600);
         QVERIFY(ui->dataForKeyPath("Data.Feed.NoLookAhead").boolValue());

@@ -505,9 +505,8 @@ private slots:
     // The ratios show only where their features are on.
     void theRatiosBelowThePage() {
         auto ui = shown();
-        set(*ui, {{"enable.AutoDistinction", true},
-                  {"enable.BlankPageRemoval", true},
-                  {"Data.Layout.BlankPageRemoval.Eanble", false}});
+        set(*ui, "enable.AutoDistinction=true enable.BlankPageRemoval=true "
+                 "Data.Layout.BlankPageRemoval.Eanble=false");
         TwDlgPreview* p = prescan(*ui);
         QCOMPARE(p->labValue1()->text(), u"12.35(%)"_s);
         QCOMPARE(p->labValue2()->text(), u"-(%)"_s);

@@ -395,84 +395,78 @@ private slots:
 
     // ---- Edits and rules ----
 
-    // What a tab (TwainView + name) shows for the settings given: "control.property=text" separated
-    // by ";" (the words of shownProperty) or "@key.path=text" for the setting itself. The rules are
-    // the sample's; how each class of control writes its value back is the binding tests' part.
+    // What a tab (TwainView + name) shows for the settings given (key paths, set in turn):
+    // "control.property=text" separated by ";" (the words of shownProperty) or "@key.path=text" for
+    // the setting itself. The rules are the sample's; how each class of control writes its value
+    // back is the binding tests' part.
     void theTabsShowTheModel_data() {
         columns<QString, TwValue, QString>("className", "values", "shown");
-        auto row = [](const char* name, const char* tab,
-                      std::initializer_list<std::pair<std::string, TwValue>> values, const QString& shown) {
-            QTest::newRow(name) << u"TwainView"_s + tab << TwValue::dictionary(values) << shown;
+        auto row = [](const char* name, const char* tab, const char* values, const QString& shown) {
+            QTest::newRow(name) << u"TwainView"_s + tab << keyPaths(values) << shown;
         };
         // The sample lists resolutions from 150 to 600: the field takes 100 to 600.
-        row("basic", "Basic", {},
+        row("basic", "Basic", "",
             "cmbImageType.currentText=Black & White;cmbResolution.currentText=300;"
             "cmbResolution.range=100-600");
         const QString levels = ";txtBrightness.range=1-255;sldBrightness.maximum=255;txtContrast.range=1-255;"
                                "sldContrast.maximum=255";
-        row("binary on", "BinaryImage", {}, "cmbHalftone.enabled=true;btnMirror.enabled=true" + levels);
-        row("gray off", "GrayImage", {}, "txtBrightness.enabled=false;rdoSide.enabled=false" + levels);
-        row("colour", "ColorImage", {}, levels.mid(1));
-        row("gray: binary off", "BinaryImage", {{"Data.ImageType", 1}},
+        row("binary on", "BinaryImage", "", "cmbHalftone.enabled=true;btnMirror.enabled=true" + levels);
+        row("gray off", "GrayImage", "", "txtBrightness.enabled=false;rdoSide.enabled=false" + levels);
+        row("colour", "ColorImage", "", levels.mid(1));
+        row("gray: binary off", "BinaryImage", "Data.ImageType=1",
             "cmbHalftone.enabled=false;btnMirror.enabled=false;sldBrightness.enabled=false");
-        row("gray: gray on", "GrayImage", {{"Data.ImageType", 1}}, "txtBrightness.enabled=true");
-        row("automatic: binary on", "BinaryImage", {{"Data.ImageType", 22}}, "cmbHalftone.enabled=true");
-        row("automatic: gray on", "GrayImage", {{"Data.ImageType", 22}}, "txtBrightness.enabled=true");
-        row("gray duplex", "GrayImage", {{"Data.ImageType", 1}, {"Data.PaperSource", 1}},
-            "rdoSide.enabled=true");
+        row("gray: gray on", "GrayImage", "Data.ImageType=1", "txtBrightness.enabled=true");
+        row("automatic: binary on", "BinaryImage", "Data.ImageType=22", "cmbHalftone.enabled=true");
+        row("automatic: gray on", "GrayImage", "Data.ImageType=22", "txtBrightness.enabled=true");
+        row("gray duplex", "GrayImage", "Data.ImageType=1 Data.PaperSource=1", "rdoSide.enabled=true");
         // Back side chosen: its brightness edits the back only.
         row("gray back", "GrayImage",
-            {{"Data.ImageType", 1},
-             {"Data.PaperSource", 1},
-             {"temp.GrayImageSide", 1},
-             {"temp.GrayImage.Brightness", 129}},
+            "Data.ImageType=1 Data.PaperSource=1 temp.GrayImageSide=1 temp.GrayImage.Brightness=129",
             "boxSide.title=Back;txtBrightness.text=129;@Data.GrayImage.Back.Brightness=129;"
             "@Data.GrayImage.Front.Brightness=128");
-        row("feed", "Feed", {},
+        row("feed", "Feed", "",
             "txtTimeOut.enabled=false;txtPage.enabled=false;cmbNoLookAhead.currentText=On;"
             "txtTimeOut.range=1-300;txtPage.range=1-254");
-        row("manual feed", "Feed", {{"Data.Feed.ManualFeedMode", 1}},
+        row("manual feed", "Feed", "Data.Feed.ManualFeedMode=1",
             "txtTimeOut.enabled=true;cmbNoLookAhead.enabled=false");
-        row("unlimited wait", "Feed",
-            {{"Data.Feed.ManualFeedMode", 1}, {"Data.Feed.ManualFeedUnlimited", true}},
+        row("unlimited wait", "Feed", "Data.Feed.ManualFeedMode=1 Data.Feed.ManualFeedUnlimited=true",
             "txtTimeOut.enabled=false");
-        row("page count", "Feed", {{"Data.Feed.FeedPageMode", 1}}, "txtPage.enabled=true");
-        row("no look-ahead", "Feed", {{"Data.Feed.NoLookAhead", true}}, "cmbNoLookAhead.currentText=Off");
+        row("page count", "Feed", "Data.Feed.FeedPageMode=1", "txtPage.enabled=true");
+        row("no look-ahead", "Feed", "Data.Feed.NoLookAhead=true", "cmbNoLookAhead.currentText=Off");
         // The sample hides and disables fit-to-page.
-        row("common", "Common", {},
+        row("common", "Common", "",
             "btnFitToPage.hidden=true;btnFitToPage.enabled=false;btnMargin.hidden=false;"
             "txtPixelRation.range=0.01-50;sldPixelRation.maximum=5000;txtPixelRationMax.text=50.00");
-        row("colour and gray", "Common", {{"Data.ImageType", 23}},
+        row("colour and gray", "Common", "Data.ImageType=23",
             "boxDistinctionResolution.title=Multi-Resolution Output;txtGrayColor.text=Color");
-        row("gray and binary", "Common", {{"Data.ImageType", 22}}, "txtGrayColor.text=Gray");
-        row("automatic", "Common", {{"Data.ImageType", 2}},
+        row("gray and binary", "Common", "Data.ImageType=22", "txtGrayColor.text=Gray");
+        row("automatic", "Common", "Data.ImageType=2",
             "boxDistinctionResolution.title=Automatic Distinction Resolution");
-        row("layout", "Layout", {},
+        row("layout", "Layout", "",
             "imgDoubleExposure.picture=LeftRightMk2.ico;imgPageSeparation.picture=DLeftRightMk2.ico;"
             "txtPixelRation.range=0.01-5;sldPixelRation.maximum=500;txtPixelRationMax.text=5.00");
-        row("bottom to top", "Layout", {{"Data.Layout.DoubleExposure.PageOrder", 3}},
+        row("bottom to top", "Layout", "Data.Layout.DoubleExposure.PageOrder=3",
             "imgDoubleExposure.picture=BottomTopMk2.ico");
-        row("right to left", "Layout", {{"Data.Layout.PageSeparation.PageOrder", 1}},
+        row("right to left", "Layout", "Data.Layout.PageSeparation.PageOrder=1",
             "imgPageSeparation.picture=DRightLeftMk2.ico");
-        row("no such order", "Layout", {{"Data.Layout.DoubleExposure.PageOrder", 4}},
+        row("no such order", "Layout", "Data.Layout.DoubleExposure.PageOrder=4",
             "imgDoubleExposure.picture=;imgPageSeparation.picture=DLeftRightMk2.ico");
         // The Area tab works on a copy of the area in the user's unit, front first. Ranges from
         // the paper: X up to 210 - 10, width 10 up to 210 - X; the back sub-areas share the
         // front's X and Y ranges, and follow the paper in its orientation.
-        row("area", "Area", {},
+        row("area", "Area", "",
             "@temp.Area.Side=0;txtBackX1.hidden=true;txtWidth.text=210.0;txtFrontY2.text=40.0;"
             "txtFrontBrightness1.text=128;cmbUnit.currentText=Millimeters;txtFrontX.range=0-200;"
             "txtWidth.range=10-210;txtFrontX1.range=0-208;txtFrontWidth1.range=2-200");
-        row("A5", "Area", {{"Data.PaperSize", 5}},
+        row("A5", "Area", "Data.PaperSize=5",
             "txtWidth.range=10-148;txtBackX2.range=0-146;@enable.Landscape=1");
-        row("A5 turned", "Area", {{"Data.PaperSize", 5}, {"Data.Landscape", true}},
+        row("A5 turned", "Area", "Data.PaperSize=5 Data.Landscape=true",
             "txtWidth.range=10-210;txtFrontY1.range=0-146;txtBackY3.range=0-146");
-        row("sub-area on", "Area",
-            {{"Data.Area.Front.L2.Enable", true}, {"Data.Area.Front.L2.Brightness", 129}},
+        row("sub-area on", "Area", "Data.Area.Front.L2.Enable=true Data.Area.Front.L2.Brightness=129",
             "txtFrontX2.enabled=true;txtFrontX3.enabled=false;txtFrontBrightness2.text=129;"
             "stpFrontBrightness2.value=129");
         // Automatic crop turns the whole area off.
-        row("automatic crop", "Area", {{"Data.Area.Front.L2.Enable", true}, {"Data.AutoCrop.Enable", true}},
+        row("automatic crop", "Area", "Data.Area.Front.L2.Enable=true Data.AutoCrop.Enable=true",
             "txtWidth.enabled=false;txtFrontX2.enabled=false;cmbUnit.enabled=false");
     }
     void theTabsShowTheModel() {
