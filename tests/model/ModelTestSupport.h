@@ -108,6 +108,10 @@ protected:
         model.reset();
         model = loadedModel(*def, workingCopies);
     }
+    void reload(const TwValue& rules) {
+        def->rules = rules;
+        reload();
+    }
     void fresh() {
         model.reset();
         def = std::make_unique<TestModelDef>();

@@ -316,8 +316,7 @@ private slots:
 
     void enableRulesRunBeforeTheReactions() {
         // The paper-source reaction reads enable.Duplex: it must see the value for the new source.
-        def->rules = dict({{"enable.Duplex", dict({{"Data.PaperSource", TwValue::array({1, 4})}})}});
-        reload();
+        reload(duplexRule());
         model->setValueForKeyPath(TwValue(1), "Data.PaperSource");
         QCOMPARE(valuesAt(*model, {"enable.Duplex", "temp.GrayImageSide"}), TwValue::array({true, 2}));
     }
@@ -338,8 +337,7 @@ private slots:
     // Without duplex every side selector shows the front. With duplex a family whose sides are kept
     // equal (or that has no such flag yet: it is stored as true) selects both; the others stay.
     void paperSourceSetsTheSideSelectors() {
-        def->rules = duplexRule();
-        reload();
+        reload(duplexRule());
         for (const char* family : TwainDialogData::kSideFamilies)
             model->setValueForKeyPathWithoutNotification(TwValue(2), std::string("temp.") + family + "Side");
         model->setValueForKeyPath(TwValue(3), "Data.PaperSource");
@@ -356,8 +354,7 @@ private slots:
     }
 
     void selectingASideLoadsItsValues() {
-        def->rules = duplexRule();
-        reload();
+        reload(duplexRule());
         model->setValueForKeyPath(TwValue(1), "Data.PaperSource");
         model->setValueForKeyPath(TwValue(true), "Data.BinaryImage.Keep2SideSame");
         model->setValueForKeyPath(TwValue(1), "temp.BinaryImageSide");
@@ -382,8 +379,7 @@ private slots:
     }
 
     void choosingBothCopiesTheShownSide() {
-        def->rules = duplexRule();
-        reload();
+        reload(duplexRule());
         model->setValueForKeyPath(TwValue(1), "Data.PaperSource");
         for (int shown : {0, 1}) {
             const std::string from = shown ? "Data.GrayImage.Back" : "Data.GrayImage.Front";
@@ -490,11 +486,10 @@ private slots:
     }
 
     void aDisabledFeedPageModeIsSwitchedOff() {
-        def->rules = dict(
+        reload(dict(
             {{"enable.Feed.FeedPageMode", dict({{"NOT", dict({{"Data.PaperSource", 2}})}})},
              {"enable.Feed.FeedPage",
-              dict({{"AND", dict({{"enable.Feed.FeedPageMode", true}, {"Data.Feed.FeedPageMode", 1}})}})}});
-        reload();
+              dict({{"AND", dict({{"enable.Feed.FeedPageMode", true}, {"Data.Feed.FeedPageMode", 1}})}})}}));
         QCOMPARE(model->valueForKeyPath("enable.Feed.FeedPage"), TwValue(true));
         model->setValueForKeyPath(TwValue(2), "Data.PaperSource");
         QCOMPARE(
@@ -629,8 +624,7 @@ private slots:
             fetch<TwValue, double, bool>("paperSize", "physicalWidth", "enabled");
         def->physicalWidth = physicalWidth;
         def->minHeight = 2.0;
-        def->rules = dict({{"enable.Landscape", dict({{"CUSTOM", TwValue::dictionary()}})}});
-        reload();
+        reload(dict({{"enable.Landscape", dict({{"CUSTOM", TwValue::dictionary()}})}}));
         model->m_CustomPapers =
             TwValue::array({customPaper("Narrow", 40, 80), customPaper("Edge", 50.9, 100)});
         model->setValueForKeyPath(TwValue(13), "Data.PaperSize"); // A6: always allowed
@@ -641,10 +635,9 @@ private slots:
     }
 
     void landscapeKeepsTheOtherConditionsOfItsRule() {
-        def->rules = dict({{"enable.Landscape",
-                            dict({{"AND", dict({{"CUSTOM", TwValue::dictionary()},
-                                                {"NOT - 1", dict({{"Data.AutoCrop.Enable", true}})}})}})}});
-        reload();
+        reload(dict({{"enable.Landscape",
+                      dict({{"AND", dict({{"CUSTOM", TwValue::dictionary()},
+                                          {"NOT - 1", dict({{"Data.AutoCrop.Enable", true}})}})}})}}));
         model->setValueForKeyPath(TwValue(5), "Data.PaperSize");
         QCOMPARE(model->valueForKeyPath("enable.Landscape"), TwValue(true));
         model->setValueForKeyPath(TwValue(true), "Data.AutoCrop.Enable");

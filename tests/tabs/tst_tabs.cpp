@@ -67,8 +67,7 @@ btnDeskew enable.Deskew Data.Deskew.Enable #Deskew
 btnSmoothing enable.Deskew !Data.Deskew.Enable Data.Deskew.Smoothing #DeskewSmoothing
 txtPixelRation,sldPixelRation enable.AutoDistinction Data.AutoDistinction.ColorPixelRation #AutoDistinction
 btnIgnorePaperColor enable.AutoDistinction Data.AutoDistinction.IgnorePaperColor #AutoDistinctionIgnoreColor
-cmbRateBinaryImage content.RateImageAvail enable.AutoDistinctionResolution #RateBinaryImage
-cmbRateBinaryImage Data.AutoDistinction.RateBinaryImage
+cmbRateBinaryImage content.RateImageAvail enable.AutoDistinctionResolution #RateBinaryImage Data.AutoDistinction.RateBinaryImage
 boxDistinctionResolution temp.Distinction #RateBinaryImage
 txtDPI enable.AutoDistinctionResolution temp.GrayDPI #RateBinaryImage
 txtGrayColor temp.GrayColor #RateBinaryImage
@@ -103,12 +102,9 @@ cmbGamma content.Gray.Gamma enable.BinaryImage.Gamma temp.BinaryImage.Gamma #Gam
 btnGamma enable.BinaryImage.Gamma #GammaCustom
 cmbDrop content.DropOut enable.BinaryImage.Drop temp.BinaryImage.Drop #Drop
 btnDynamicThreshold Data.BinaryImage.DynamicThresholdEnable #DynamicThreshold
-cmbDynamicThreshold content.DynamicThres !Data.BinaryImage.DynamicThresholdEnable #DynamicThresholdMode
-cmbDynamicThreshold Data.BinaryImage.DynamicThresholdMode
-cmbNoiseReductionSize content.NoiseSize enable.BinaryImage.NoiseReductionSize #NoiseReduction
-cmbNoiseReductionSize Data.BinaryImage.NoiseReductionSize
-cmbNoiseReductionType content.NoiseMode enable.BinaryImage.NoiseReductionType #NoiseReductionType
-cmbNoiseReductionType Data.BinaryImage.NoiseReductionType
+cmbDynamicThreshold content.DynamicThres !Data.BinaryImage.DynamicThresholdEnable #DynamicThresholdMode Data.BinaryImage.DynamicThresholdMode
+cmbNoiseReductionSize content.NoiseSize enable.BinaryImage.NoiseReductionSize #NoiseReduction Data.BinaryImage.NoiseReductionSize
+cmbNoiseReductionType content.NoiseMode enable.BinaryImage.NoiseReductionType #NoiseReductionType Data.BinaryImage.NoiseReductionType
 cmbWhiteLevel content.WhiteLevel enable.Image.WhiteLevel Data.Image.WhiteLevel #WhiteLevel
 btnMirror enable.BinaryImage.All
 btnInvert Data.Image.Invert #Invert
@@ -146,8 +142,7 @@ cmbManualFeed content.ManualFeed Data.Feed.ManualFeedMode #ManualFeed
 txtTimeOut enable.Feed.ManualFeedTimeOut Data.Feed.ManualFeedTimeOut #ManualFeedTimeOut
 btnTimeOutUnlimited enable.Feed.ManualFeedUnlimited Data.Feed.ManualFeedUnlimited #ManualFeedUnlimited
 btnDetectDoubleFeed enable.Feed.DoubleFeed Data.Feed.DetectDoubleFeedEnable #DetectDoubleFeed
-cmbSensitivity content.DoubleFeedSense enable.Feed.DoubleFeedSensitivity #DetectDoubleFeedSensitivity
-cmbSensitivity Data.Feed.DetectDoubleFeedSensitivity
+cmbSensitivity content.DoubleFeedSense enable.Feed.DoubleFeedSensitivity #DetectDoubleFeedSensitivity Data.Feed.DetectDoubleFeedSensitivity
 rdoPage enable.Feed.FeedPageMode Data.Feed.FeedPageMode #FeedPageMode
 txtPage enable.Feed.FeedPage Data.Feed.FeedPageNumber #FeedPageNumber
 cmbNoLookAhead enable.Feed.NoLookAhead selectedIndex:Data.Feed.NoLookAhead #NoLookAhead
