@@ -672,42 +672,26 @@ private slots:
         const int width = 5, height = 3;
         Bytes dib = makeDIB(width, height, bits);
         const auto layout = *TwDibLayoutFor(width, height, bits);
-        auto expected = [&](int x, int y) -> QRgb {
-            switch (bits) {
-            case 1:
-                return (x + y) % 2 ? qRgb(0, 0, 0) : qRgb(255, 255, 255);
-            case 4:
-                return qRgb((x + 5 * y) % 16 * 17, (x + 5 * y) % 16 * 17, (x + 5 * y) % 16 * 17);
-            case 8:
-                return qRgb(x * 40 + y * 7, x * 40 + y * 7, x * 40 + y * 7);
-            default:
-                return qRgb(200, y * 80, x * 50);
-            }
+        // Palette indices that vary along the rows, shown as the palette's greys (1 bit: white, black).
+        auto index = [&](int x, int y) {
+            return (41 * x + 7 * y) % (1 << std::min(bits, 8));
         };
-        for (int y = 0; y < height; ++y) {
-            unsigned char* row = dib.data() + layout.headerSize + y * layout.stride;
+        auto expected = [&](int x, int y) -> QRgb {
+            if (bits > 8)
+                return qRgb(200, y * 80, x * 50);
+            const int i = index(x, y), grey = bits == 1 ? 255 - 255 * i : i * 255 / ((1 << bits) - 1);
+            return qRgb(grey, grey, grey);
+        };
+        for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x) {
+                unsigned char* p = dib.data() + layout.headerSize + y * layout.stride + x * bits / 8;
                 const QRgb c = expected(x, y);
-                switch (bits) {
-                case 1:
-                    if ((x + y) % 2)
-                        row[x / 8] |= std::uint8_t(0x80 >> (x % 8));
-                    break;
-                case 4:
-                    row[x / 2] |= std::uint8_t(((x + 5 * y) % 16) << (x % 2 ? 0 : 4));
-                    break;
-                case 8:
-                    row[x] = std::uint8_t(qRed(c));
-                    break;
-                default: {
-                    unsigned char* p = row + x * (bits / 8);
-                    p[0] = std::uint8_t(swap ? qRed(c) : qBlue(c));
-                    p[1] = std::uint8_t(qGreen(c));
-                    p[2] = std::uint8_t(swap ? qBlue(c) : qRed(c));
-                }
-                }
+                if (bits <= 8)
+                    *p |= std::uint8_t(index(x, y) << (8 - bits - x * bits % 8));
+                else
+                    std::tie(p[0], p[1], p[2]) = swap ? std::tuple(qRed(c), qGreen(c), qBlue(c))
+                                                      : std::tuple(qBlue(c), qGreen(c), qRed(c));
             }
-        }
         const QString path = dir->filePath("image.bmp");
         SaveBMP(dib.data(), dib.size(), QFile::encodeName(path).constData(), swap);
         QCOMPARE(QFileInfo(path).size(), qint64(14 + dib.size()));
