@@ -1,6 +1,7 @@
 // The custom gamma editor: the tone tables, the slider and gamma scales, the link, converting the
 // sample picture (and refusing bitmaps it must not touch), the curves, loading presets, saving
 // them under names with the limit of 50, deleting, and what the tab's gamma becomes.
+#include "ImageShared.h"
 #include "SampleFixture.h"
 #include "TwGammaTable.h"
 #include "TwGammaViews.h"
@@ -22,19 +23,10 @@ class TestCustomGamma : public QObject {
     // A BMP file: 14-byte file header, 40-byte info header claiming width x height at bitCount, a
     // palette for 8 bits, rows of the given bytes; extra bytes are added after the rows.
     static Bytes bmpFile(int width, int height, int bitCount, const Bytes& rows, int extra = 0) {
-        Bytes info(40, '\0');
-        const std::uint32_t size = 40;
-        const std::uint16_t planes = 1, bits = std::uint16_t(bitCount);
-        std::memcpy(info.data(), &size, 4);
-        std::memcpy(info.data() + 4, &width, 4);
-        std::memcpy(info.data() + 8, &height, 4);
-        std::memcpy(info.data() + 12, &planes, 2);
-        std::memcpy(info.data() + 14, &bits, 2);
-        Bytes palette = bitCount <= 8 ? Bytes(4 << bitCount, '\x7f') : Bytes();
-        Bytes file(14, '\0');
-        file[0] = 'B';
-        file[1] = 'M';
-        return file + info + palette + rows + Bytes(extra, '\0');
+        const TwBitmapInfoHeader info{40, width, height, 1, std::uint16_t(bitCount)};
+        const Bytes palette = bitCount <= 8 ? Bytes(4 << bitCount, '\x7f') : Bytes();
+        return "BM" + Bytes(12, '\0') + Bytes(reinterpret_cast<const char*>(&info), sizeof info) + palette +
+               rows + Bytes(extra, '\0');
     }
 
     // Tables that tell the channels apart: red inverts, green adds one, blue is constant 7.

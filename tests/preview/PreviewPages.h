@@ -2,6 +2,8 @@
 // data source delivers it (40-byte header, rows top down, padded to 4 bytes, made with malloc).
 #pragma once
 
+#include "ImageShared.h"
+
 #include <QColor>
 #include <QFont>
 #include <QImage>
@@ -20,15 +22,8 @@ inline void* makeBitmap(const QImage& picture, std::int32_t pelsPerMetre, std::u
     const std::uint32_t stride = std::uint32_t(page.bytesPerLine()); // whole 32-bit words, as a DIB's
     *length = 40 + stride * std::uint32_t(height);
     auto* dib = static_cast<unsigned char*>(std::calloc(1, *length));
-    const std::uint32_t headerSize = 40;
-    const std::uint16_t planes = 1, bits = 24;
-    std::memcpy(dib, &headerSize, 4);
-    std::memcpy(dib + 4, &width, 4);
-    std::memcpy(dib + 8, &height, 4);
-    std::memcpy(dib + 12, &planes, 2);
-    std::memcpy(dib + 14, &bits, 2);
-    std::memcpy(dib + 24, &pelsPerMetre, 4);
-    std::memcpy(dib + 28, &pelsPerMetre, 4);
+    const TwBitmapInfoHeader header{40, width, height, 1, 24, 0, 0, pelsPerMetre, pelsPerMetre};
+    std::memcpy(dib, &header, sizeof header);
     for (int y = 0; y < height; ++y)
         std::memcpy(dib + 40 + std::size_t(y) * stride, page.constScanLine(y), stride);
     return dib;
