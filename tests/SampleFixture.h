@@ -89,10 +89,12 @@ struct SampleScanner {
         VmxUICallback callback = nullptr;
         bool flatbed = true;
         std::string bundle = kBundle;
-        TwValue values;                     // null: the sample's capability values
-        TwModelDefFile* modelDef = nullptr; // null: the sample's
+        TwValue values;                                         // null: the sample's capability values
+        TwModelDefFile* modelDef = nullptr;                     // null: the sample's
+        bool show = false, modal = false, settingsOnly = false; // the dialog shown, and how
     };
-    // A facade with the sample's data and the callback, in the order a data source follows.
+    // A facade with the sample's data and the callback, in the order a data source follows, and
+    // the dialog shown when asked.
     Facade load() { return load(Load()); }
     Facade load(const Load& how) {
         Facade ui(new VmxUIControllerImpl);
@@ -105,6 +107,8 @@ struct SampleScanner {
             info.dict()->set("FlatbedConnected", how.flatbed);
         ui->setDataWithDictionary(values, 0);
         ui->setCallback(how.callback);
+        if (how.show)
+            ui->showUi(true, how.modal, how.settingsOnly);
         return ui;
     }
 

@@ -448,8 +448,7 @@ private slots:
     }
     void theTabsGammaBecomesThePreset() {
         QFETCH(bool, modal);
-        auto ui = scanner.load();
-        ui->showUi(true, modal, false);
+        auto ui = scanner.load({.show = true, .modal = modal});
         ui->model()->setCustomGamme("Vivid", true, colorPreset(1.4, 1.2, 1.0, false, 0, 255));
         set(*ui, "Data.ImageType", 2);
         QPushButton* custom =

@@ -29,9 +29,8 @@ class TestDialog : public QObject {
     }
     // The facade with the dialog shown (modeless unless asked).
     Facade shown(bool modal = false, bool settingsOnly = false) {
-        auto ui = loaded();
-        ui->showUi(true, modal, settingsOnly);
-        return ui;
+        return sample.load(
+            {.callback = &recordEvent, .show = true, .modal = modal, .settingsOnly = settingsOnly});
     }
     void setTab(const char* id, const TwValue& entry) {
         sample.definition.dict()->value("UIControl").dict()->value("MainDialog").dict()->set(id, entry);
@@ -304,8 +303,7 @@ private slots:
     // The tab buttons reach the controller's actions once, however often the dialog was bound:
     // the paper-size and gamma editors open once per click; gamma tags outside 0 to 2 do nothing.
     void tabButtonsRunTheirActionsOnceAndGammaTagsOutOfRangeDoNothing() {
-        auto ui = loaded();
-        ui->showUi(true, false, false);
+        auto ui = shown();
         ui->hideUi();
         ui->showUi(true, false, false);
         QStringList opened;

@@ -53,8 +53,7 @@ private slots:
     void savingASettingChecksTheName() {
         auto [typed, answers, messages, saved] =
             fetch<QString, QList<int>, QStringList, QString>("typed", "answers", "messages", "saved");
-        auto ui = sample.load();
-        ui->showUi(true, false, false);
+        auto ui = sample.load({.show = true});
         TwainDialogData* model = ui->model().get();
         model->AddCustomProfile("Receipts");
         const int before = model->ProfileCount();
@@ -81,8 +80,7 @@ private slots:
     // The dialog offers the saved names and starts empty; at fifty settings only an existing
     // name can still be saved.
     void theFiftyFirstSettingIsRefused() {
-        auto ui = sample.load();
-        ui->showUi(true, false, false);
+        auto ui = sample.load({.show = true});
         TwainDialogData* model = ui->model().get();
         for (int i = model->ProfileCount(); i < 50; ++i)
             model->AddCustomProfile("Setting " + std::to_string(i));
@@ -176,8 +174,7 @@ private slots:
     void everyButtonOpensItsPanel() {
         auto [tab, panel] = fetch<QString, QString>("tab", "panel");
         const QString button = QString::fromLatin1(QTest::currentDataTag());
-        auto ui = sample.load();
-        ui->showUi(true, false, false);
+        auto ui = sample.load({.show = true});
         TwDlgMain* w = ui->controllerIfMade()->windowIfLoaded();
         // The Settings... buttons work while their option is on (double exposure: on a duplex source).
         const QString option = QString(button).remove("btn").remove("Cfg");
@@ -375,8 +372,7 @@ private slots:
     void pictures() {
         if (dialogShotsFolder().isEmpty())
             QSKIP("VMX_DIALOG_SHOTS names no folder");
-        auto ui = sample.load();
-        ui->showUi(true, false, false);
+        auto ui = sample.load({.show = true});
         auto* c = ui->controllerIfMade();
         QStringList saved;
         auto take = [&](const char* name) {

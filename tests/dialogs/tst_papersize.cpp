@@ -226,8 +226,7 @@ private slots:
     }
     void theMainDialogFollows() {
         QFETCH(bool, modal);
-        auto ui = scanner.load();
-        ui->showUi(true, modal, false);
+        auto ui = scanner.load({.show = true, .modal = modal});
         QPushButton* custom =
             ui->controller()->windowIfLoaded()->view(u"Basic"_s)->findChild<QPushButton*>(u"btnCustom"_s);
         auto add = whenModal<TwDlgPaperSize>([&](TwDlgPaperSize* d) {

@@ -13,14 +13,12 @@ class TestPresets : public QObject {
     TestModelDef def = hostModelDef();
     QTemporaryDir dir;
 
-    std::unique_ptr<VmxUIControllerImpl> loaded(bool flatbed = true, bool passport = true) {
-        auto ui = std::make_unique<VmxUIControllerImpl>();
-        ui->initWithDSBundle(dir.path().toStdString());
-        OrvaSetLogPaths(nullptr, nullptr); // init points the log at the system's paths
-        ui->setModelDef(&def);
-        ui->setModelName("Test scanner");
-        ui->setDataWithDictionary(capabilityValues(flatbed, passport), 0);
-        return ui;
+    // The facade with the small model definition and a bundle without a string table.
+    Facade loaded(bool flatbed = true, bool passport = true) {
+        return sample.load({.flatbed = flatbed,
+                            .bundle = dir.path().toStdString(),
+                            .values = capabilityValues(flatbed, passport),
+                            .modelDef = &def});
     }
 
     SampleScanner sample;
