@@ -115,9 +115,9 @@ inline QByteArray readFile(const QString& path, qint64 from = 0, qint64 n = -1) 
     return n >= 0 ? f.read(n) : f.readAll();
 }
 
-// A bundle's English string table.
-inline void writeStrings(const QString& bundle, const TwValue& table) {
-    writeFile(bundle + "/Contents/Resources/en.lproj/Localizable.strings",
+// A bundle's string table in the language.
+inline void writeStrings(const QString& bundle, const TwValue& table, const QString& language = "en") {
+    writeFile(bundle + "/Contents/Resources/" + language + ".lproj/Localizable.strings",
               QByteArray::fromStdString(TwPlistToXml(table)));
 }
 

@@ -500,16 +500,9 @@ private slots:
                                   {"", "", "Must in 0.01 - 5.00"}};
         for (auto& [lang, text, message] : cases) {
             QTemporaryDir dir;
-            const QString folder = dir.path() + "/Own.bundle/Contents/Resources/" + lang + ".lproj";
-            QVERIFY(QDir().mkpath(folder));
-            QFile strings(folder + "/Localizable.strings");
-            if (*text && strings.open(QIODevice::WriteOnly))
-                strings.write(
-                    QString("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
-                            "<key>IDS_MSG_INPUT_NUMER_RANGE</key><string>%1</string></dict></plist>\n")
-                        .arg(text)
-                        .toUtf8());
-            strings.close();
+            QVERIFY(QDir().mkpath(dir.path() + "/Own.bundle/Contents/Resources/" + lang + ".lproj"));
+            if (*text)
+                writeStrings(dir.path() + "/Own.bundle", dict({{"IDS_MSG_INPUT_NUMER_RANGE", text}}), lang);
             TwBundle::setModuleBundlePath(*lang ? (dir.path() + "/Own.bundle").toStdString() : "");
             qputenv("LANGUAGE", lang);
             QCOMPARE(formatter(1, 500, 2)->errorString(), QString(message));

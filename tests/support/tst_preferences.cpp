@@ -61,13 +61,6 @@ class TestPreferences : public QObject {
     std::unique_ptr<LogCapture> m_log;
     QByteArray logText() const { return m_log->text().toUtf8(); }
 
-    static QByteArray strings(const QList<QPair<QString, QString>>& entries) {
-        TwValue d = TwValue::dictionary();
-        for (auto& [k, v] : entries)
-            d.dict()->set(k.toStdString(), v.toStdString());
-        return QByteArray::fromStdString(TwPlistToXml(d));
-    }
-
     static inline const std::string kDomain = "com.example.scanner.ds";
     static inline int s_chunkFd = -1;
 
@@ -416,10 +409,8 @@ private slots:
         writeFile(path + "/Contents/Resources/EnableLink.plist", "x");
         writeFile(path + "/Contents/Resources/en.lproj/Help.html", "x");
         writeFile(path + "/Contents/Resources/de.lproj/Help.html", "x");
-        writeFile(path + "/Contents/Resources/de.lproj/Localizable.strings",
-                  strings({{"IDS_OK", "OK (de)"}}));
-        writeFile(path + "/Contents/Resources/en.lproj/Localizable.strings",
-                  strings({{"IDS_OK", "OK"}, {"IDS_CANCEL", "Cancel"}}));
+        writeStrings(path, dict({{"IDS_OK", "OK (de)"}}), "de");
+        writeStrings(path, dict({{"IDS_OK", "OK"}, {"IDS_CANCEL", "Cancel"}}));
         auto bundle = TwBundle::bundleWithPath(path.toStdString());
         QCOMPARE(QString::fromStdString(bundle->pathForResource("EnableLink", "plist")),
                  path + "/Contents/Resources/EnableLink.plist");
@@ -455,10 +446,9 @@ private slots:
         auto [withDataSource, key, text, withFallback, known] = fetch<bool, QString, QString, QString, bool>(
             "withDataSource", "key", "text", "withFallback", "known");
         QString ds = dir->path() + "/Strings/DS.bundle", own = dir->path() + "/Strings/Own.bundle";
-        writeFile(ds + "/Contents/Resources/en.lproj/Localizable.strings",
-                  strings({{"IDS_BOTH", "ds both"}, {"IDS_BLANK", ""}}));
-        writeFile(own + "/Contents/Resources/en.lproj/Localizable.strings",
-                  strings({{"IDS_BOTH", "own both"}, {"IDS_OWN", "own text"}, {"IDS_BLANK", "own blank"}}));
+        writeStrings(ds, dict({{"IDS_BOTH", "ds both"}, {"IDS_BLANK", ""}}));
+        writeStrings(own,
+                     dict({{"IDS_BOTH", "own both"}, {"IDS_OWN", "own text"}, {"IDS_BLANK", "own blank"}}));
         qputenv("LANGUAGE", "en");
         TwBundle::setModuleBundlePath(own.toStdString());
         auto bundle = withDataSource ? TwBundle::bundleWithPath(ds.toStdString()) : nullptr;
