@@ -1,12 +1,15 @@
 // The sample scanner's prescan page as the module receives it: a bitmap of the asked depth, size
 // and resolution, the right way up, with ratios that fit the page; and the preview record filled
-// for one or both sides, or left empty.
+// for one or both sides, or left empty. And the sample data source's simulated scan, run as a
+// script runs it (headless): the paper wait that ends by the data source's poll, the pages going by,
+// and the double feed whose question the scanner's panel answers, going on or stopping by the answer.
 #include "ImageShared.h"
 #include "SamplePage.h"
 #include "TestSupport.h"
 
 class TestSamplePage : public QObject {
     Q_OBJECT
+
 private slots:
     void aPageIsABitmapOfTheAskedKind_data() {
         columns<int, bool, int>("type", "back", "bits");
@@ -62,6 +65,47 @@ private slots:
         settings.lengthMm = 20000; // beyond 65535 pixels
         QVERIFY(!RenderSamplePrescan(settings, &record));
         QVERIFY(!record.front.pDIB && !record.back.pDIB && record.front.imageLength == 0);
+    }
+
+    // ---- The simulated scan, run headless ----
+
+    void aHeadlessScanGoesOnOrStopsByTheAnswer_data() {
+        columns<QString, QStringList>("answer", "lines");
+        row("continue", "continue",
+            QStringList{"scan: paper wait answered 10 (OK)", "event 0x1001: continue-scan question opens",
+                        "event 0x1002: continue-scan question closed",
+                        "scan: continue-scan question at page 2 answered 15 (Continue)", "scan: page 4 of 4",
+                        "scan: finished: 4 of 4 pages scanned"});
+        row("stop", "stop",
+            QStringList{"scan: paper wait answered 10 (OK)", "scan: page 1 of 4",
+                        "scan: continue-scan question at page 2 answered 16 (Stop)",
+                        "scan: finished: 1 of 4 pages scanned"});
+    }
+    void aHeadlessScanGoesOnOrStopsByTheAnswer() {
+        auto [answer, lines] = fetch<QString, QStringList>("answer", "lines");
+        QProcess sample;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("QT_QPA_PLATFORM", "offscreen");
+        // A home and preferences of the run's own, never the user's.
+        QTemporaryDir home;
+        env.insert("HOME", home.path());
+        env.insert("XDG_CONFIG_HOME", home.path());
+        sample.setProcessEnvironment(env);
+        sample.start(QStringLiteral(SAMPLEDS_PATH),
+                     {"--headless", "--scan", "--scan-pages", "4", "--double-feed-at", "2", "--paper-wait",
+                      "0.3", "--page-time", "20", "--auto-answer", answer, "--answer-after", "0"});
+        QVERIFY(sample.waitForFinished(60000));
+        const QString out = QString::fromUtf8(sample.readAllStandardOutput());
+        QCOMPARE(sample.exitCode(), 0);
+        // In this order, each once.
+        qsizetype from = 0;
+        for (const QString& line : lines) {
+            const qsizetype at = out.indexOf(line, from);
+            QVERIFY2(at >= 0, qPrintable(line + QStringLiteral("\nnot after position ") +
+                                         QString::number(from) + QStringLiteral(" in:\n") + out));
+            from = at + line.size();
+        }
+        QCOMPARE(out.count("event 0x1002"), 1);
     }
 };
 
