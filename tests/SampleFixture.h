@@ -127,10 +127,10 @@ struct SampleScanner {
 
 // Sets key paths through the facade, in order, as the data source does (also as keyPaths text).
 inline void set(VmxUIControllerImpl& ui, const char* keyPath, const TwValue& value) {
-    ui.setDataWithKeyPathValue(TwValue::dictionary({{keyPath, value}}));
+    ui.setDataWithKeyPathValue(dict({{keyPath, value}}));
 }
 inline void set(VmxUIControllerImpl& ui, std::initializer_list<std::pair<std::string, TwValue>> values) {
-    ui.setDataWithKeyPathValue(TwValue::dictionary(values));
+    ui.setDataWithKeyPathValue(dict(values));
 }
 inline void set(VmxUIControllerImpl& ui, const QString& keyPathsText) {
     ui.setDataWithKeyPathValue(keyPaths(keyPathsText));

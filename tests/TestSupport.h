@@ -139,8 +139,12 @@ inline TwValue keyPaths(const QString& text) {
     return out;
 }
 
-inline TwValue dict(std::initializer_list<std::pair<std::string, TwValue>> entries) {
+// The value type's containers, in short.
+inline TwValue dict(std::initializer_list<std::pair<std::string, TwValue>> entries = {}) {
     return TwValue::dictionary(entries);
+}
+inline TwValue array(std::initializer_list<TwValue> items = {}) {
+    return TwValue::array(items);
 }
 
 // An entry of a choice list, and the values (or another key) of a list's entries.

@@ -262,9 +262,8 @@ private slots:
     void contentBindings() {
         auto [editable, plainValues] = fetch<bool, bool>("editable", "plainValues");
         TwainDialogData model;
-        model.setValueForKeyPath(plainValues ? TwValue::array({"1", "2"})
-                                             : TwValue::array({choice(1, "one"), choice(2, "two")}),
-                                 "content.List");
+        model.setValueForKeyPath(
+            plainValues ? array({"1", "2"}) : array({choice(1, "one"), choice(2, "two")}), "content.List");
         QComboBox combo;
         combo.setEditable(editable);
         TwResponderBinding rb;
@@ -280,7 +279,7 @@ private slots:
 
     // A dialog's own values (a name and the names to pick from) bind as the model's do.
     void ownValuesBindLikeTheModel() {
-        TwObservableValues values{{"name", "Office"}, {"nameList", TwValue::array({"Office", "Photos"})}};
+        TwObservableValues values{{"name", "Office"}, {"nameList", array({"Office", "Photos"})}};
         QComboBox names;
         names.setEditable(true);
         TwResponderBinding rb;
@@ -292,7 +291,7 @@ private slots:
         names.lineEdit()->selectAll();
         QTest::keyClicks(names.lineEdit(), "Receipts");
         QCOMPARE(values.valueForKeyPath("name"), TwValue("Receipts"));
-        values.setValueForKeyPath(TwValue::array({"A", "B", "C"}), "nameList");
+        values.setValueForKeyPath(array({"A", "B", "C"}), "nameList");
         QCOMPARE(names.count(), 3);
         QCOMPARE(names.currentText(), QString("Receipts"));
 
@@ -311,11 +310,9 @@ private slots:
         LogCapture log;
         TwainDialogData model;
         TestModelDef defs;
-        defs.controls = TwValue::dictionary(
-            {{"View",
-              TwValue::dictionary({{"Box", TwValue::dictionary({{"enabled", true}, {"hidden", true}})},
-                                   {"Button", TwValue::dictionary({{"enabled", false}, {"hidden", false}})},
-                                   {"Crop", TwValue::dictionary({{"hidden", false}})}})}});
+        defs.controls = dict({{"View", dict({{"Box", dict({{"enabled", true}, {"hidden", true}})},
+                                             {"Button", dict({{"enabled", false}, {"hidden", false}})},
+                                             {"Crop", dict({{"hidden", false}})}})}});
         model.setValueForKeyPath(true, "enable.Button");
         QWidget window;
         QGroupBox box(&window);
@@ -407,8 +404,7 @@ private slots:
         rb.removeResponderObserver(&model, "Data.A");
         QCOMPARE(model.observationCount(), std::size_t(0));
 
-        rb.addResponderObserverForKeyPathArray(&model,
-                                               TwValue::array({"Data.B", 7, TwValue(), "Data.C", "Data.B"}));
+        rb.addResponderObserverForKeyPathArray(&model, array({"Data.B", 7, TwValue(), "Data.C", "Data.B"}));
         rb.addResponderObserverForKeyPathArray(&model, TwValue("not an array"));
         QCOMPARE(model.observationCount(&responder), std::size_t(2));
         model.setValueForKeyPath(5, "Data.B");
@@ -608,7 +604,7 @@ private slots:
         row("2: negative", 2, TwValue(-1.5), "-1.50");
         row("2: string number", 2, TwValue("12.5"), "12.50");
         row("2: null is the nil symbol", 2, TwValue(), "");
-        row("1: array is the nil symbol", 1, TwValue::array({1}), "");
+        row("1: array is the nil symbol", 1, array({1}), "");
     }
     void display() {
         auto [places, value] = fetch<int, TwValue>("places", "value");
@@ -758,9 +754,8 @@ private slots:
     // ---- pop-up ----
 
     void popUpFollowsChoicesAndSelection() {
-        model.setValueForKeyPath(
-            TwValue::array({choice(0, "ADF Front"), choice(2, "Flatbed"), choice(5, "Passport")}),
-            "content.PaperSource");
+        model.setValueForKeyPath(array({choice(0, "ADF Front"), choice(2, "Flatbed"), choice(5, "Passport")}),
+                                 "content.PaperSource");
         model.setValueForKeyPath(2, "Data.PaperSource");
         auto* combo = new QComboBox(window.get());
         ChangeRecorder writes(model, {"Data.PaperSource"});
@@ -780,8 +775,7 @@ private slots:
         QCOMPARE(model.valueForKeyPath("Data.PaperSource"), TwValue(2));
 
         // New choices: the selection follows the value; a value not among them selects nothing.
-        model.setValueForKeyPath(TwValue::array({choice(2, "Flatbed"), choice(3, "Auto")}),
-                                 "content.PaperSource");
+        model.setValueForKeyPath(array({choice(2, "Flatbed"), choice(3, "Auto")}), "content.PaperSource");
         QCOMPARE(combo->currentIndex(), 0);
         model.setValueForKeyPath(9, "Data.PaperSource");
         QCOMPARE(combo->currentIndex(), -1);
@@ -803,7 +797,7 @@ private slots:
         QCOMPARE(byTag->currentIndex(), 2);
         emit byIndex->activated(2);
         emit byTag->activated(0);
-        QCOMPARE(valuesAt(model, {"Data.Index", "Data.Tag"}), TwValue::array({2, 10}));
+        QCOMPARE(valuesAt(model, {"Data.Index", "Data.Tag"}), array({2, 10}));
         model.setValueForKeyPath(7, "Data.Index");
         QCOMPARE(byIndex->currentIndex(), -1);
     }
@@ -811,7 +805,7 @@ private slots:
     // ---- editable combo box ----
 
     void comboBoxTypesThroughItsFormatter() {
-        model.setValueForKeyPath(TwValue::array({choice(150, "150 dpi"), choice(300, "300 dpi")}),
+        model.setValueForKeyPath(array({choice(150, "150 dpi"), choice(300, "300 dpi")}),
                                  "content.Resolution");
         auto* combo = ranged(new QComboBox, 50, 600, 0);
         rb->bindContent(combo, &model, "content.Resolution");
@@ -990,7 +984,7 @@ private slots:
         QCOMPARE(byTag->selectedIndex(), 1);
         QTest::mouseClick(radios[0], Qt::LeftButton);
         QTest::mouseClick(segments[2], Qt::LeftButton);
-        QCOMPARE(valuesAt(model, {"Data.Layout.Rotate", "Data.Feed.Mode"}), TwValue::array({0, 30}));
+        QCOMPARE(valuesAt(model, {"Data.Layout.Rotate", "Data.Feed.Mode"}), array({0, 30}));
         QCOMPARE(writes.count(), 1);
         // A value no button stands for selects none.
         model.setValueForKeyPath(9, "Data.Layout.Rotate");
@@ -1087,7 +1081,7 @@ private slots:
     }
 
     void listMakesItsRowsFromContent() {
-        model.setValueForKeyPath(TwValue::array({"Gamma 1", "Gamma 2", "Gamma 3"}), "content.Gammas");
+        model.setValueForKeyPath(array({"Gamma 1", "Gamma 2", "Gamma 3"}), "content.Gammas");
         model.setValueForKeyPath(2, "Data.GammaIndex");
         auto* list = new QListWidget(window.get());
         rb->bindContentValues(list, &model, "content.Gammas");
@@ -1096,7 +1090,7 @@ private slots:
         QCOMPARE(list->currentRow(), 2);
         list->setCurrentRow(0); // the selection model reports it like a click
         QCOMPARE(model.valueForKeyPath("Data.GammaIndex"), TwValue(0));
-        model.setValueForKeyPath(TwValue::array({"Gamma 1", "Gamma 2"}), "content.Gammas");
+        model.setValueForKeyPath(array({"Gamma 1", "Gamma 2"}), "content.Gammas");
         QCOMPARE(list->count(), 2);
         QCOMPARE(list->currentRow(), 0);
     }

@@ -9,8 +9,7 @@ class TestApplication : public QObject {
     Q_OBJECT
 
     static TwValue capabilities() {
-        return TwValue::dictionary({{"Data", TwValue::dictionary({{"Resolution", 300}})},
-                                    {"Default", TwValue::dictionary({{"Resolution", 300}})}});
+        return dict({{"Data", dict({{"Resolution", 300}})}, {"Default", dict({{"Resolution", 300}})}});
     }
 
     // Runs a comma-separated list of facade calls as a data source makes them.

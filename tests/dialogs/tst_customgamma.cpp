@@ -82,12 +82,12 @@ class TestCustomGamma : public QObject {
         return QByteArray(reinterpret_cast<const char*>(table), 256);
     }
     static TwValue colorPreset(double r, double g, double b, bool link, int black, int white) {
-        return TwValue::dictionary({{"Red", r},
-                                    {"Green", g},
-                                    {"Blue", b},
-                                    {"RGBLink", link},
-                                    {"ClipBlack", black},
-                                    {"ClipWhite", white}});
+        return dict({{"Red", r},
+                     {"Green", g},
+                     {"Blue", b},
+                     {"RGBLink", link},
+                     {"ClipBlack", black},
+                     {"ClipWhite", white}});
     }
 
 private slots:
@@ -300,8 +300,7 @@ private slots:
         auto* model = ui->model().get();
         model->setCustomGamme("Warm", true, colorPreset(1.5, 1.2, 0.8, false, 260, 240));
         model->setCustomGamme("Wild", true, colorPreset(9.0, 0.01, 1.0, false, 0, 255));
-        model->setCustomGamme("Soft", false,
-                              TwValue::dictionary({{"Black", 0.6}, {"ClipBlack", 5}, {"ClipWhite", 250}}));
+        model->setCustomGamme("Soft", false, dict({{"Black", 0.6}, {"ClipBlack", 5}, {"ClipWhite", 250}}));
         auto* dialog = gammaDialog(*ui, true, u"Warm"_s);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
             QVERIFY(d->labGammaRed()->text() == u"Red"_s && d->slider("sldGammaBlue")->isVisible());
@@ -344,8 +343,8 @@ private slots:
     void deletingPresets() {
         auto ui = scanner.load();
         auto* model = ui->model().get();
-        model->setCustomGamme("A", false, TwValue::dictionary({{"Black", 0.6}}));
-        model->setCustomGamme("B", false, TwValue::dictionary({{"Black", 2.0}}));
+        model->setCustomGamme("A", false, dict({{"Black", 0.6}}));
+        model->setCustomGamme("B", false, dict({{"Black", 2.0}}));
         auto* dialog = gammaDialog(*ui, false, u"A"_s);
         runWith(dialog, [&](TwDlgCustomGamma* d) {
             scanner.boxAnswer = kVmxAnswerCancel;
@@ -362,7 +361,7 @@ private slots:
             QCOMPARE(value(d, "currentGammaName"), TwValue("B"));
             QCOMPARE(value(d, "fGammaRed").doubleValue(), 2.0);
             QTest::mouseClick(d->btnDelete(), Qt::LeftButton);
-            QCOMPARE(value(d, "gammaNames"), TwValue::array({" "}));
+            QCOMPARE(value(d, "gammaNames"), array({" "}));
             QVERIFY(!d->btnDelete()->isEnabled());
             d->close();
         });
@@ -381,7 +380,7 @@ private slots:
             auto ui = scanner.load();
             auto* model = ui->model().get();
             model->setCustomGamme("Old", true, colorPreset(1.0, 1.0, 1.0, false, 0, 255));
-            model->setCustomGamme("Grey one", false, TwValue::dictionary({{"Black", 0.6}}));
+            model->setCustomGamme("Grey one", false, dict({{"Black", 0.6}}));
             auto* dialog = gammaDialog(*ui, true, u"Old"_s);
             runWith(dialog, [&](TwDlgCustomGamma* d) {
                 d->slider("sldGammaRed")->triggerAction(QAbstractSlider::SliderSingleStepSub);
@@ -471,7 +470,7 @@ private slots:
         });
         QTest::mouseClick(custom, Qt::LeftButton);
         QCOMPARE(valuesAt(*ui->model(), {"temp.ColorImage.Gamma", "Data.ColorImage.Front.Gamma"}),
-                 TwValue::array({"Vivid", "Vivid"}));
+                 array({"Vivid", "Vivid"}));
         QVERIFY(scanner.boxes.empty());
     }
     // VMX_EDITOR_SHOTS=<dir>: the picture of the README, a colour preset with the channels apart.

@@ -69,10 +69,10 @@ private slots:
     // ---- Tabs ----
 
     void aHiddenTabIsGoneAndTheOthersRemain() {
-        setTab("Layout", TwValue::dictionary({{"hidden", true}}));
-        setTab("Feed", TwValue::dictionary({{"hidden", 1}, {"localizedText", "Never shown"}}));
-        setTab("Area", TwValue::dictionary({{"hidden", "yes"}})); // not a number: shown
-        setTab("Basic", TwValue::dictionary({{"hidden", false}, {"localizedText", "Main"}}));
+        setTab("Layout", dict({{"hidden", true}}));
+        setTab("Feed", dict({{"hidden", 1}, {"localizedText", "Never shown"}}));
+        setTab("Area", dict({{"hidden", "yes"}})); // not a number: shown
+        setTab("Basic", dict({{"hidden", false}, {"localizedText", "Main"}}));
         auto ui = shown();
         TwDlgMain* w = window(*ui);
         QVERIFY(w && w->isVisible());
@@ -84,7 +84,7 @@ private slots:
         // The next showing starts again from the full set with the form's labels.
         ui->hideUi();
         sample.definition.dict()->value("UIControl").dict()->set("MainDialog", mainDialog.deepCopy());
-        setTab("ControlSheet", TwValue::dictionary({{"hidden", true}}));
+        setTab("ControlSheet", dict({{"hidden", true}}));
         ui->setDataWithDictionary(sample.capabilities.deepCopy(), 0);
         ui->showUi(true, false, false);
         QCOMPARE(w->tabIdentifiers(), (QStringList{"Basic", "Common", "Layout", "BinaryImage", "GrayImage",
@@ -127,8 +127,8 @@ private slots:
         ui->hideUi();
 
         const QString text = u"Long text "_s.repeated(10000);
-        ui->setDataWithKeyPathValue(TwValue::dictionary(
-            {{"temp.GrayDPI", text.toStdString()}, {"temp.Distinction", text.toStdString()}}));
+        ui->setDataWithKeyPathValue(
+            dict({{"temp.GrayDPI", text.toStdString()}, {"temp.Distinction", text.toStdString()}}));
         ui->showUi(true, false, false);
         w->tableMain()->setCurrentIndex(common);
         QApplication::processEvents();
@@ -426,7 +426,7 @@ private slots:
         c->onStart();
         ui->showProgressDialog();
         QVERIFY2((centreOf(panel) - centreOf(main)).manhattanLength() <= 1,
-                 qPrintable(u"%1,%2"_s.arg(centreOf(panel).x()).arg(centreOf(panel).y())));
+                 qPrintable(QDebug::toString(panel->geometry())));
         QTest::mouseClick(panel->btnStop(), Qt::LeftButton);
         QCOMPARE(sentCodes(), (Codes{kVmxEventStart, kVmxEventScanCancel}));
         ui->hideUi(); // hides the progress too
@@ -759,10 +759,7 @@ private slots:
 
         QTemporaryDir bare;
         QDir(bare.path()).mkpath("Contents/Resources");
-        auto other = std::make_unique<VmxUIControllerImpl>();
-        other->initWithDSBundle(bare.path().toStdString());
-        other->setModelDef(&sample.def);
-        other->setDataWithDictionary(TwValue::dictionary(), 0);
+        auto other = loaded(bare.path().toStdString());
         timer = whenModal<TwDlgAbout>(read);
         other->controller()->onAbout();
         QCOMPARE(texts.mid(0, 3), (QStringList{"", "", ""}));
@@ -788,7 +785,7 @@ private slots:
             return (*papers.list())[std::size_t(i)].dict()->value("value");
         };
         const TwValue paper = paperIndex < 0 ? TwValue(9999) : valueAt(paperIndex);
-        ui->setDataWithKeyPathValue(TwValue::dictionary(
+        ui->setDataWithKeyPathValue(dict(
             {{"Data.Layout.DoubleExposure.PageOrder", 2}, {"Data.Layout.DoubleExposure.PaperSize", paper}}));
         int shownOrder = -1, shownPaper = -1;
         auto timer = whenModal<TwDlgDoubleExposure>([&](TwDlgDoubleExposure* d) {
@@ -852,7 +849,7 @@ private slots:
         QCOMPARE(shownInches, u"0.20"_s);
         QCOMPARE(valuesAt(*ui->model(), {"Customize.BorderRemoval.left", "Customize.BorderRemoval.top",
                                          "Customize.RemoveShadow.bottom"}),
-                 TwValue::array({50, 25, 30}));
+                 array({50, 25, 30}));
         const TwValue saved = SampleScanner::stored("customize");
         QVERIFY(saved.dict());
         QCOMPARE(saved.dict()->value("BorderRemoval").dict()->value("top"), TwValue(25));
@@ -979,11 +976,7 @@ private slots:
             10, level == 0 ? TwPlacement::Level::Tops : TwPlacement::Level::Bottoms, otherMayMove);
         const QRect window = TwPlacement::frameOf(placed.client, frame);
         const QRect moved = TwPlacement::frameOf(other, frame).translated(placed.anchorShift, 0);
-        QVERIFY2(available.contains(window), qPrintable(QString("%1 %2 %3 %4")
-                                                            .arg(window.x())
-                                                            .arg(window.y())
-                                                            .arg(window.width())
-                                                            .arg(window.height())));
+        QVERIFY2(available.contains(window), qPrintable(QDebug::toString(window)));
         QVERIFY(placed.client.width() >= minimum.width() && placed.client.height() >= minimum.height());
         QVERIFY(available.contains(moved) || !available.contains(TwPlacement::frameOf(other, frame)));
         if (!otherMayMove)

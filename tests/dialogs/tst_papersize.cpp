@@ -12,7 +12,7 @@ class TestPaperSize : public QObject {
                             kMaxLength = 118.0 * 25.4;
 
     static TwValue paper(const std::string& name, double width, double length) {
-        return TwValue::dictionary({{"Name", name}, {"Width", width}, {"Length", length}});
+        return dict({{"Name", name}, {"Width", width}, {"Length", length}});
     }
 
     SampleScanner scanner;
@@ -213,7 +213,7 @@ private slots:
             });
             QCOMPARE(list.list()->size(), std::size_t(1));
         }
-        QCOMPARE(papers(*scanner.load()), TwValue::array({paper("Receipt", 80.0, double(250.5f))}));
+        QCOMPARE(papers(*scanner.load()), array({paper("Receipt", 80.0, double(250.5f))}));
     }
 
     // From the Basic tab's button with the main dialog modal and modeless: a paper added becomes

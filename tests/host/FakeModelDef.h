@@ -6,11 +6,11 @@
 
 inline TestModelDef hostModelDef() {
     TestModelDef def;
-    def.options = dict({{"PaperSourceAll", TwValue::array({choice(0, "ADF Front"), choice(2, "Flatbed"),
-                                                           choice(3, "Auto Front"), choice(1, "ADF Duplex"),
-                                                           choice(4, "Auto Duplex"), choice(5, "Passport")})},
-                        {"Resolution", TwValue::array({choice(300, "300 dpi")})}});
-    def.adf = TwValue::dictionary();
+    def.options = dict({{"PaperSourceAll",
+                         array({choice(0, "ADF Front"), choice(2, "Flatbed"), choice(3, "Auto Front"),
+                                choice(1, "ADF Duplex"), choice(4, "Auto Duplex"), choice(5, "Passport")})},
+                        {"Resolution", array({choice(300, "300 dpi")})}});
+    def.adf = dict();
     return def;
 }
 

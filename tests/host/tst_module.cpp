@@ -22,7 +22,7 @@ private slots:
         ui->setDataWithDictionary(capabilityValues(true, false), 0);
         ui->setCallback(&recordEvent);
         QCOMPARE(ui->dataForKeyPath("Data.ImageType").intValue(), 2);
-        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.ImageType", 1}}));
+        ui->setDataWithKeyPathValue(dict({{"Data.ImageType", 1}}));
         ui->DialogData()->UpdateCapData("Data.ImageType", ui->dataForKeyPath("Data.ImageType"));
         QCOMPARE(sentCodes(), std::vector<std::uint16_t>{kVmxEventSetCapability});
         const auto* bytes = reinterpret_cast<const unsigned char*>(&g_sent[0].record);
@@ -32,10 +32,10 @@ private slots:
         QCOMPARE(ui->localizedString("IDS_SIDE_FRONT") != "IDS_SIDE_FRONT", true);
         // A value nested far deeper than a stack allows per level is kept and freed by the module
         // (with the host's leak detection watching when it is sanitized).
-        TwValue deep = TwValue::dictionary({{"leaf", 1}});
+        TwValue deep = dict({{"leaf", 1}});
         for (int i = 0; i < 100000; ++i)
-            deep = TwValue::dictionary({{"k", deep}});
-        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.Deep", deep}}));
+            deep = dict({{"k", deep}});
+        ui->setDataWithKeyPathValue(dict({{"Data.Deep", deep}}));
         deep = TwValue();
         QVERIFY(ui->dataForKeyPath("Data.Deep.k.k.k").isDictionary());
         ui->hideUi();

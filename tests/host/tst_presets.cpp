@@ -35,8 +35,7 @@ private slots:
     void firstStartWritesTheFactoryProfileOnce() {
         {
             auto ui = sample.load();
-            QVERIFY(ui->dataForKeyPath("profiles.content")
-                        .isEqual(TwValue::array({"Untitled", "Factory Default"})));
+            QVERIFY(ui->dataForKeyPath("profiles.content").isEqual(array({"Untitled", "Factory Default"})));
             QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
         }
         auto prefs = stored();
@@ -55,7 +54,7 @@ private slots:
         }
         auto again = sample.load(); // the user deleted it: it does not come back
         QCOMPARE(again->model()->ProfileCount(), 0);
-        QVERIFY(again->dataForKeyPath("profiles.content").isEqual(TwValue::array({"Untitled"})));
+        QVERIFY(again->dataForKeyPath("profiles.content").isEqual(array({"Untitled"})));
     }
 
     void savingUnderANameThatDiffersInCaseReplacesInPlace() {
@@ -127,7 +126,7 @@ private slots:
         {
             auto ui = sample.load();
             QCOMPARE(valuesAt(*ui->model(), {"Data.Resolution", "Data.ImageType", "profiles.name"}),
-                     TwValue::array({600, 1, "Untitled"}));
+                     array({600, 1, "Untitled"}));
             QVERIFY(stored().copyValue("profile name").isNull());
             set(*ui, "profiles.name", "Factory Default");
             ui->model()->saveUntitleProfile();
@@ -147,7 +146,7 @@ private slots:
             ui->model()->saveUntitleProfile();
         }
         auto prefs = stored();
-        prefs.setValue("profiles", TwValue::array());
+        prefs.setValue("profiles", array());
         QVERIFY(prefs.synchronize());
         auto ui = sample.load();
         QCOMPARE(ui->dataForKeyPath("profiles.name"), TwValue("Untitled"));
@@ -160,10 +159,9 @@ private slots:
     void customGammasPersistAndADeletedOneBecomesZero() {
         {
             auto ui = sample.load();
-            ui->model()->setCustomGamme("Warm", true, TwValue::dictionary({{"Red", TwValue::array({1, 2})}}));
-            ui->model()->setCustomGamme("Warm", true, TwValue::dictionary({{"Blue", 3}}));
-            ui->model()->setCustomGamme("Mine", false,
-                                        TwValue::dictionary({{"Points", TwValue::array({0, 128, 255})}}));
+            ui->model()->setCustomGamme("Warm", true, dict({{"Red", array({1, 2})}}));
+            ui->model()->setCustomGamme("Warm", true, dict({{"Blue", 3}}));
+            ui->model()->setCustomGamme("Mine", false, dict({{"Points", array({0, 128, 255})}}));
             QVERIFY(ui->model()->saveCustomGamma());
         }
         auto ui = sample.load();
@@ -184,7 +182,7 @@ private slots:
         set(*ui, "profiles.name", "Factory Default");
         set(*ui, "profiles.name", "Curved");
         QCOMPARE(valuesAt(*ui->model(), {"Data.GrayImage.Front.Gamma", "Data.BinaryImage.Back.Gamma"}),
-                 TwValue::array({0, 0}));
+                 array({0, 0}));
         QVERIFY(stored().copyValue("custom gamma").dict()->value("Gray").list()->empty());
     }
 
@@ -200,8 +198,7 @@ private slots:
         area.dict()->set("Unit", 0);
         area.dict()->value("Measure").dict()->set("Width", 25.4);
         ui->model()->SettingApply(profile);
-        QCOMPARE(valuesAt(*ui->model(), {"Data.Area.Measure.Width", "temp.Area.Width"}),
-                 TwValue::array({25.4, 1.0}));
+        QCOMPARE(valuesAt(*ui->model(), {"Data.Area.Measure.Width", "temp.Area.Width"}), array({25.4, 1.0}));
         QCOMPARE(ui->dataForKeyPath("Data.PaperSource"), ui->dataForKeyPath("Default.PaperSource"));
         QCOMPARE(ui->dataForKeyPath("Data.PaperSize"), TwValue(1));
     }
@@ -213,9 +210,9 @@ private slots:
         auto first = sample.load();
         auto second = sample.load();
         first->model()->m_CustomPapers.list()->push_back(
-            TwValue::dictionary({{"Name", "Card"}, {"Width", 55.0}, {"Length", 91.0}}));
+            dict({{"Name", "Card"}, {"Width", 55.0}, {"Length", 91.0}}));
         QVERIFY(first->model()->saveCustomPaperSize());
-        second->setDataWithKeyPathValue(TwValue::dictionary({{"Customize.BorderRemoval.left", 12}}));
+        second->setDataWithKeyPathValue(dict({{"Customize.BorderRemoval.left", 12}}));
         second->model()->saveCustomize();
         for (int i = 0; i < 20; ++i) {
             first->model()->AddCustomProfile("First " + std::to_string(i));
@@ -241,7 +238,7 @@ private slots:
     void marginsAreClampedAndDefaulted_data() {
         columns<TwValue, QString, int>("stored", "keyPath", "read");
         auto customize = [](const char* family, const char* side, TwValue v) {
-            return TwValue::dictionary({{family, TwValue::dictionary({{side, v}})}});
+            return dict({{family, dict({{side, v}})}});
         };
         row("border too large", customize("BorderRemoval", "left", 5000), "BorderRemoval.left", 4318);
         row("shadow negative", customize("RemoveShadow", "top", -3), "RemoveShadow.top", 0);
@@ -264,10 +261,9 @@ private slots:
     void wrongTypesInThePreferencesAreIgnored() {
         auto prefs = stored();
         prefs.setValue("Runned", 1);
-        prefs.setValue("profiles",
-                       TwValue::array({"not a profile", TwValue::dictionary({{"ProfileName", "Kept"}})}));
-        prefs.setValue("custom papers", TwValue::dictionary({{"Name", "x"}}));
-        prefs.setValue("custom gamma", TwValue::array({1}));
+        prefs.setValue("profiles", array({"not a profile", dict({{"ProfileName", "Kept"}})}));
+        prefs.setValue("custom papers", dict({{"Name", "x"}}));
+        prefs.setValue("custom gamma", array({1}));
         prefs.setValue("untitle profile", "nothing");
         prefs.setValue("profile name", 7);
         QVERIFY(prefs.synchronize());
@@ -312,7 +308,7 @@ private slots:
         }
         // One-sided paper, and A4 too long to turn.
         QCOMPARE(valuesAt(*ui->model(), {"enable.Duplex", "enable.Landscape", "enable.Deskew"}),
-                 TwValue::array({false, false, true}));
+                 array({false, false, true}));
         QCOMPARE(codes(ui->dataForKeyPath("content.RateImageAvail")), (std::vector<int>{0, 1, 2}));
         QCOMPARE(ui->dataForKeyPath("temp.GrayColor"), TwValue("Color")); // the sample's own text
     }
@@ -325,7 +321,7 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("enable.AutoDistinctionResolution"), TwValue(false));
         QCOMPARE(codes(ui->dataForKeyPath("content.RateImageAvail")), std::vector<int>{0});
         QCOMPARE(valuesAt(*ui->model(), {"temp.GrayDPI", "profiles.name", "temp.GrayColor"}),
-                 TwValue::array({150, "Untitled", "Gray"}));
+                 array({150, "Untitled", "Gray"}));
     }
 
     void paperEditsReachRulesAndArea() {
@@ -333,11 +329,11 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("enable.Layout.Rotate"), TwValue(true));
         set(*ui, {{"Data.PaperSize", TwValue(5)}, {"Data.Landscape", TwValue(true)}});
         QCOMPARE(valuesAt(*ui->model(), {"enable.Layout.Rotate", "Data.Area.Measure.Width"}),
-                 TwValue::array({false, 210.0}));
+                 array({false, 210.0}));
         set(*ui, "Data.PaperSize", TwValue(4)); // Legal cannot turn
         QCOMPARE(
             valuesAt(*ui->model(), {"enable.Landscape", "enable.Layout.Rotate", "Data.Area.Measure.Length"}),
-            TwValue::array({false, true, 355.6}));
+            array({false, true, 355.6}));
         // The feeder in duplex: the back side is offered and both sides are selected.
         set(*ui, "Data.PaperSource", TwValue(1));
         QCOMPARE(ui->dataForKeyPath("enable.Area.Back"), TwValue(true));
@@ -350,7 +346,7 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("enable.Feed.FeedPage"), TwValue(true));
         set(*ui, "Data.PaperSource", TwValue(2));
         QCOMPARE(valuesAt(*ui->model(), {"Data.Feed.FeedPageMode", "enable.Feed.FeedPage"}),
-                 TwValue::array({0, false}));
+                 array({0, false}));
     }
 
     // The default setting is applied before the model observes itself, so the working copies
@@ -362,7 +358,7 @@ private slots:
         set(*ui, "Data.PaperSource", TwValue(1)); // duplex: both sides are edited together
         set(*ui, "temp.ColorImage.Contrast", TwValue(70));
         QCOMPARE(valuesAt(*ui->model(), {"Data.ColorImage.Front.Contrast", "Data.ColorImage.Back.Contrast"}),
-                 TwValue::array({70, 70}));
+                 array({70, 70}));
     }
 
     void replacingOrClosingTheModelEndsItsObservation() {
@@ -386,7 +382,7 @@ private slots:
     void withoutModelEverythingIsQuiet() {
         VmxUIControllerImpl ui;
         QVERIFY(ui.dataForKeyPath("Data.Resolution").isNull() && ui.DialogData() == nullptr);
-        ui.setDataWithKeyPathValue(TwValue::dictionary({{"Data.Resolution", 300}}));
+        ui.setDataWithKeyPathValue(dict({{"Data.Resolution", 300}}));
         ui.setUIContents(def.options);
         ui.setCallback(&recordEvent);
         ui.showUi(false, true, true);
@@ -429,19 +425,19 @@ private slots:
     // Values cross the facade as copies both ways: a sub-dictionary the data source shares between
     // two sections, the caller's own tree, and what it reads back never alias the store.
     void valuesCrossTheFacadeAsCopies() {
-        TwValue shared = TwValue::dictionary({{"Enable", false}, {"Width", 10}});
+        TwValue shared = dict({{"Enable", false}, {"Width", 10}});
         TwValue values = capabilityValues(true, true);
         values.dict()->value("Data").dict()->set("Extra", shared);
         values.dict()->value("Default").dict()->set("Extra", shared);
         auto ui = std::make_unique<VmxUIControllerImpl>();
         ui->setModelDef(&def);
         ui->setDataWithDictionary(values, 0);
-        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.Extra.Enable", true}}));
+        ui->setDataWithKeyPathValue(dict({{"Data.Extra.Enable", true}}));
         QVERIFY(!ui->dataForKeyPath("Default.Extra.Enable").boolValue());
         QVERIFY(!shared.dict()->value("Enable").boolValue());
 
-        TwValue written = TwValue::dictionary({{"Width", 20}});
-        ui->setDataWithKeyPathValue(TwValue::dictionary({{"Data.Extra", written}}));
+        TwValue written = dict({{"Width", 20}});
+        ui->setDataWithKeyPathValue(dict({{"Data.Extra", written}}));
         written.dict()->set("Width", 30);
         QCOMPARE(ui->dataForKeyPath("Data.Extra.Width").intValue(), 20);
 
@@ -479,7 +475,7 @@ private slots:
     void presetsAndTheFrameAreForwardedToTheModel() {
         auto ui = loaded();
         QVERIFY(ui->customPaperSize().isArray());
-        ui->model()->setCustomGamme("Soft", true, TwValue::dictionary({{"Red", 1}}));
+        ui->model()->setCustomGamme("Soft", true, dict({{"Red", 1}}));
         QCOMPARE(ui->customGamme("Soft", true).dict()->value("Red").intValue(), 1);
         QVERIFY(ui->customGamme("Soft", false).isNull());
         TwPaperFrame frame{0, 0, 0, 0};
@@ -502,7 +498,7 @@ private slots:
     void malformedCapabilityValuesAreRefused() {
         auto ui = std::make_unique<VmxUIControllerImpl>();
         ui->setModelDef(&def);
-        ui->setDataWithDictionary(TwValue::array({1, 2}), 0);
+        ui->setDataWithDictionary(array({1, 2}), 0);
         QVERIFY(ui->DialogData() != nullptr); // an empty model, still usable
         QVERIFY(ui->dataForKeyPath("Data.Resolution").isNull());
         QCOMPARE(codes(ui->dataForKeyPath("content.PaperSource")), (std::vector<int>{0, 1}));

@@ -5,66 +5,62 @@
 #include "TwainDialogData.h"
 
 inline TwValue paper(int value, const char* display, int mmWidth, int mmLength, int pxLength) {
-    return TwValue::dictionary({{"value", value},
-                                {"display", display},
-                                {"mmWidth", mmWidth},
-                                {"mmLength", mmLength},
-                                {"pxLength", pxLength}});
+    return dict({{"value", value},
+                 {"display", display},
+                 {"mmWidth", mmWidth},
+                 {"mmLength", mmLength},
+                 {"pxLength", pxLength}});
 }
 
 // The sample scanner family's standard papers (tenths of a millimetre).
 inline TwValue standardPapers() {
-    return TwValue::array({paper(1, "A4", 2100, 2970, 7016), paper(5, "A5", 1480, 2100, 4961),
-                           paper(13, "A6", 1050, 1480, 3496), paper(11, "A3", 2970, 4200, 9921),
-                           paper(3, "Letter", 2159, 2794, 6600), paper(4, "Legal", 2159, 3556, 8400),
-                           paper(52, "Statement", 1397, 2159, 5100),
-                           paper(53, "Business Card", 550, 910, 2150)});
+    return array({paper(1, "A4", 2100, 2970, 7016), paper(5, "A5", 1480, 2100, 4961),
+                  paper(13, "A6", 1050, 1480, 3496), paper(11, "A3", 2970, 4200, 9921),
+                  paper(3, "Letter", 2159, 2794, 6600), paper(4, "Legal", 2159, 3556, 8400),
+                  paper(52, "Statement", 1397, 2159, 5100), paper(53, "Business Card", 550, 910, 2150)});
 }
 
 inline TwValue rateChoices(std::initializer_list<int> codes) {
-    auto list = TwValue::array();
+    auto list = array();
     for (int c : codes)
-        list.list()->push_back(TwValue::dictionary({{"value", c}, {"display", std::to_string(c)}}));
+        list.list()->push_back(dict({{"value", c}, {"display", std::to_string(c)}}));
     return list;
 }
 
 inline TwValue customPaper(const char* name, double width, double length) {
-    return TwValue::dictionary({{"Name", name}, {"Width", width}, {"Length", length}});
+    return dict({{"Name", name}, {"Width", width}, {"Length", length}});
 }
 
 inline TwValue sideValues(int brightness, int contrast, int gamma) {
-    return TwValue::dictionary({{"Brightness", brightness}, {"Contrast", contrast}, {"Gamma", gamma}});
+    return dict({{"Brightness", brightness}, {"Contrast", contrast}, {"Gamma", gamma}});
 }
 
 // A Data section with every family the reactions touch, the area in millimetres on A4.
 inline TwValue sampleData() {
     auto side = [] {
-        return TwValue::dictionary(
-            {{"X", 0.0},
-             {"L1", TwValue::dictionary({{"X", 10.0}, {"Y", 10.0}, {"Width", 50.0}, {"Length", 20.0}})}});
+        return dict(
+            {{"X", 0.0}, {"L1", dict({{"X", 10.0}, {"Y", 10.0}, {"Width", 50.0}, {"Length", 20.0}})}});
     };
-    auto area = TwValue::dictionary(
-        {{"Front", side()}, {"Back", side()}, {"Y", 0.0}, {"Width", 210.0}, {"Length", 297.0}});
-    return TwValue::dictionary({{"PaperSource", 0},
-                                {"PaperSize", 1},
-                                {"Resolution", 300},
-                                {"ImageType", 0},
-                                {"Landscape", false},
-                                {"Feed", TwValue::dictionary({{"FeedPageMode", 1}, {"FeedPageNumber", 3}})},
-                                {"BinaryImage", TwValue::dictionary({{"Front", sideValues(100, 110, 0)},
-                                                                     {"Back", sideValues(200, 210, 1)},
-                                                                     {"Keep2SideSame", false}})},
-                                {"GrayImage", TwValue::dictionary({{"Front", sideValues(101, 111, 0)},
-                                                                   {"Back", sideValues(201, 211, 2)}})},
-                                {"ColorImage", TwValue::dictionary({{"Front", sideValues(102, 112, 0)},
-                                                                    {"Back", sideValues(202, 212, 3)},
-                                                                    {"Keep2SideSame", false}})},
-                                {"BinaryImageSide", 0},
-                                {"GrayImageSide", 0},
-                                {"ColorImageSide", 0},
-                                {"Area", TwValue::dictionary({{"Unit", 1}, {"Measure", area}})},
-                                {"AutoCrop", TwValue::dictionary({{"Enable", false}})},
-                                {"AutoDistinction", TwValue::dictionary({{"RateBinaryImage", 0}})}});
+    auto area = dict({{"Front", side()}, {"Back", side()}, {"Y", 0.0}, {"Width", 210.0}, {"Length", 297.0}});
+    return dict({{"PaperSource", 0},
+                 {"PaperSize", 1},
+                 {"Resolution", 300},
+                 {"ImageType", 0},
+                 {"Landscape", false},
+                 {"Feed", dict({{"FeedPageMode", 1}, {"FeedPageNumber", 3}})},
+                 {"BinaryImage", dict({{"Front", sideValues(100, 110, 0)},
+                                       {"Back", sideValues(200, 210, 1)},
+                                       {"Keep2SideSame", false}})},
+                 {"GrayImage", dict({{"Front", sideValues(101, 111, 0)}, {"Back", sideValues(201, 211, 2)}})},
+                 {"ColorImage", dict({{"Front", sideValues(102, 112, 0)},
+                                      {"Back", sideValues(202, 212, 3)},
+                                      {"Keep2SideSame", false}})},
+                 {"BinaryImageSide", 0},
+                 {"GrayImageSide", 0},
+                 {"ColorImageSide", 0},
+                 {"Area", dict({{"Unit", 1}, {"Measure", area}})},
+                 {"AutoCrop", dict({{"Enable", false}})},
+                 {"AutoDistinction", dict({{"RateBinaryImage", 0}})}});
 }
 
 // Working copies as a loaded profile leaves them: the front values of every family.
@@ -83,14 +79,11 @@ inline std::unique_ptr<TwainDialogData> loadedModel(TestModelDef& def, bool work
     model->setModelDef(&def);
     model->setValueForKeyPath(sampleData(), "Data");
     model->setValueForKeyPath(
-        TwValue::dictionary({{"PaperSize", standardPapers()}, {"RateImage", rateChoices({0, 1, 2, 3})}}),
-        "content");
-    model->setValueForKeyPath(TwValue::dictionary({{"temporary", "Untitled"}, {"name", "Untitled"}}),
-                              "profiles");
+        dict({{"PaperSize", standardPapers()}, {"RateImage", rateChoices({0, 1, 2, 3})}}), "content");
+    model->setValueForKeyPath(dict({{"temporary", "Untitled"}, {"name", "Untitled"}}), "profiles");
     model->setValueForKeyPath(
-        TwValue::dictionary({{"text", TwValue::dictionary({{"sideFront", "Front side"},
-                                                           {"sideBack", "Back side"},
-                                                           {"sideBoth", "Both sides"}})}}),
+        dict({{"text",
+               dict({{"sideFront", "Front side"}, {"sideBack", "Back side"}, {"sideBoth", "Both sides"}})}}),
         "const");
     if (workingCopies)
         fillWorkingCopies(*model);

@@ -45,7 +45,7 @@ class TestModel : public ModelFixture {
     }
 
     static TwValue duplexRule() {
-        return dict({{"enable.Duplex", dict({{"Data.PaperSource", TwValue::array({1, 4})}})}});
+        return dict({{"enable.Duplex", dict({{"Data.PaperSource", array({1, 4})}})}});
     }
 
     static double number(TwainDialogData& model, const char* keyPath) {
@@ -62,7 +62,7 @@ class TestModel : public ModelFixture {
         }
     };
 
-    static TwValue empty() { return TwValue::dictionary(); }
+    static TwValue empty() { return dict(); }
 
     // The conditions the rules read, under the definition when one is given.
     static void fillConditions(TwainDialogData& model, TwModelDefFile* def = nullptr) {
@@ -88,8 +88,8 @@ private slots:
         row("number matches number", dict({{"Data.Num", 1}}), true);
         row("number never matches a string", dict({{"Data.Str", 1}}), false);
         row("boolean is a number", dict({{"Data.Flag", 1}}), true);
-        row("array: any element", dict({{"Data.Num", TwValue::array({3, 1})}}), true);
-        row("array: no element", dict({{"Data.Num", TwValue::array({3, 4})}}), false);
+        row("array: any element", dict({{"Data.Num", array({3, 1})}}), true);
+        row("array: no element", dict({{"Data.Num", array({3, 4})}}), false);
         row("NOT of missing", dict({{"NOT", dict({{"Data.Missing", 1}})}}), true);
         row("other value types enable", dict({{"Data.Num", TwValue(TwBytes{1, 2})}}), true);
         row("NOT reads the first entry only", dict({{"NOT", dict({{"Data.Num", 1}, {"Data.Missing", 5}})}}),
@@ -152,7 +152,7 @@ private slots:
             {{"enable.A", dict({{"AND", dict({{"Data.Num", 1},
                                               {"NOT - 1", dict({{"Data.Source", "ADF"}})},
                                               {"OR - 2", dict({{"Data.Num", 2}, {"Data.Flag", true}})}})}})},
-             {"enable.B", dict({{"Data.Num", TwValue::array({1, 2})}})},
+             {"enable.B", dict({{"Data.Num", array({1, 2})}})},
              {"enable.C", dict({{"YES", empty()}})},
              {"enable.D", dict({{"false", empty()}})},
              {"enable.E", dict({{"CUSTOM", empty()}})},
@@ -165,9 +165,9 @@ private slots:
 
         TwDictionary* index = model.m_dictObserverChange.dict();
         QCOMPARE(index->keys(), (std::vector<std::string>{"Data.Num", "Data.Source", "Data.Flag"}));
-        QCOMPARE(index->value("Data.Num"), TwValue::array({"enable.A", "enable.B"}));
-        QCOMPARE(index->value("Data.Source"), TwValue::array({"enable.A"}));
-        QCOMPARE(index->value("Data.Flag"), TwValue::array({"enable.A", "enable.G"}));
+        QCOMPARE(index->value("Data.Num"), array({"enable.A", "enable.B"}));
+        QCOMPARE(index->value("Data.Source"), array({"enable.A"}));
+        QCOMPARE(index->value("Data.Flag"), array({"enable.A", "enable.G"}));
 
         // C and D are constants; E (CUSTOM alone) starts disabled; F is no rule and keeps its value;
         // G's custom is true for a target other than the landscape.
@@ -222,7 +222,7 @@ private slots:
 
     void aRuleTableThatIsNotADictionaryIsEmpty() {
         TestModelDef def;
-        def.rules = TwValue::array({dict({{"enable.A", dict({{"YES", empty()}})}})});
+        def.rules = array({dict({{"enable.A", dict({{"YES", empty()}})}})});
         TwainDialogData model;
         model.setModelDef(&def);
         model.createObserver();
@@ -287,7 +287,7 @@ private slots:
         model.setModelDef(&def);
         model.setValueForKeyPath(sampleData(), "Data");
         model.setValueForKeyPath(dict({{"temporary", "Untitled"}, {"name", "Mine"}}), "profiles");
-        model.m_CustomProfiles = TwValue::array({dict({{"ProfileName", "Mine"}})});
+        model.m_CustomProfiles = array({dict({{"ProfileName", "Mine"}})});
         model.addSelfObserver();
         QCOMPARE(model.valueForKeyPath("profiles.name"), TwValue("Mine"));
         model.removeSelfObserver();
@@ -295,8 +295,8 @@ private slots:
 
     void selectingAProfileByName_data() {
         columns<TwValue, bool>("profiles", "saved");
-        row("foreign elements: no setting of that name", TwValue::array({1, "A", TwValue::array()}), false);
-        row("a match", TwValue::array({dict({{"ProfileName", "B"}}), dict({{"ProfileName", "A"}})}), true);
+        row("foreign elements: no setting of that name", array({1, "A", array()}), false);
+        row("a match", array({dict({{"ProfileName", "B"}}), dict({{"ProfileName", "A"}})}), true);
     }
     void selectingAProfileByName() {
         QFETCH(TwValue, profiles);
@@ -316,7 +316,7 @@ private slots:
         // The paper-source reaction reads enable.Duplex: it must see the value for the new source.
         reload(duplexRule());
         model->setValueForKeyPath(TwValue(1), "Data.PaperSource");
-        QCOMPARE(valuesAt(*model, {"enable.Duplex", "temp.GrayImageSide"}), TwValue::array({true, 2}));
+        QCOMPARE(valuesAt(*model, {"enable.Duplex", "temp.GrayImageSide"}), array({true, 2}));
     }
 
     void loadingAProfileSkipsTheReactions() {
@@ -348,7 +348,7 @@ private slots:
         QCOMPARE(
             valuesAt(*model, {"Data.GrayImage.Keep2SideSame", "temp.GrayImageSide", "temp.ColorImageSide",
                               "temp.BinaryImageSide", "Data.BinaryImage.Keep2SideSame"}),
-            TwValue::array({true, 2, 2, 0, false}));
+            array({true, 2, 2, 0, false}));
     }
 
     void selectingASideLoadsItsValues() {
@@ -359,18 +359,18 @@ private slots:
         QCOMPARE(
             valuesAt(*model, {"temp.BinaryImage.Brightness", "temp.BinaryImage.Gamma", "Data.BinaryImageSide",
                               "temp.BinaryImageSideText", "Data.BinaryImage.Keep2SideSame"}),
-            TwValue::array({200, 1, 1, "Back side", false}));
+            array({200, 1, 1, "Back side", false}));
         // The setting itself is not touched by showing another side.
         QCOMPARE(model->valueForKeyPath("Data.BinaryImage.Front.Brightness"), TwValue(100));
         model->setValueForKeyPath(TwValue(0), "temp.BinaryImageSide");
         QCOMPARE(valuesAt(*model, {"temp.BinaryImage.Brightness", "temp.BinaryImageSideText"}),
-                 TwValue::array({100, "Front side"}));
+                 array({100, "Front side"}));
     }
 
     void showingAnotherSideKeepsTheProfileName() {
         model->setValueForKeyPathWithoutNotification(TwValue("Mine"), "profiles.name");
         model->setValueForKeyPath(TwValue(1), "temp.GrayImageSide");
-        QCOMPARE(valuesAt(*model, {"Data.GrayImageSide", "profiles.name"}), TwValue::array({1, "Mine"}));
+        QCOMPARE(valuesAt(*model, {"Data.GrayImageSide", "profiles.name"}), array({1, "Mine"}));
         // Making both sides equal is an edit of the setting.
         model->setValueForKeyPath(TwValue(2), "temp.GrayImageSide");
         QCOMPARE(model->valueForKeyPath("profiles.name"), TwValue("Untitled"));
@@ -390,7 +390,7 @@ private slots:
             QCOMPARE(model->valueForKeyPath(from), source);
             QCOMPARE(valuesAt(*model, {"Data.GrayImage.Keep2SideSame", "temp.GrayImageSideText",
                                        "Data.GrayImageSide"}),
-                     TwValue::array({true, "Both sides", 2}));
+                     array({true, "Both sides", 2}));
         }
     }
 
@@ -492,10 +492,9 @@ private slots:
         model->setValueForKeyPath(TwValue(2), "Data.PaperSource");
         QCOMPARE(
             valuesAt(*model, {"enable.Feed.FeedPageMode", "Data.Feed.FeedPageMode", "enable.Feed.FeedPage"}),
-            TwValue::array({false, 0, false}));
+            array({false, 0, false}));
         model->setValueForKeyPath(TwValue(0), "Data.PaperSource");
-        QCOMPARE(valuesAt(*model, {"enable.Feed.FeedPageMode", "Data.Feed.FeedPageMode"}),
-                 TwValue::array({true, 0}));
+        QCOMPARE(valuesAt(*model, {"enable.Feed.FeedPageMode", "Data.Feed.FeedPageMode"}), array({true, 0}));
     }
 
     // ---- The area in the user's unit ----
@@ -591,14 +590,13 @@ private slots:
         row("custom, truncated", TwValue("Mine"), 1005.0, 500.0);
         row("custom that vanished", TwValue("Gone"), 2100.0, 2970.0);
         row("custom without a size", TwValue("Broken"), 2100.0, 2970.0);
-        row("not a paper", TwValue::array({5}), 2100.0, 2970.0);
+        row("not a paper", array({5}), 2100.0, 2970.0);
     }
     void currentPaperSize() {
         QFETCH(TwValue, paperSize);
         TwainDialogData model;
         model.setValueForKeyPath(standardPapers(), "content.PaperSize");
-        model.m_CustomPapers =
-            TwValue::array({customPaper("Mine", 100.55, 50.0), customPaper("Broken", 0, 0)});
+        model.m_CustomPapers = array({customPaper("Mine", 100.55, 50.0), customPaper("Broken", 0, 0)});
         model.setValueForKeyPath(paperSize, "Data.PaperSize");
         TwSize size = model.GetCurrentPaperSize();
         QTEST(size.width, "width");
@@ -622,9 +620,8 @@ private slots:
             fetch<TwValue, double, bool>("paperSize", "physicalWidth", "enabled");
         def->physicalWidth = physicalWidth;
         def->minHeight = 2.0;
-        reload(dict({{"enable.Landscape", dict({{"CUSTOM", TwValue::dictionary()}})}}));
-        model->m_CustomPapers =
-            TwValue::array({customPaper("Narrow", 40, 80), customPaper("Edge", 50.9, 100)});
+        reload(dict({{"enable.Landscape", dict({{"CUSTOM", dict()}})}}));
+        model->m_CustomPapers = array({customPaper("Narrow", 40, 80), customPaper("Edge", 50.9, 100)});
         model->setValueForKeyPath(TwValue(13), "Data.PaperSize"); // A6: always allowed
         QCOMPARE(model->valueForKeyPath("enable.Landscape"), TwValue(true));
         model->setValueForKeyPath(paperSize, "Data.PaperSize");
@@ -634,7 +631,7 @@ private slots:
 
     void landscapeKeepsTheOtherConditionsOfItsRule() {
         reload(dict({{"enable.Landscape",
-                      dict({{"AND", dict({{"CUSTOM", TwValue::dictionary()},
+                      dict({{"AND", dict({{"CUSTOM", dict()},
                                           {"NOT - 1", dict({{"Data.AutoCrop.Enable", true}})}})}})}}));
         model->setValueForKeyPath(TwValue(5), "Data.PaperSize");
         QCOMPARE(model->valueForKeyPath("enable.Landscape"), TwValue(true));
@@ -694,12 +691,10 @@ private slots:
 
     void aResolutionEditUpdatesBoth() {
         model->setValueForKeyPath(TwValue(3), "Data.AutoDistinction.RateBinaryImage");
-        QCOMPARE(valuesAt(*model, {"Data.AutoDistinction.RateBinaryImage", "temp.GrayDPI"}),
-                 TwValue::array({2, 100}));
+        QCOMPARE(valuesAt(*model, {"Data.AutoDistinction.RateBinaryImage", "temp.GrayDPI"}), array({2, 100}));
         model->setValueForKeyPath(TwValue(150), "Data.Resolution");
         QCOMPARE(codes(model->valueForKeyPath("content.RateImageAvail")), std::vector<int>{0});
-        QCOMPARE(valuesAt(*model, {"Data.AutoDistinction.RateBinaryImage", "temp.GrayDPI"}),
-                 TwValue::array({0, 150}));
+        QCOMPARE(valuesAt(*model, {"Data.AutoDistinction.RateBinaryImage", "temp.GrayDPI"}), array({0, 150}));
         model->setValueForKeyPath(TwValue(600), "Data.Resolution");
         QCOMPARE(codes(model->valueForKeyPath("content.RateImageAvail")), (std::vector<int>{0, 1, 2, 3}));
         QCOMPARE(model->valueForKeyPath("temp.GrayDPI"), TwValue(600));
@@ -709,7 +704,7 @@ private slots:
         columns<TwValue, int>("feeder", "length");
         row("sample feeder: A3 too wide", dict({{"MaxWidth", 8.504}, {"MaxHeight", 118.0}}), 8400);
         row("narrower: no Letter or Legal", dict({{"MaxWidth", 8.3}, {"MaxHeight", 118.0}}), 7016);
-        row("no limits: every paper", dict({}), 9921);
+        row("no limits: every paper", dict(), 9921);
         row("feeder not a dictionary", TwValue("ADF"), 9921);
         row("nothing fits", dict({{"MaxWidth", 1.0}, {"MaxHeight", 1.0}}), 0);
     }
@@ -728,19 +723,16 @@ private slots:
 
     void paperListsHoldStandardThenCustomPapers() {
         TwainDialogData model;
-        model.setValueForKeyPath(
-            TwValue::array({paper(1, "A4", 2100, 2970, 7016), paper(5, "A5", 1480, 2100, 4961)}),
-            "content.PaperSize");
+        model.setValueForKeyPath(array({paper(1, "A4", 2100, 2970, 7016), paper(5, "A5", 1480, 2100, 4961)}),
+                                 "content.PaperSize");
         model.m_CustomPapers =
-            TwValue::array({customPaper("Receipt", 80, 200.25), TwValue::dictionary({{"Width", 10}}),
-                            customPaper("Card", 85.6, 54)});
+            array({customPaper("Receipt", 80, 200.25), dict({{"Width", 10}}), customPaper("Card", 85.6, 54)});
         model.updateContentPaperSizeAll();
         TwValue all = model.valueForKeyPath("content.PaperSizeAll");
         // The entry without a name is left out.
-        QCOMPARE(model.valueForKeyPath("content.PaperSizeAll.value"),
-                 TwValue::array({1, 5, "Receipt", "Card"}));
+        QCOMPARE(model.valueForKeyPath("content.PaperSizeAll.value"), array({1, 5, "Receipt", "Card"}));
         QCOMPARE(model.valueForKeyPath("content.PaperSizeAll.display"),
-                 TwValue::array({"A4", "A5", "Receipt - 80.0 x 200.2 mm", "Card - 85.6 x 54.0 mm"}));
+                 array({"A4", "A5", "Receipt - 80.0 x 200.2 mm", "Card - 85.6 x 54.0 mm"}));
         QCOMPARE(all.list()->at(3).dict()->value("mmWidth"), TwValue(856));
         TwValue plusNone = model.valueForKeyPath("content.PaperSizeAllPlusNone");
         QCOMPARE(plusNone.list()->at(0),
@@ -750,8 +742,7 @@ private slots:
     }
 
     void aVanishedCustomPaperLeavesTheLists() {
-        model->m_CustomPapers =
-            TwValue::array({customPaper("Receipt", 80, 200), customPaper("Slip", 100, 100)});
+        model->m_CustomPapers = array({customPaper("Receipt", 80, 200), customPaper("Slip", 100, 100)});
         model->updateContentPaperSizeAll();
         model->setValueForKeyPath(TwValue("Receipt"), "Data.PaperSize");
         QCOMPARE(model->GetCurrentPaperSize().width, 800.0);
@@ -822,7 +813,7 @@ private slots:
         QCOMPARE(model->valueForKeyPath("Data.Area.Measure.Width").doubleValue(), 210.0);
         QCOMPARE(model->valueForKeyPath("temp.Area.Width").doubleValue(), 210.0 / 25.4);
         QCOMPARE(valuesAt(*model, {"temp.TextEditDatakey", "temp.TextEditRefresh"}),
-                 TwValue::array({"temp.Area.Width", 0}));
+                 array({"temp.Area.Width", 0}));
         // A value that fits asks for nothing.
         model->setValueForKeyPath(TwValue(4.0), "temp.Area.Width");
         QCOMPARE(model->valueForKeyPath("Data.Area.Measure.Width").doubleValue(), 4.0 * 25.4);
@@ -953,10 +944,10 @@ private slots:
         model.setValueForKeyPath(TwValue(), "Data.Leaf");
         QVERIFY(!model.valueForKeyPath("Data").dict()->contains("Leaf"));
         // A key path through an array collects the key of each element.
-        model.setValueForKeyPath(TwValue::array({dict({{"value", 1}, {"display", "A4"}}),
-                                                 dict({{"value", 2}, {"display", "A5"}})}),
-                                 "content.PaperSize");
-        QVERIFY(model.valueForKeyPath("content.PaperSize.display").isEqual(TwValue::array({"A4", "A5"})));
+        model.setValueForKeyPath(
+            array({dict({{"value", 1}, {"display", "A4"}}), dict({{"value", 2}, {"display", "A5"}})}),
+            "content.PaperSize");
+        QVERIFY(model.valueForKeyPath("content.PaperSize.display").isEqual(array({"A4", "A5"})));
     }
 
     // A write costs one walk down its key path: a path running far past a number is dropped at
@@ -968,7 +959,7 @@ private slots:
         for (int i = 0; i < 64; ++i)
             blocked += ".c";
         model.setValueForKeyPath(1, blocked);
-        model.setDataWithDictionary(TwValue::dictionary({{blocked, 2}}));
+        model.setDataWithDictionary(dict({{blocked, 2}}));
         QCOMPARE(model.valueForKeyPath("Data.Resolution").intValue(), 300);
 
         std::string deep = "Data.Deep";
@@ -1003,8 +994,8 @@ private slots:
 
     void settingASectionMergesIntoIt() {
         TwainDialogData model;
-        model.setValueForKeyPath(TwValue::array(), "content.Resolution");
-        model.setValueForKeyPath(dict({{"Unit", TwValue::array()}}), "content");
+        model.setValueForKeyPath(array(), "content.Resolution");
+        model.setValueForKeyPath(dict({{"Unit", array()}}), "content");
         QVERIFY(model.valueForKeyPath("content.Resolution").isArray());
         QVERIFY(model.valueForKeyPath("content.Unit").isArray());
         model.setValueForKeyPath(5, "content"); // a section stays a dictionary
@@ -1012,7 +1003,7 @@ private slots:
         // The same for a whole dictionary of sections and key paths.
         model.setDataWithDictionary(dict(
             {{"Data", dict({{"Resolution", 200}})}, {"Data.ImageType", 2}, {"ScanInfo.Version", "1.2"}}));
-        QCOMPARE(valuesAt(model, {"Data.Resolution", "Data.ImageType"}), TwValue::array({200, 2}));
+        QCOMPARE(valuesAt(model, {"Data.Resolution", "Data.ImageType"}), array({200, 2}));
         QVERIFY(model.valueForKeyPath("ScanInfo.Version").isEqual(TwValue("1.2")));
     }
 
@@ -1067,7 +1058,7 @@ private slots:
         model.setValueForKeyPathWithoutNotification(3, "Data.X");
         model.setValueForKeyPathWithoutNotification(dict({{"Y", 1}}), "Data");
         QCOMPARE(r.seen.size(), size_t(2));
-        QCOMPARE(valuesAt(model, {"Data.X", "Data.Y"}), TwValue::array({3, 1}));
+        QCOMPARE(valuesAt(model, {"Data.X", "Data.Y"}), array({3, 1}));
     }
 
     void writeTellsObserversBelowButNotBesideOrAbove() {
@@ -1100,7 +1091,7 @@ private slots:
         QCOMPARE(r.seen[0].newValue.intValue(), 3);
         // A section merge inside its bracket tells everything under the section at the end.
         model.willChangeValueForKey("content");
-        model.setValueForKeyPath(dict({{"PaperSize", TwValue::array()}}), "content");
+        model.setValueForKeyPath(dict({{"PaperSize", array()}}), "content");
         QCOMPARE(r.seen.size(), size_t(1));
         model.didChangeValueForKey("content");
         QCOMPARE(r.seen.size(), size_t(3));
@@ -1158,7 +1149,7 @@ private slots:
         QVERIFY(model.dictionaryRead(d, "a.c.d").isNull());
         QVERIFY(d.dict()->value("a").dict()->value("c").isDictionary());
 
-        TwValue w = TwValue::dictionary();
+        TwValue w = dict();
         model.setValue(5, w, {"a", "b", "c"});
         QCOMPARE(model.dictionaryRead(w, "a.b.c").intValue(), 5);
         model.setValue(6, w, {}); // nothing
@@ -1239,13 +1230,10 @@ private slots:
         row("string case matters", TwValue("ADF"), TwValue("adf"), false);
         row("null = null", TwValue(), TwValue(), true);
         row("null != 0", TwValue(), TwValue(0), false);
-        row("arrays deep", TwValue::array({1, "a", TwValue::dictionary({{"k", 2}})}),
-            TwValue::array({1.0, "a", TwValue::dictionary({{"k", 2.0}})}), true);
-        row("arrays order", TwValue::array({1, 2}), TwValue::array({2, 1}), false);
-        row("dicts ignore order", TwValue::dictionary({{"a", 1}, {"b", 2}}),
-            TwValue::dictionary({{"b", 2}, {"a", 1}}), true);
-        row("dicts extra key", TwValue::dictionary({{"a", 1}}), TwValue::dictionary({{"a", 1}, {"b", 2}}),
-            false);
+        row("arrays deep", array({1, "a", dict({{"k", 2}})}), array({1.0, "a", dict({{"k", 2.0}})}), true);
+        row("arrays order", array({1, 2}), array({2, 1}), false);
+        row("dicts ignore order", dict({{"a", 1}, {"b", 2}}), dict({{"b", 2}, {"a", 1}}), true);
+        row("dicts extra key", dict({{"a", 1}}), dict({{"a", 1}, {"b", 2}}), false);
         row("large ints", TwValue(9007199254740993LL), TwValue(9007199254740992LL), false);
     }
     void equality() {
@@ -1265,7 +1253,7 @@ private slots:
         row("zeros then digit", TwValue("-007"), -7, -7.0, true);
         row("true", TwValue(true), 1, 1.0, true);
         row("null", TwValue(), 0, 0.0, false);
-        row("dictionary", TwValue::dictionary(), 0, 0.0, false);
+        row("dictionary", dict(), 0, 0.0, false);
     }
     void conversions() {
         QFETCH(TwValue, v);
@@ -1277,8 +1265,8 @@ private slots:
     void unsignedOfNegativeWraps() { QCOMPARE(TwValue(-1).unsignedIntValue(), 0xFFFFFFFFu); }
 
     void containersAreSharedUntilDeepCopied() {
-        TwValue inner = TwValue::dictionary({{"x", 1}});
-        TwValue outer = TwValue::dictionary({{"inner", inner}, {"list", TwValue::array({inner})}});
+        TwValue inner = dict({{"x", 1}});
+        TwValue outer = dict({{"inner", inner}, {"list", array({inner})}});
         TwValue alias = outer;
         alias.dict()->set("k", 1);
         QVERIFY(outer.dict()->contains("k"));
@@ -1292,9 +1280,9 @@ private slots:
     // Far deeper than a thread's stack allows for a recursion per level, even without sanitizers.
     void deepNestingCopiesComparesAndGoesWithoutRecursion() {
         constexpr int kLevels = 300000;
-        TwValue deep = TwValue::dictionary({{"leaf", 1}});
+        TwValue deep = dict({{"leaf", 1}});
         for (int i = 0; i < kLevels; ++i)
-            deep = i % 2 ? TwValue::dictionary({{"k", deep}}) : TwValue::array({deep});
+            deep = i % 2 ? dict({{"k", deep}}) : array({deep});
         TwValue copy = deep.deepCopy();
         QVERIFY(copy.isEqual(deep));
         TwValue original = deep, copied = copy;

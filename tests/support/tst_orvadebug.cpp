@@ -116,7 +116,7 @@ private slots:
             QVERIFY(makeFile(logPath(), {}) && makeFile(conPath(), {}));
         OrvaLog(level, "line %d\n", 1);
         OrvaLogBinary(level, "bin", "abc", 3);
-        OrvaLogCFType(level, TwValue::dictionary({{"k", TwValue(1)}}), 0, 1);
+        OrvaLogCFType(level, dict({{"k", TwValue(1)}}), 0, 1);
         if (!filesExist) {
             OrvaLogFile(1, "line %d\n", 3);
             OrvaLogBinaryFile("bin", "abc", 3, 16);
@@ -325,7 +325,7 @@ private slots:
         OrvaLog(7, "dropped\n");
         OrvaLogFile(1, "\tBundle Version:%s\n", "2.0");
         OrvaLog(kOrvaLogDebug, "%s\n", longText.constData());
-        OrvaLogCFType(kOrvaLogAlways, TwValue::dictionary({{"k", TwValue("v")}}), 0, 1);
+        OrvaLogCFType(kOrvaLogAlways, dict({{"k", TwValue("v")}}), 0, 1);
         OrvaLogBinaryFile("blk", "AB", 2, 16);
         OrvaLogBinary(kOrvaLogAlways, "bin", "A", 1);
         const QByteArrayList expected{
@@ -492,14 +492,13 @@ private slots:
 
     void valueTreeDump() {
         QVERIFY(makeFile(logPath(), "start\n"));
-        const TwValue root = TwValue::dictionary({
+        const TwValue root = dict({
             {"name", TwValue("Scanner")},
             {"dpi", TwValue(300)},
             {"raw", TwValue(TwBytes{1, 2, 3})},
             {"when", TwValue(TwDate{1.0})},
-            {"list",
-             TwValue::array({TwValue("x"), TwValue(true), TwValue::dictionary({{"deep", TwValue(2.5)}})})},
-            {"empty", TwValue::array()},
+            {"list", array({TwValue("x"), TwValue(true), dict({{"deep", TwValue(2.5)}})})},
+            {"empty", array()},
             {"big", TwValue(2147483648LL)},
         });
         OrvaLogCFType(kOrvaLogDebug, root, 0, 1);

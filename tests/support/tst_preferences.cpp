@@ -41,17 +41,6 @@ class TestPreferences : public QObject {
     static inline std::vector<unsigned> s_sleeps;
     static void recordSleep(unsigned seconds) { s_sleeps.push_back(seconds); }
 
-    enum CopyFunction {
-        kByteCopy,
-        kByteCopyReverse,
-        kByteCopyBitRev,
-        kByteCopyBitRevReverse,
-        kByteCopySwapRGB,
-        kByteSwapRGB,
-        kByteSwapRGBLines,
-        kByteCopy1bppTo8bpp,
-    };
-
     static QByteArray palette2(QColor clear, QColor set) {
         const char entries[8] = {char(clear.blue()), char(clear.green()), char(clear.red()), 0,
                                  char(set.blue()),   char(set.green()),   char(set.red()),   0};
@@ -102,10 +91,9 @@ class TestPreferences : public QObject {
 
     // A value whose XML is large enough that a save takes a while.
     static TwValue bigBlob(int version) {
-        auto list = TwValue::array();
+        auto list = array();
         for (int i = 0; i < 4000; ++i)
-            list.list()->push_back(
-                TwValue::dictionary({{"index", i}, {"version", version}, {"pad", std::string(40, 'x')}}));
+            list.list()->push_back(dict({{"index", i}, {"version", version}, {"pad", std::string(40, 'x')}}));
         return list;
     }
 
@@ -132,9 +120,7 @@ private slots:
         {
             TwPreferences prefs(kDomain, sub.toStdString());
             QVERIFY(prefs.copyValue("profiles").isNull());
-            prefs.setValue(
-                "profiles",
-                TwValue::array({TwValue::dictionary({{"ProfileName", "Office"}, {"Resolution", 300}})}));
+            prefs.setValue("profiles", array({dict({{"ProfileName", "Office"}, {"Resolution", 300}})}));
             prefs.setValue("Runned", 1);
             QVERIFY(prefs.copyValue("Runned").isEqual(TwValue(1))); // pending writes are visible at once
             QVERIFY(prefs.synchronize());
@@ -153,7 +139,7 @@ private slots:
 
     void noDomainReadsAndWritesNothing() {
         TwPreferences prefs("", dir->path().toStdString());
-        prefs.setValue("profiles", TwValue::array());
+        prefs.setValue("profiles", array());
         QVERIFY(prefs.copyValue("profiles").isNull() && !prefs.synchronize());
         QCOMPARE(QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size(), 0);
     }
@@ -205,7 +191,7 @@ private slots:
         QVERIFY(before);
 
         auto prefs = this->prefs();
-        prefs.setValue("profiles", TwValue::array({TwValue::dictionary({{"ProfileName", "Office"}})}));
+        prefs.setValue("profiles", array({dict({{"ProfileName", "Office"}})}));
         QVERIFY(prefs.synchronize());
         auto after = TwPlistDocument::readFile(file().toStdString());
         QVERIFY(after);
@@ -237,7 +223,7 @@ private slots:
     void unreadableFileIsKeptAsideBeforeTheNextSave_data() {
         QTest::addColumn<QByteArray>("content");
         row("truncated xml", QByteArray("<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>profiles"));
-        row("an array, not a dictionary", QByteArray::fromStdString(TwPlistToXml(TwValue::array({1, 2}))));
+        row("an array, not a dictionary", QByteArray::fromStdString(TwPlistToXml(array({1, 2}))));
         // The plist library would read these by a recursion per level, past any thread's stack.
         row("xml, 100000 levels", xmlNestedArrays(100000));
         row("binary, 100000 levels", binaryNestedArrays(100000));
@@ -263,7 +249,7 @@ private slots:
         auto nested = [](std::size_t levels) {
             TwValue v = 1;
             for (std::size_t i = 0; i < levels; ++i)
-                v = TwValue::array({v});
+                v = array({v});
             return v;
         };
         for (int binary = 0; binary < 2; ++binary) {
@@ -333,16 +319,15 @@ private slots:
     // ---- Property lists and bundles ----
 
     void plistRoundTripKeepsTypesAndOrder() {
-        TwValue tree =
-            TwValue::dictionary({{"zeta", 1},
-                                 {"alpha", -42},
-                                 {"real", 2.5},
-                                 {"flag", true},
-                                 {"text", "Größe – A4"},
-                                 {"bytes", TwValue(TwBytes{0, 1, 255})},
-                                 {"big", 5000000000LL},
-                                 {"list", TwValue::array({TwValue::dictionary({{"value", 3}}), "x"})},
-                                 {"empty", TwValue::dictionary()}});
+        TwValue tree = dict({{"zeta", 1},
+                             {"alpha", -42},
+                             {"real", 2.5},
+                             {"flag", true},
+                             {"text", "Größe – A4"},
+                             {"bytes", TwValue(TwBytes{0, 1, 255})},
+                             {"big", 5000000000LL},
+                             {"list", array({dict({{"value", 3}}), "x"})},
+                             {"empty", dict()}});
         std::string xml = TwPlistToXml(tree);
         std::string error;
         TwValue back = TwPlistParse(xml.data(), xml.size(), &error);
@@ -368,17 +353,6 @@ private slots:
         QVERIFY(v.isNull() && !error.empty());
     }
 
-    void deepNestingDoesNotExhaustTheStack() {
-        QByteArray xml = "<?xml version=\"1.0\"?><plist version=\"1.0\">";
-        for (int i = 0; i < 400; ++i)
-            xml += "<array>";
-        for (int i = 0; i < 400; ++i)
-            xml += "</array>";
-        xml += "</plist>";
-        TwValue v = TwPlistParse(xml.constData(), std::size_t(xml.size()));
-        QVERIFY(v.isArray() || v.isNull());
-    }
-
     void missingFileReportsWhy() {
         std::string error;
         QVERIFY(TwPlistReadFile((dir->path() + "/nope.plist").toStdString(), &error).isNull());
@@ -388,8 +362,8 @@ private slots:
     void bundleReadsItsInfo() {
         QString path = dir->path() + "/A.bundle";
         writeFile(path + "/Contents/Info.plist",
-                  QByteArray::fromStdString(TwPlistToXml(TwValue::dictionary(
-                      {{"CFBundleIdentifier", "com.example.ds"}, {"CFBundleVersion", "2.1"}}))));
+                  QByteArray::fromStdString(TwPlistToXml(
+                      dict({{"CFBundleIdentifier", "com.example.ds"}, {"CFBundleVersion", "2.1"}}))));
         auto bundle = TwBundle::bundleWithPath(path.toStdString());
         QVERIFY(bundle);
         QCOMPARE(bundle->bundleIdentifier(), std::string("com.example.ds"));
@@ -594,53 +568,55 @@ private slots:
     // ---- Byte rows ----
 
     void copyFamily_data() {
-        columns<int, QByteArray, int, QByteArray>("function", "source", "count", "palette");
+        columns<QString, QByteArray, int, QByteArray>("function", "source", "count", "palette");
         // The destination starts as 0xEE bytes (as many as expected), or as the source when the
         // function works in place; for lines, count is the line length and there are two lines.
         QTest::addColumn<QByteArray>("expected");
         const QByteArray none;
-        row("copy", int(kByteCopy), QByteArray("\x01\x02\x03\x04", 4), 3, none,
+        row("copy", "ByteCopy", QByteArray("\x01\x02\x03\x04", 4), 3, none,
             QByteArray("\x01\x02\x03\xEE", 4));
-        row("inverted", int(kByteCopyReverse), QByteArray("\x00\xFF\x0F", 3), 3, none,
+        row("inverted", "ByteCopyReverse", QByteArray("\x00\xFF\x0F", 3), 3, none,
             QByteArray("\xFF\x00\xF0\xEE", 4));
-        row("bit order reversed", int(kByteCopyBitRev), QByteArray("\x01\x80\x0F\xA0", 4), 4, none,
+        row("bit order reversed", "ByteCopyBitRev", QByteArray("\x01\x80\x0F\xA0", 4), 4, none,
             QByteArray("\x80\x01\xF0\x05\xEE", 5));
-        row("bit order reversed and inverted", int(kByteCopyBitRevReverse), QByteArray("\x01\x0F", 2), 2,
-            none, QByteArray("\x7F\x0F\xEE", 3));
-        row("RGB swapped, whole pixels only", int(kByteCopySwapRGB), QByteArray("abcdefg"), 7, none,
+        row("bit order reversed and inverted", "ByteCopyBitRevReverse", QByteArray("\x01\x0F", 2), 2, none,
+            QByteArray("\x7F\x0F\xEE", 3));
+        row("RGB swapped, whole pixels only", "ByteCopySwapRGB", QByteArray("abcdefg"), 7, none,
             QByteArray("cbafed\xEE\xEE"));
-        row("RGB swapped, less than a pixel", int(kByteCopySwapRGB), QByteArray("ab"), 2, none,
+        row("RGB swapped, less than a pixel", "ByteCopySwapRGB", QByteArray("ab"), 2, none,
             QByteArray("\xEE\xEE\xEE"));
-        row("RGB swapped in place", int(kByteSwapRGB), QByteArray("abcdefgh"), 6, none,
-            QByteArray("cbafedgh"));
-        row("RGB swapped in lines of 7 bytes", int(kByteSwapRGBLines), QByteArray("abcdefgABCDEFGx"), 7, none,
+        row("RGB swapped in place", "ByteSwapRGB", QByteArray("abcdefgh"), 6, none, QByteArray("cbafedgh"));
+        row("RGB swapped in lines of 7 bytes", "ByteSwapRGBLines", QByteArray("abcdefgABCDEFGx"), 7, none,
             QByteArray("cbafedgCBAFEDGx"));
-        row("1 bit to grey, white and black", int(kByteCopy1bppTo8bpp), QByteArray("\xA5\x80", 2), 9,
+        row("1 bit to grey, white and black", "ByteCopy1bppTo8bpp", QByteArray("\xA5\x80", 2), 9,
             palette2(Qt::white, Qt::black), QByteArray("\x00\xFF\x00\xFF\xFF\x00\xFF\x00\x00\xEE", 10));
         // The grey weights: 0.299 of red, 0.587 of green, 0.114 of blue.
-        row("1 bit to grey, red and green", int(kByteCopy1bppTo8bpp), QByteArray("\x40", 1), 3,
+        row("1 bit to grey, red and green", "ByteCopy1bppTo8bpp", QByteArray("\x40", 1), 3,
             palette2(Qt::red, Qt::green), QByteArray("\x4C\x96\x4C\xEE", 4));
-        row("1 bit to grey, blue and grey", int(kByteCopy1bppTo8bpp), QByteArray("\x80", 1), 2,
+        row("1 bit to grey, blue and grey", "ByteCopy1bppTo8bpp", QByteArray("\x80", 1), 2,
             palette2(Qt::blue, QColor(100, 150, 200)), QByteArray("\x8D\x1D\xEE", 3));
     }
     void copyFamily() {
         auto [function, source, count, palette, expected] =
-            fetch<int, QByteArray, int, QByteArray, QByteArray>("function", "source", "count", "palette",
-                                                                "expected");
+            fetch<QString, QByteArray, int, QByteArray, QByteArray>("function", "source", "count", "palette",
+                                                                    "expected");
         const auto* src = reinterpret_cast<const std::uint8_t*>(source.constData());
-        const bool inPlace = function == kByteSwapRGB || function == kByteSwapRGBLines;
+        const bool inPlace = function.startsWith("ByteSwap");
         QByteArray out = inPlace ? source : QByteArray(expected.size(), '\xEE');
         auto* dst = reinterpret_cast<std::uint8_t*>(out.data());
         const auto n = std::size_t(count);
         TwRGBQuad entries[2] = {};
         std::memcpy(entries, palette.constData(), std::size_t(palette.size()));
+        const QStringList names{
+            "ByteCopy",        "ByteCopyReverse", "ByteCopyBitRev",   "ByteCopyBitRevReverse",
+            "ByteCopySwapRGB", "ByteSwapRGB",     "ByteSwapRGBLines", "ByteCopy1bppTo8bpp"};
         const std::function<void()> run[] = {
             [&] { ByteCopy(src, dst, n); },        [&] { ByteCopyReverse(src, dst, n); },
             [&] { ByteCopyBitRev(src, dst, n); },  [&] { ByteCopyBitRevReverse(src, dst, n); },
             [&] { ByteCopySwapRGB(src, dst, n); }, [&] { ByteSwapRGB(dst, n); },
             [&] { ByteSwapRGBLines(dst, n, 2); },  [&] { ByteCopy1bppTo8bpp(src, dst, n, entries); },
         };
-        run[function]();
+        run[names.indexOf(function)]();
         QCOMPARE(out.toHex(' '), expected.toHex(' '));
     }
 
@@ -792,13 +768,8 @@ private slots:
     void lyingHeadersAreRefused() {
         auto [length, headerSize, width, height, bits] =
             fetch<int, uint, int, int, int>("length", "headerSize", "width", "height", "bits");
-        TwBitmapInfoHeader header{};
-        header.biSize = headerSize;
-        header.biWidth = width;
-        header.biHeight = height;
-        header.biPlanes = 1;
-        header.biBitCount = std::uint16_t(bits);
-        header.biXPelsPerMeter = header.biYPelsPerMeter = 11811;
+        const TwBitmapInfoHeader header{headerSize, width, height, 1,    std::uint16_t(bits),
+                                        0,          0,     11811,  11811};
         // On the heap and exactly as long as said, so that a read past it is caught by the sanitizer.
         Bytes dib(std::size_t(length), 0);
         std::memcpy(dib.data(), &header, std::min(dib.size(), sizeof header));

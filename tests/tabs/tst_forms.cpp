@@ -23,7 +23,8 @@ namespace {
 // A form's outlets in the order Tab visits them, then the others: "name" of the kind its prefix
 // names (sld slider, rdo radio group with "/segments", tbl table, box group box, img image view,
 // stp stepper, lab text, cmb pop-up, txt field, btn check box), "kind:name" of another kind, and
-// "name=action" or "name=action/tag" for a push button and the action it names.
+// "name=action" or "name=action/tag" for a push button and the action it names; @levels and
+// @cleanup stand for the outlets the image tabs share.
 struct FormContract {
     QString className;
     QString identifier; // empty for the main panel
@@ -39,7 +40,11 @@ QList<Outlet> outletsOf(const FormContract& contract) {
         {"sld", "slider"},  {"rdo", "radio"}, {"tbl", "table"}, {"box", "box"},   {"img", "image"},
         {"stp", "stepper"}, {"lab", "text"},  {"cmb", "popup"}, {"txt", "field"}, {"btn", "check"}};
     QList<Outlet> out;
-    for (QString token : contract.outlets.split(' ', Qt::SkipEmptyParts)) {
+    const QString outlets =
+        QString(contract.outlets)
+            .replace("@levels", "sldBrightness txtBrightness sldContrast txtContrast")
+            .replace("@cleanup", "btnBorderRemoval btnRemoveShadow btnHoleRemoval btnMirror");
+    for (QString token : outlets.split(' ', Qt::SkipEmptyParts)) {
         Outlet o;
         if (token.contains(':'))
             std::tie(o.kind, token) = std::pair(token.section(':', 0, 0), token.section(':', 1));
@@ -87,69 +92,55 @@ QString areaOutlets() {
     return out + " boxSubArea";
 }
 
-const QString kCleanup = " btnBorderRemoval btnRemoveShadow btnHoleRemoval btnMirror";
-const QString kLevels = "sldBrightness txtBrightness sldContrast txtContrast";
-
 const QList<FormContract>& contracts() {
     static const QList<FormContract> list{
         {"TwainViewBasic", "Basic",
          "cmbPaperSource cmbPaperSize btnCustom=onCustomPaperSize btnLandscape cmbImageType "
-         "combo:cmbResolution "
-         "btnAutoCrop btnDeskew"},
+         "combo:cmbResolution btnAutoCrop btnDeskew"},
         {"TwainViewCommon", "Common",
          "btnAutoCrop btnSelectMaxPaperSize btnDeskew btnSmoothing btnMargin btnFitToPage btnLengthControl "
-         "cmbBackgroundColor sldPixelRation txtPixelRation btnIgnorePaperColor cmbRateBinaryImage" +
-             kCleanup +
-             " text:txtPixelRationMin text:txtPixelRationMax text:txtDPI text:txtGrayColor "
-             "text:txtBackgroundColor boxDistinctionResolution"},
+         "cmbBackgroundColor sldPixelRation txtPixelRation btnIgnorePaperColor cmbRateBinaryImage @cleanup "
+         "text:txtPixelRationMin text:txtPixelRationMax text:txtDPI text:txtGrayColor "
+         "text:txtBackgroundColor boxDistinctionResolution"},
         {"TwainViewLayout", "Layout",
-         "rdoRotate/4 rdoDuplex/2 btnDoubleExposure btnDoubleExposureCfg=onDoubleExposure btnPageSeparation "
-         "btnPageSeparationCfg=onPageSeparetion btnBlankPageRemoval sldPixelRation txtPixelRation "
-         "btnShowResult "
-         "imgDoubleExposure imgPageSeparation text:txtPixelRationMin text:txtPixelRationMax"},
+         "rdoRotate/4 rdoDuplex/2 btnDoubleExposure btnDoubleExposureCfg=onDoubleExposure "
+         "btnPageSeparation btnPageSeparationCfg=onPageSeparetion btnBlankPageRemoval sldPixelRation "
+         "txtPixelRation btnShowResult imgDoubleExposure imgPageSeparation text:txtPixelRationMin "
+         "text:txtPixelRationMax"},
         {"TwainViewBinaryImage", "BinaryImage",
-         "rdoSide/3 cmbHalftone " + kLevels +
-             " cmbEmpasis cmbGamma btnGamma=onCustomGamma/0 cmbDrop btnDynamicThreshold cmbDynamicThreshold "
-             "cmbNoiseReductionSize cmbNoiseReductionType cmbWhiteLevel" +
-             kCleanup + " btnInvert btnAutoSeparation text:txtSide boxSide"},
+         "rdoSide/3 cmbHalftone @levels cmbEmpasis cmbGamma btnGamma=onCustomGamma/0 cmbDrop "
+         "btnDynamicThreshold cmbDynamicThreshold cmbNoiseReductionSize cmbNoiseReductionType "
+         "cmbWhiteLevel @cleanup btnInvert btnAutoSeparation text:txtSide boxSide"},
         {"TwainViewGrayImage", "GrayImage",
-         "rdoSide/3 " + kLevels +
-             " cmbEmpasis cmbGamma btnGamma=onCustomGamma/1 cmbDrop btnHighSpeed cmbWhiteLevel" + kCleanup +
-             " text:txtSide boxSide"},
+         "rdoSide/3 @levels cmbEmpasis cmbGamma btnGamma=onCustomGamma/1 cmbDrop btnHighSpeed "
+         "cmbWhiteLevel @cleanup text:txtSide boxSide"},
         {"TwainViewColorImage", "ColorImage",
-         "rdoSide/3 " + kLevels +
-             " sldChroma txtChroma cmbEmpasis cmbGamma btnGamma=onCustomGamma/2 cmbColorMatching "
-             "btnHighSpeed" +
-             kCleanup + " btnSmooth btnBackgroundRemoval text:txtSide boxSide"},
+         "rdoSide/3 @levels sldChroma txtChroma cmbEmpasis cmbGamma btnGamma=onCustomGamma/2 "
+         "cmbColorMatching btnHighSpeed @cleanup btnSmooth btnBackgroundRemoval text:txtSide boxSide"},
         {"TwainViewFeed", "Feed",
-         "cmbManualFeed txtTimeOut btnTimeOutUnlimited btnDetectDoubleFeed cmbSensitivity rdoPage/2 txtPage "
-         "cmbNoLookAhead"},
+         "cmbManualFeed txtTimeOut btnTimeOutUnlimited btnDetectDoubleFeed cmbSensitivity rdoPage/2 "
+         "txtPage cmbNoLookAhead"},
         {"TwainViewArea", "Area", areaOutlets()},
         {"TwainViewControlSheet", "ControlSheet", "btnDetectSeparationSheet btnSkipSeparationSheet"},
         {"TwainViewImprinter", "Imprinter", ""},
         {"TwainViewPatchCode", "PatchCode", ""},
         {"TwDlgMain", "",
          "combo:cmbSettingNames btnSave=onSaveSetting btnDelete=onDeleteSetting tabs:tableMain "
-         "btnHelp=onHelp "
-         "btnAbout=onAbout btnCustomize=onCustomize btnDefault=onDefault btnPrescan=onPrescan "
-         "btnStart=onStart "
-         "btnCancel=onCancel btnOK=onOK"},
+         "btnHelp=onHelp btnAbout=onAbout btnCustomize=onCustomize btnDefault=onDefault "
+         "btnPrescan=onPrescan btnStart=onStart btnCancel=onCancel btnOK=onOK"},
         {"TwDlgSaveSetting", "", "combo:cmbNames btnCancel=onCancel btnOK=onOK labTitle"},
         {"TwDlgPaperSize", "",
          "tableview:tblPaperSize txtName txtWidth txtLength cmbUnit btnSave=onSave btnDelete=onDelete "
          "btnHelp=onHelp btnClose=onClose labMutil labADFMinWidth labADFMinLength labADFMaxWidth "
-         "labADFMaxLength "
-         "labFlatMinWidth labFlatMinLength labFlatMaxWidth labFlatMaxLength"},
+         "labADFMaxLength labFlatMinWidth labFlatMinLength labFlatMaxWidth labFlatMaxLength"},
         {"TwDlgCustomGamma", "",
          "combo:cmbSettingName btnSaveAs=onSaveAs btnDelete=onDelete sldGammaRed txtGammaRed sldGammaGreen "
          "txtGammaGreen sldGammaBlue txtGammaBlue btnRGBLink sldClipBlack txtClipBlack sldClipWhite "
-         "txtClipWhite "
-         "btnClose=onClose labGammaRed labGammaGreen labGammaBlue labGammaMin labGammaMid labGammaMax "
-         "curves:viewGamma sample:viewSample"},
+         "txtClipWhite btnClose=onClose labGammaRed labGammaGreen labGammaBlue labGammaMin labGammaMid "
+         "labGammaMax curves:viewGamma sample:viewSample"},
         {"TwDlgAbout", "",
          "btnOK=onOK text:txtDriverVersion text:txtDriverVerInfo text:txtScannerProduct "
-         "text:txtScannerVersion "
-         "text:txtScannerInterface text:txtCopyright"},
+         "text:txtScannerVersion text:txtScannerInterface text:txtCopyright"},
         {"TwDlgScanning", "", "btnStop=onScanCancel"},
         {"TwDlgDoubleExposure", "",
          "rdoDoubleExposure/4 cmbPaperSize btnHelp=onHelp btnCancel=onCancel btnOK=onOK"},
@@ -492,7 +483,7 @@ TwValue modelDefRootWithEveryControl(TwValue root) {
     TwValue uiControl = root.dict()->value("UIControl");
     for (const TabCase& c : tabCases()) {
         if (!uiControl.dict()->value(c.identifier).isDictionary())
-            uiControl.dict()->set(c.identifier, TwValue::dictionary());
+            uiControl.dict()->set(c.identifier, dict());
         TwValue dialog = uiControl.dict()->value(c.identifier);
         const std::string prefix = std::string("ModelDef.UIControl.") + c.identifier + ".";
         for (const Expected& e : expectedBindings(c)) {
@@ -500,7 +491,7 @@ TwValue modelDefRootWithEveryControl(TwValue root) {
                 continue;
             const std::string name = e.key.substr(prefix.size(), e.key.rfind('.') - prefix.size());
             if (!dialog.dict()->contains(name))
-                dialog.dict()->set(name, TwValue::dictionary({{"enabled", true}, {"hidden", false}}));
+                dialog.dict()->set(name, dict({{"enabled", true}, {"hidden", false}}));
         }
     }
     return root;
@@ -938,7 +929,7 @@ private slots:
     void theScannersControlDefinitionsHide() {
         TwValue root = modelDefRootWithEveryControl(sample.definition.deepCopy());
         TwValue feedDefs = root.dict()->value("UIControl").dict()->value("Feed");
-        feedDefs.dict()->set("FeedPageNumber", TwValue::dictionary({{"enabled", true}, {"hidden", true}}));
+        feedDefs.dict()->set("FeedPageNumber", dict({{"enabled", true}, {"hidden", true}}));
         SampleModelDef def(root);
         auto custom = sample.load({.modelDef = &def});
         auto feed = makeTab("TwainViewFeed", custom->model().get());
@@ -946,7 +937,7 @@ private slots:
         QVERIFY(!child(feed.get(), "rdoPage")->isHidden());
 
         feed->unbindControls();
-        feedDefs.dict()->set("FeedPageNumber", TwValue::dictionary({{"enabled", true}, {"hidden", false}}));
+        feedDefs.dict()->set("FeedPageNumber", dict({{"enabled", true}, {"hidden", false}}));
         feed->bindControlsToObject(custom->model().get());
         QVERIFY(!child(feed.get(), "txtPage")->isHidden() && !child(feed.get(), "labPageUnit")->isHidden());
     }
@@ -969,12 +960,12 @@ private slots:
 
     void theResolutionFieldsLowerBoundFoldsTheList() {
         auto list = [](std::initializer_list<TwValue> items) {
-            return TwValue::array(items);
+            return array(items);
         };
         QCOMPARE(TwainViewBasic::resolutionMinimum(list({50, 150, 1200})), 1200);
         QCOMPARE(TwainViewBasic::resolutionMinimum(list({150, 300})), 100);
         QCOMPARE(TwainViewBasic::resolutionMinimum(TwValue()), 100);
-        QCOMPARE(TwainViewBasic::resolutionMinimum(list({"75", 80, TwValue::dictionary(), 90})), 80);
+        QCOMPARE(TwainViewBasic::resolutionMinimum(list({"75", 80, dict(), 90})), 80);
     }
 
     // No control of a bound tab is cut off at the tab's edge.
