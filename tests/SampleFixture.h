@@ -7,7 +7,6 @@
 
 #include "SampleModelDef.h"
 #include "TwApplication.h"
-#include "TwBundle.h"
 #include "TwDlgCustom.h"
 #include "TwDlgCustomGamma.h"
 #include "TwDlgMain.h"
@@ -15,7 +14,6 @@
 #include "TwDlgPaperSize.h"
 #include "TwDlgSaveSetting.h"
 #include "TwDlgScanning.h"
-#include "TwEditCommit.h"
 #include "TwMessageBox.h"
 #include "TwPreferences.h"
 #include "TwainDialogController.h"

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "OrvaDebug.h"
+#include "TwBundle.h"
 #include "TwObservation.h"
 #include "TwPlist.h"
 #include "VmxUI.h"
@@ -57,26 +58,6 @@ template <class... T, class... Names> void columns(Names... names) {
     (QTest::addColumn<T>(names), ...);
 }
 
-// Points the diagnostic log at a fresh file for the lifetime of the object.
-class LogCapture {
-public:
-    LogCapture() : m_path(m_dir.path() + "/orva.log") {
-        QFile f(m_path);
-        f.open(QIODevice::WriteOnly);
-        OrvaSetLogPaths(m_path.toUtf8().constData(), nullptr);
-    }
-    ~LogCapture() { OrvaSetLogPaths(nullptr, nullptr); }
-    QString text() const {
-        QFile f(m_path);
-        return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
-    }
-    int count(const QString& needle) const { return int(text().count(needle)); }
-
-private:
-    QTemporaryDir m_dir;
-    QString m_path;
-};
-
 // HOME and XDG_CONFIG_HOME in a fresh folder for the lifetime of the object, so that nothing the
 // user or an earlier case saved is read and nothing of the user's is written.
 class TempHome {
@@ -114,6 +95,22 @@ inline QByteArray readFile(const QString& path, qint64 from = 0, qint64 n = -1) 
     f.seek(from >= 0 ? from : qMax<qint64>(0, f.size() + from));
     return n >= 0 ? f.read(n) : f.readAll();
 }
+
+// Points the diagnostic log at a fresh file for the lifetime of the object.
+class LogCapture {
+public:
+    LogCapture() : m_path(m_dir.filePath("orva.log")) {
+        writeFile(m_path, {});
+        OrvaSetLogPaths(QFile::encodeName(m_path).constData(), nullptr);
+    }
+    ~LogCapture() { OrvaSetLogPaths(nullptr, nullptr); }
+    QString text() const { return QString::fromUtf8(readFile(m_path)); }
+    int count(const QString& needle) const { return int(text().count(needle)); }
+
+private:
+    QTemporaryDir m_dir;
+    QString m_path;
+};
 
 // A bundle's string table in the language.
 inline void writeStrings(const QString& bundle, const TwValue& table, const QString& language = "en") {

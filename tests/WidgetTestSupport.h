@@ -50,6 +50,15 @@ inline void retype(QLineEdit* field, const QString& text) {
     QTest::keyClicks(field, text);
 }
 
+// Picks the entry, by index or by its text, as a person does: selected, then activated.
+inline void choose(QComboBox* box, int index) {
+    box->setCurrentIndex(index);
+    emit box->activated(index);
+}
+inline void choose(QComboBox* box, const QString& text) {
+    choose(box, box->findText(text));
+}
+
 // The button of a message box whose text is the title.
 inline QAbstractButton* buttonTitled(QMessageBox* box, const QString& title) {
     for (auto* b : box->buttons())

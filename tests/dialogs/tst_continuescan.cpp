@@ -2,7 +2,12 @@
 // beside it, polled message boxes, and all of them with the progress panel asked from many threads
 // at once while the GUI thread runs its loop; and message boxes from the message-type bit field
 // beneath: the buttons, their order and codes, the default and Escape buttons, the icon, and the
-// answers of a box that polls the data source.
+// answers of a box that polls the data source. The sample scanner's prescan page as the module
+// receives it (a bitmap of the asked depth, size and resolution, the right way up, with ratios that
+// fit the page) and the preview record filled for one or both sides or left empty; and the sample
+// data source's simulated scan run headless as a script runs it: the paper wait that ends by the
+// data source's poll, the pages going by, and the double feed whose question the scanner's panel
+// answers, going on or stopping by the answer.
 #include "SampleFixture.h"
 #include "SamplePage.h"
 #include "preview/PreviewPages.h"
@@ -368,35 +373,132 @@ private slots:
         QVERIFY(!ui->controllerIfMade()->scanningPanel()->isVisible());
     }
 
+    // ---- The sample scanner's pages and its simulated scan ----
+
+    void aPageIsABitmapOfTheAskedKind_data() {
+        columns<int, bool, int>("type", "back", "bits");
+        row("black and white front", int(SampleImageType::Binary), false, 1);
+        row("grayscale front", int(SampleImageType::Gray), false, 8);
+        row("colour front", int(SampleImageType::Color), false, 24);
+        row("colour back", int(SampleImageType::Color), true, 24);
+    }
+    void aPageIsABitmapOfTheAskedKind() {
+        auto [type, back, bits] = fetch<int, bool, int>("type", "back", "bits");
+        const SampleScanSettings settings{148.0, 210.0, 100, SampleImageType(type), false};
+        const SamplePage page = RenderSamplePage(settings, back ? SampleSide::Back : SampleSide::Front);
+        auto layout = TwDibLayoutOf(page.dib, page.length, "test");
+        QVERIFY(layout);
+        QCOMPARE(int(layout->bitCount), bits);
+        QCOMPARE(layout->totalSize(), std::uint64_t(page.length));
+        auto size = GetDIBSizeMillimetres(page.dib, page.length);
+        QVERIFY(size && std::abs(size->first - 148.0) < 0.2 && std::abs(size->second - 210.0) < 0.2);
+
+        // Mostly paper, some ink; colour only where the page has some.
+        QVERIFY(page.whiteRatio > 50 && page.blackRatio > 1 && page.whiteRatio + page.blackRatio <= 100);
+        QCOMPARE(page.colorRatio > 10, bits == 24 && !back);
+        QCOMPARE(page.colorRatio == 0, bits != 24 || back);
+
+        // The top rows are the top of the page: the margin is paper, the first text line ink.
+        QTemporaryDir dir;
+        const QString path = dir.filePath("page.bmp");
+        SaveBMP(page.dib, page.length, QFile::encodeName(path).constData(), 0);
+        std::free(page.dib);
+        const QImage image(path, "BMP");
+        QCOMPARE(image.size(), QSize(layout->width, layout->height));
+        QCOMPARE(image.pixel(2, 2), qRgb(255, 255, 255));
+        const int textX = int(std::lround(layout->width * 0.08)) + 1;
+        const int textY = int(std::lround(layout->height * 0.06)) + 1;
+        QVERIFY(qGray(image.pixel(textX, textY)) < 64);
+        QCOMPARE(qGray(image.pixel(textX, layout->height - 1 - textY)), 255);
+    }
+
+    // Both sides for duplex, the front alone otherwise; nothing half-filled when a side cannot be made.
+    void thePreviewRecordHoldsTheScannedSides() {
+        TwPreviewRecord record{};
+        SampleScanSettings settings{54.0, 86.0, 100, SampleImageType::Gray, true};
+        QVERIFY(RenderSamplePrescan(settings, &record) && record.front.pDIB && record.back.pDIB);
+        QCOMPARE(GetDIBSize(record.back.pDIB, record.back.imageLength), record.back.imageLength);
+        std::free(record.front.pDIB);
+        std::free(record.back.pDIB);
+
+        settings.duplex = false;
+        QVERIFY(RenderSamplePrescan(settings, &record));
+        QVERIFY(record.front.pDIB && !record.back.pDIB && record.back.imageLength == 0);
+        std::free(record.front.pDIB);
+
+        settings.lengthMm = 20000; // beyond 65535 pixels
+        QVERIFY(!RenderSamplePrescan(settings, &record));
+        QVERIFY(!record.front.pDIB && !record.back.pDIB && record.front.imageLength == 0);
+    }
+
+    // ---- The simulated scan, run headless ----
+
+    void aHeadlessScanGoesOnOrStopsByTheAnswer_data() {
+        columns<QString, QStringList>("answer", "lines");
+        row("continue", "continue",
+            QStringList{"scan: paper wait answered 10 (OK)", "event 0x1001: continue-scan question opens",
+                        "event 0x1002: continue-scan question closed",
+                        "scan: continue-scan question at page 2 answered 15 (Continue)", "scan: page 4 of 4",
+                        "scan: finished: 4 of 4 pages scanned"});
+        row("stop", "stop",
+            QStringList{"scan: paper wait answered 10 (OK)", "scan: page 1 of 4",
+                        "scan: continue-scan question at page 2 answered 16 (Stop)",
+                        "scan: finished: 1 of 4 pages scanned"});
+    }
+    void aHeadlessScanGoesOnOrStopsByTheAnswer() {
+        auto [answer, lines] = fetch<QString, QStringList>("answer", "lines");
+        QProcess sample;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("QT_QPA_PLATFORM", "offscreen");
+        // A home and preferences of the run's own, never the user's.
+        QTemporaryDir home;
+        env.insert("HOME", home.path());
+        env.insert("XDG_CONFIG_HOME", home.path());
+        sample.setProcessEnvironment(env);
+        sample.start(QStringLiteral(SAMPLEDS_PATH),
+                     {"--headless", "--scan", "--scan-pages", "4", "--double-feed-at", "2", "--paper-wait",
+                      "0.3", "--page-time", "20", "--auto-answer", answer, "--answer-after", "0"});
+        QVERIFY(sample.waitForFinished(60000));
+        const QString out = QString::fromUtf8(sample.readAllStandardOutput());
+        QCOMPARE(sample.exitCode(), 0);
+        // In this order, each once.
+        qsizetype from = 0;
+        for (const QString& line : lines) {
+            const qsizetype at = out.indexOf(line, from);
+            QVERIFY2(at >= 0, qPrintable(line + QStringLiteral("\nnot after position ") +
+                                         QString::number(from) + QStringLiteral(" in:\n") + out));
+            from = at + line.size();
+        }
+        QCOMPARE(out.count("event 0x1002"), 1);
+    }
+
     // ---- Message boxes ----
 
     // The buttons left to right with their codes, the Escape button (-1: none) and the icon; a
     // set the caller does not know gives one plain button that answers nothing.
     void buttonSetsSwapAndIcons_data() {
-        columns<uint, bool, QStringList, QList<int>, int, int>("type", "withContinueStop", "buttons", "codes",
-                                                               "escape", "icon");
-        row("0x20001 OK, caution", 0x20001u, false, QStringList{"OK"}, QList<int>{10}, -1,
-            int(QMessageBox::Warning));
-        row("0x40002 OK/Cancel, question", 0x40002u, false, QStringList{"OK", "Cancel"}, QList<int>{10, 11},
-            1, int(QMessageBox::Question));
-        row("0x102 swapped OK/Cancel", 0x102u, false, QStringList{"Cancel", "OK"}, QList<int>{11, 10}, 0,
-            int(QMessageBox::NoIcon));
-        row("0x10003 Yes/No, note", 0x10003u, false, QStringList{"Yes", "No"}, QList<int>{12, 13}, 1,
-            int(QMessageBox::Information));
-        row("0x30004 Retry/Cancel, stop", 0x30004u, false, QStringList{"Retry", "Cancel"}, QList<int>{14, 11},
-            1, int(QMessageBox::Critical));
-        row("0x50002 icon beyond 4", 0x50002u, false, QStringList{"OK", "Cancel"}, QList<int>{10, 11}, 1,
-            int(QMessageBox::NoIcon));
-        row("facade's set 5 swapped", 0x105u, true, QStringList{"Stop", "Continue"}, QList<int>{16, 15}, 0,
-            int(QMessageBox::NoIcon));
-        row("set 5 without the facade", 5u, false, QStringList{"OK"}, QList<int>{0}, -1,
-            int(QMessageBox::NoIcon));
-        row("set 0", 0x20000u, true, QStringList{"OK"}, QList<int>{0}, -1, int(QMessageBox::Warning));
+        // buttons: "title=code" left to right
+        columns<uint, bool, QString, int, int>("type", "withContinueStop", "buttons", "escape", "icon");
+        row("0x20001 OK, caution", 0x20001u, false, "OK=10", -1, int(QMessageBox::Warning));
+        row("0x40002 OK/Cancel, question", 0x40002u, false, "OK=10 Cancel=11", 1, int(QMessageBox::Question));
+        row("0x102 swapped OK/Cancel", 0x102u, false, "Cancel=11 OK=10", 0, int(QMessageBox::NoIcon));
+        row("0x10003 Yes/No, note", 0x10003u, false, "Yes=12 No=13", 1, int(QMessageBox::Information));
+        row("0x30004 Retry/Cancel, stop", 0x30004u, false, "Retry=14 Cancel=11", 1,
+            int(QMessageBox::Critical));
+        row("0x50002 icon beyond 4", 0x50002u, false, "OK=10 Cancel=11", 1, int(QMessageBox::NoIcon));
+        row("facade's set 5 swapped", 0x105u, true, "Stop=16 Continue=15", 0, int(QMessageBox::NoIcon));
+        row("set 5 without the facade", 5u, false, "OK=0", -1, int(QMessageBox::NoIcon));
+        row("set 0", 0x20000u, true, "OK=0", -1, int(QMessageBox::Warning));
     }
     void buttonSetsSwapAndIcons() {
-        auto [type, withContinueStop, buttons, codes, escape, icon] =
-            fetch<uint, bool, QStringList, QList<int>, int, int>("type", "withContinueStop", "buttons",
-                                                                 "codes", "escape", "icon");
+        auto [type, withContinueStop, set, escape, icon] =
+            fetch<uint, bool, QString, int, int>("type", "withContinueStop", "buttons", "escape", "icon");
+        QStringList buttons;
+        QList<int> codes;
+        for (const QString& b : set.split(' ')) {
+            buttons << b.section('=', 0, 0);
+            codes << b.section('=', 1).toInt();
+        }
         auto s = boxFor(type, withContinueStop);
         QCOMPARE(s.knownSet, codes != QList<int>{0});
         QCOMPARE(titles(s), buttons);

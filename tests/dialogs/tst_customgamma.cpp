@@ -311,8 +311,7 @@ private slots:
             QCOMPARE(int(d->gammaDataB()[239]), int(tableOf(4, 240, 0.8)[239]));
             QVERIFY(!d->isChanged());
 
-            d->cmbSettingName()->setCurrentIndex(1);
-            emit d->cmbSettingName()->activated(1);
+            choose(d->cmbSettingName(), 1);
             QCOMPARE(value(d, "fGammaRed").doubleValue(), 5.0);
             QCOMPARE(value(d, "fGammaGreen").doubleValue(), 0.2);
             QVERIFY(!d->isChanged());
@@ -462,9 +461,7 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("temp.ColorImage.Gamma"), before);
 
         auto pick = whenModal<TwDlgCustomGamma>([](TwDlgCustomGamma* d) {
-            const int index = d->cmbSettingName()->findText(u"Vivid"_s);
-            d->cmbSettingName()->setCurrentIndex(index);
-            emit d->cmbSettingName()->activated(index);
+            choose(d->cmbSettingName(), u"Vivid"_s);
             QCOMPARE(value(d, "fGammaRed").doubleValue(), 1.4);
             d->onClose();
         });

@@ -792,8 +792,7 @@ private slots:
             shownOrder = d->rdoDoubleExposure()->selectedIndex();
             shownPaper = d->cmbPaperSize()->currentIndex();
             d->findChild<QRadioButton*>("rdoDoubleExposure_3")->click();
-            d->cmbPaperSize()->setCurrentIndex(5); // as a person picks it
-            emit d->cmbPaperSize()->activated(5);
+            choose(d->cmbPaperSize(), 5);
             QTest::mouseClick(ok ? d->btnOK() : d->btnCancel(), Qt::LeftButton);
         });
         ui->controller()->onDoubleExposure();
@@ -836,8 +835,7 @@ private slots:
         double inches = 0;
         auto timer = whenModal<TwDlgCustom>([&](TwDlgCustom* d) {
             shownMillimetres = d->field("removalLeft")->text();
-            d->cmbUnit()->setCurrentIndex(d->cmbUnit()->findText("Inches"));
-            emit d->cmbUnit()->activated(d->cmbUnit()->currentIndex());
+            choose(d->cmbUnit(), u"Inches"_s);
             inches = d->margin("removalLeft");
             shownInches = d->field("removalLeft")->text();
             retype(d->field("removalTop"), "0.1");

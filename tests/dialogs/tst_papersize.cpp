@@ -116,8 +116,7 @@ private slots:
             QCOMPARE(label->text(), u"216.0"_s);
             QCOMPARE(size.data().toString(), u"85.6 × 54.0"_s);
 
-            d->cmbUnit()->setCurrentIndex(d->cmbUnit()->findText(u"Inches"_s));
-            emit d->cmbUnit()->activated(d->cmbUnit()->currentIndex());
+            choose(d->cmbUnit(), u"Inches"_s);
             QCOMPARE(d->unit(), 0);
             QCOMPARE(d->ownValues().valueForKeyPath("paperWidth").doubleValue(), 210.0 / 25.4);
             QCOMPARE(d->txtWidth()->text(), u"8.27"_s);

@@ -63,43 +63,33 @@ inline TwValue sampleData() {
                  {"AutoDistinction", dict({{"RateBinaryImage", 0}})}});
 }
 
-// Working copies as a loaded profile leaves them: the front values of every family.
-inline void fillWorkingCopies(TwainDialogData& model) {
-    for (const char* family : TwainDialogData::kSideFamilies) {
-        TwValue front = model.valueForKeyPath(std::string("Data.") + family + ".Front");
-        for (auto& [key, value] : *front.dict())
-            model.setValueForKeyPathWithoutNotification(value, std::string("temp.") + family + "." + key);
-        model.setValueForKeyPathWithoutNotification(TwValue(0), std::string("temp.") + family + "Side");
-    }
-}
-
-// A store filled as the facade fills it, observing itself.
-inline std::unique_ptr<TwainDialogData> loadedModel(TestModelDef& def, bool workingCopies = true) {
-    auto model = std::make_unique<TwainDialogData>();
-    model->setModelDef(&def);
-    model->setValueForKeyPath(sampleData(), "Data");
-    model->setValueForKeyPath(
-        dict({{"PaperSize", standardPapers()}, {"RateImage", rateChoices({0, 1, 2, 3})}}), "content");
-    model->setValueForKeyPath(dict({{"temporary", "Untitled"}, {"name", "Untitled"}}), "profiles");
-    model->setValueForKeyPath(
-        dict({{"text",
-               dict({{"sideFront", "Front side"}, {"sideBack", "Back side"}, {"sideBoth", "Both sides"}})}}),
-        "const");
-    if (workingCopies)
-        fillWorkingCopies(*model);
-    model->addSelfObserver();
-    return model;
-}
-
-// The fixture of the tests that work on a loaded store: init() makes both afresh; a test that
-// shapes the definition calls reload().
+// The fixture of the tests that work on a store filled as the facade fills it, observing itself,
+// with the working copies as a loaded profile leaves them (the front values of every family):
+// init() makes both afresh; a test that shapes the definition calls reload().
 class ModelFixture : public QObject {
 protected:
     std::unique_ptr<TestModelDef> def; // declared first: the store refers to it
     std::unique_ptr<TwainDialogData> model;
-    void reload(bool workingCopies = true) {
+    void reload() {
         model.reset();
-        model = loadedModel(*def, workingCopies);
+        model = std::make_unique<TwainDialogData>();
+        model->setModelDef(def.get());
+        model->setValueForKeyPath(sampleData(), "Data");
+        model->setValueForKeyPath(
+            dict({{"PaperSize", standardPapers()}, {"RateImage", rateChoices({0, 1, 2, 3})}}), "content");
+        model->setValueForKeyPath(dict({{"temporary", "Untitled"}, {"name", "Untitled"}}), "profiles");
+        model->setValueForKeyPath(dict({{"text", dict({{"sideFront", "Front side"},
+                                                       {"sideBack", "Back side"},
+                                                       {"sideBoth", "Both sides"}})}}),
+                                  "const");
+        for (const char* family : TwainDialogData::kSideFamilies) {
+            TwValue front = model->valueForKeyPath(std::string("Data.") + family + ".Front");
+            for (auto& [key, value] : *front.dict())
+                model->setValueForKeyPathWithoutNotification(value,
+                                                             std::string("temp.") + family + "." + key);
+            model->setValueForKeyPathWithoutNotification(TwValue(0), std::string("temp.") + family + "Side");
+        }
+        model->addSelfObserver();
     }
     void reload(const TwValue& rules) {
         def->rules = rules;

@@ -7,7 +7,6 @@
 // helpers, texts and the capability records sent as event 1) and its value tree (equality and
 // conversions, reference semantics of containers, the ordered dictionary).
 #include "ModelTestSupport.h"
-#include "TwBundle.h"
 
 #include <limits>
 #include <stdexcept>

@@ -307,8 +307,7 @@ private slots:
         QCOMPARE(colours(), (QList<QColor>{Qt::red}));
         QCOMPARE(p->cmbArea()->count(), 3);
 
-        p->cmbArea()->setCurrentIndex(1);
-        emit p->cmbArea()->activated(1);
+        choose(p->cmbArea(), 1);
         QCOMPARE(p->selectedArea(), std::int16_t(0));
         set(*ui, "Data.Area.Front.L1.Enable", false);
         QCOMPARE(p->selectedArea(), kTwMainAreaId);

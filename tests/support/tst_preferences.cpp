@@ -7,7 +7,6 @@
 // that do not fit their buffer.
 #include "ImageShared.h"
 #include "TestSupport.h"
-#include "TwBundle.h"
 #include "TwPreferences.h"
 #include "TwStrings.h"
 
@@ -32,14 +31,7 @@ class TestPreferences : public QObject {
         return dib;
     }
 
-    static TwBitmapInfoHeader headerOf(const Bytes& dib) {
-        TwBitmapInfoHeader header;
-        std::memcpy(&header, dib.data(), sizeof header);
-        return header;
-    }
-
     static inline std::vector<unsigned> s_sleeps;
-    static void recordSleep(unsigned seconds) { s_sleeps.push_back(seconds); }
 
     static QByteArray palette2(QColor clear, QColor set) {
         const char entries[8] = {char(clear.blue()), char(clear.green()), char(clear.red()), 0,
@@ -490,7 +482,8 @@ private slots:
         QCOMPARE(layout->totalSize(), std::size_t(headerSize + stride * height));
         Bytes dib(layout->totalSize(), 0xAB);
         SetDIBHeader(dib.data(), width, height, 12345, dpi, std::uint16_t(bits));
-        const TwBitmapInfoHeader h = headerOf(dib);
+        TwBitmapInfoHeader h;
+        std::memcpy(&h, dib.data(), sizeof h);
         QCOMPARE((QList<qint64>{h.biSize, h.biWidth, h.biHeight, h.biPlanes, h.biBitCount, h.biXPelsPerMeter,
                                 h.biYPelsPerMeter}),
                  (QList<qint64>{40, width, height, 1, bits, perMetre, perMetre}));
@@ -536,7 +529,7 @@ private slots:
     // zero-filled.
     void allocationRetriesAndHandles() {
         s_sleeps.clear();
-        SetDIBAllocSleep(&recordSleep);
+        SetDIBAllocSleep([](unsigned seconds) { s_sleeps.push_back(seconds); });
         void* block = AllocDIBMemoryWait(24, 100, 100);
         QVERIFY(block && s_sleeps.empty());
         std::free(block);

@@ -540,24 +540,8 @@ class TestForms : public QObject {
         return b;
     }
 
-    // Chooses a unit the way the user does: the pop-up's entry, activated.
-    static void chooseUnit(TwainViewArea* tab, int index) {
-        auto* unit = child<QComboBox>(tab, "cmbUnit");
-        unit->setCurrentIndex(index);
-        emit unit->activated(index);
-    }
-
-    void addTabRows() {
-        QTest::addColumn<QString>("className");
-        for (const QString& name : TwainView::classNames())
-            row(qPrintable(name), name);
-    }
-
-    void formRows() {
-        QTest::addColumn<int>("index");
-        for (int i = 0; i < contracts().size(); ++i)
-            row(qPrintable(contracts()[i].className), i);
-    }
+    // Chooses a unit the way the user does.
+    static void chooseUnit(TwainViewArea* tab, int index) { choose(child<QComboBox>(tab, "cmbUnit"), index); }
 
 private slots:
     void initTestCase() {
@@ -583,7 +567,11 @@ private slots:
     // The form is made under its parent with its identifier, every outlet is there once with its
     // kind, names are unique, every push button names its action (and tag), every input has an
     // accessible name and every mnemonic is distinct and leads to a control.
-    void formMatchesItsContract_data() { formRows(); }
+    void formMatchesItsContract_data() {
+        QTest::addColumn<int>("index");
+        for (int i = 0; i < contracts().size(); ++i)
+            row(qPrintable(contracts()[i].className), i);
+    }
     void formMatchesItsContract() {
         QFETCH(int, index);
         const FormContract& contract = contracts()[index];
@@ -766,7 +754,11 @@ private slots:
     // observation, binding again makes as many, none of it edits the settings, and a tab that goes
     // away while bound takes its bindings with it. With a definition for every control, each tab
     // makes the bindings its table lists.
-    void everyTabMakesItsBindings_data() { addTabRows(); }
+    void everyTabMakesItsBindings_data() {
+        QTest::addColumn<QString>("className");
+        for (const QString& name : TwainView::classNames())
+            row(qPrintable(name), name);
+    }
     void everyTabMakesItsBindings() {
         QFETCH(QString, className);
         const TabCase& c = tabCase(className);
