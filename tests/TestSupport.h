@@ -161,6 +161,11 @@ template <class T = int> std::vector<T> codes(const TwValue& list, const char* k
     return out;
 }
 
+// A custom paper as the preferences keep it, in millimetres.
+inline TwValue customPaper(const std::string& name, double width, double length) {
+    return dict({{"Name", name}, {"Width", width}, {"Length", length}});
+}
+
 // A model definition the test shapes.
 class TestModelDef : public TwModelDefFile {
 public:

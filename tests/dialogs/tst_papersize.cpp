@@ -11,10 +11,6 @@ class TestPaperSize : public QObject {
     static constexpr double kMinWidth = 2.0 * 25.4, kMaxWidth = 8.504 * 25.4, kMinLength = 2.0 * 25.4,
                             kMaxLength = 118.0 * 25.4;
 
-    static TwValue paper(const std::string& name, double width, double length) {
-        return dict({{"Name", name}, {"Width", width}, {"Length", length}});
-    }
-
     SampleScanner scanner;
 
     // Enters a paper as the user would leave it in the fields (already converted to the unit).
@@ -70,7 +66,7 @@ private slots:
         QCOMPARE(papers(*ui).list()->size(), std::size_t(savedName.isEmpty() ? 0 : 1));
         if (!savedName.isEmpty())
             QCOMPARE(papers(*ui).list()->front(),
-                     paper(savedName.toStdString(), float(saved.width()), float(saved.height())));
+                     customPaper(savedName.toStdString(), float(saved.width()), float(saved.height())));
     }
 
     // The fifty-first new paper is refused; a paper of the same name is saved over after a Yes,
@@ -78,7 +74,7 @@ private slots:
     void fiftyPapersAndOverwriting() {
         auto ui = scanner.load();
         for (int i = 0; i < 50; ++i)
-            papers(*ui).list()->push_back(paper("Paper " + std::to_string(i), 100, 100));
+            papers(*ui).list()->push_back(customPaper("Paper " + std::to_string(i), 100, 100));
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             enter(d, "One too many", 120, 120);
             d->onSave();
@@ -106,7 +102,7 @@ private slots:
     // limit labels and the list follow the unit.
     void switchingUnits() {
         auto ui = scanner.load({.flatbed = false});
-        papers(*ui).list()->push_back(paper("Card", 85.6, 54.0));
+        papers(*ui).list()->push_back(customPaper("Card", 85.6, 54.0));
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             auto* formatter = qobject_cast<const TwainNumberFormatter*>(d->txtWidth()->validator());
             auto* label = d->findChild<QLabel*>(u"labADFMaxWidth"_s);
@@ -166,7 +162,7 @@ private slots:
             fetch<int, int, int, int, QString>("count", "row", "answer", "selectedAfter", "nameShown");
         auto ui = scanner.load();
         for (int i = 0; i < count; ++i)
-            papers(*ui).list()->push_back(paper("P" + std::to_string(i), 100 + i, 200));
+            papers(*ui).list()->push_back(customPaper("P" + std::to_string(i), 100 + i, 200));
         scanner.boxAnswer = answer;
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             QVERIFY(!d->btnDelete()->isEnabled());
@@ -212,7 +208,7 @@ private slots:
             });
             QCOMPARE(list.list()->size(), std::size_t(1));
         }
-        QCOMPARE(papers(*scanner.load()), array({paper("Receipt", 80.0, double(250.5f))}));
+        QCOMPARE(papers(*scanner.load()), array({customPaper("Receipt", 80.0, double(250.5f))}));
     }
 
     // From the Basic tab's button with the main dialog modal and modeless: a paper added becomes
@@ -258,8 +254,8 @@ private slots:
         if (qEnvironmentVariableIsEmpty("VMX_EDITOR_SHOTS"))
             QSKIP("VMX_EDITOR_SHOTS is not set");
         auto ui = scanner.load();
-        for (const TwValue& p :
-             {paper("Receipt", 80.0, 297.0), paper("Postcard", 100.0, 148.0), paper("Check", 152.4, 69.8)})
+        for (const TwValue& p : {customPaper("Receipt", 80.0, 297.0), customPaper("Postcard", 100.0, 148.0),
+                                 customPaper("Check", 152.4, 69.8)})
             papers(*ui).list()->push_back(p);
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
             d->ownValues().setValueForKeyPath(0, "unit");

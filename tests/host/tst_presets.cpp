@@ -209,8 +209,7 @@ private slots:
     void twoProcessesSavingInTurnKeepBoth() {
         auto first = sample.load();
         auto second = sample.load();
-        first->model()->m_CustomPapers.list()->push_back(
-            dict({{"Name", "Card"}, {"Width", 55.0}, {"Length", 91.0}}));
+        first->model()->m_CustomPapers.list()->push_back(customPaper("Card", 55.0, 91.0));
         QVERIFY(first->model()->saveCustomPaperSize());
         second->setDataWithKeyPathValue(dict({{"Customize.BorderRemoval.left", 12}}));
         second->model()->saveCustomize();
@@ -223,11 +222,8 @@ private slots:
         auto third = sample.load();
         QVERIFY(third->model()->customPaperExist(TwValue("Card")));
         QCOMPARE(third->dataForKeyPath("Customize.BorderRemoval.left").intValue(), 12);
-        QVERIFY(third->dataForKeyPath("content.PaperSizeAll.display")
-                    .list()
-                    ->back()
-                    .stringValue()
-                    .starts_with("Card - 55.0 x 91.0 mm"));
+        const auto papers = codes<std::string>(third->dataForKeyPath("content.PaperSizeAll"), "display");
+        QVERIFY(papers.back().starts_with("Card - 55.0 x 91.0 mm"));
         auto names = profileNames(*third->model());
         QCOMPARE(names.size(), std::size_t(1 + 20 + 20));
         QVERIFY(std::count(names.begin(), names.end(), "First 19") == 1);

@@ -27,10 +27,6 @@ inline TwValue rateChoices(std::initializer_list<int> codes) {
     return list;
 }
 
-inline TwValue customPaper(const char* name, double width, double length) {
-    return dict({{"Name", name}, {"Width", width}, {"Length", length}});
-}
-
 inline TwValue sideValues(int brightness, int contrast, int gamma) {
     return dict({{"Brightness", brightness}, {"Contrast", contrast}, {"Gamma", gamma}});
 }

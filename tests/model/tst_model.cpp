@@ -298,9 +298,8 @@ private slots:
         row("a match", array({dict({{"ProfileName", "B"}}), dict({{"ProfileName", "A"}})}), true);
     }
     void selectingAProfileByName() {
-        QFETCH(TwValue, profiles);
+        auto [profiles, saved] = fetch<TwValue, bool>("profiles", "saved");
         model->m_CustomProfiles = profiles;
-        QFETCH(bool, saved);
         model->setValueForKeyPath(TwValue("A"), "profiles.name");
         QCOMPARE(model->valueForKeyPath("profiles.name"),
                  saved ? TwValue("A") : model->valueForKeyPath("profiles.temporary"));
@@ -475,11 +474,9 @@ private slots:
         auto [type, distinction, grayColor] =
             fetch<int, QString, QString>("type", "distinction", "grayColor");
         model->setValueForKeyPath(TwValue(type), "Data.ImageType");
-        auto text = [&](const QString& key) {
-            return TwValue(model->localizedString(key.toStdString()));
-        };
-        QCOMPARE(model->valueForKeyPath("temp.Distinction"), text(distinction));
-        QCOMPARE(model->valueForKeyPath("temp.GrayColor"), text(grayColor));
+        QCOMPARE(valuesAt(*model, {"temp.Distinction", "temp.GrayColor"}),
+                 array({model->localizedString(distinction.toStdString()),
+                        model->localizedString(grayColor.toStdString())}));
     }
 
     void aDisabledFeedPageModeIsSwitchedOff() {

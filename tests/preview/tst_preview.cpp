@@ -67,9 +67,7 @@ class TestPreview : public QObject {
     SampleScanner sample;
 
     Facade shown(bool modal = false) {
-        auto ui = sample.load({.callback = &prescanCallback});
-        ui->showUi(true, modal, false);
-        return ui;
+        return sample.load({.callback = &prescanCallback, .show = true, .modal = modal});
     }
     static TwDlgPreview* prescan(VmxUIControllerImpl& ui) {
         QTest::mouseClick(ui.controllerIfMade()->windowIfLoaded()->btnPrescan(), Qt::LeftButton);
@@ -177,11 +175,10 @@ private slots:
             fetch<int, QRectF, QList<QPointF>, QString>("unit", "placed", "path", "written");
         auto ui = shown();
         const bool sub = !placed.isEmpty();
-        if (sub) {
+        if (sub)
             placeSubArea(*ui, placed);
-        } else {
+        else
             set(*ui, {{"temp.Area.Width", 100.0}, {"temp.Area.Length", 100.0}});
-        }
         set(*ui, "Data.Area.Unit", unit);
         TwDlgPreview* p = prescan(*ui);
         QVERIFY(p);
@@ -654,8 +651,7 @@ private slots:
     // The five cursor pictures come from the module's bundle with their hot spots.
     void cursorsFromTheBundle() {
         for (const char* name : {"ZoomIn", "ZoomOut", "Resize_Move", "Resize_RightDown", "Resize_RightUp"}) {
-            QPixmap picture(
-                QStringLiteral(VMX_BUNDLE_DIR "/Contents/Resources/%1.ico").arg(QLatin1String(name)));
+            const QPixmap picture(VMX_BUNDLE_DIR "/Contents/Resources/" + QString(name) + ".ico");
             QVERIFY2(picture.size() == QSize(32, 32), name);
             QVERIFY(picture.toImage().hasAlphaChannel());
         }

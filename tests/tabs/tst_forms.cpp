@@ -24,7 +24,7 @@ namespace {
 // names (sld slider, rdo radio group with "/segments", tbl table, box group box, img image view,
 // stp stepper, lab text, cmb pop-up, txt field, btn check box), "kind:name" of another kind, and
 // "name=action" or "name=action/tag" for a push button and the action it names; @levels and
-// @cleanup stand for the outlets the image tabs share.
+// @cleanup stand for the outlets the image tabs share, @Front and @Back for the Area tab's side.
 struct FormContract {
     QString className;
     QString identifier; // empty for the main panel
@@ -40,10 +40,16 @@ QList<Outlet> outletsOf(const FormContract& contract) {
         {"sld", "slider"},  {"rdo", "radio"}, {"tbl", "table"}, {"box", "box"},   {"img", "image"},
         {"stp", "stepper"}, {"lab", "text"},  {"cmb", "popup"}, {"txt", "field"}, {"btn", "check"}};
     QList<Outlet> out;
-    const QString outlets =
-        QString(contract.outlets)
-            .replace("@levels", "sldBrightness txtBrightness sldContrast txtContrast")
-            .replace("@cleanup", "btnBorderRemoval btnRemoveShadow btnHoleRemoval btnMirror");
+    QString outlets = QString(contract.outlets)
+                          .replace("@levels", "sldBrightness txtBrightness sldContrast txtContrast")
+                          .replace("@cleanup", "btnBorderRemoval btnRemoveShadow btnHoleRemoval btnMirror");
+    for (QString side : {"Front", "Back"}) { // the Area tab's three sub-areas and halftone of a side
+        QString rows;
+        for (QString n : {"1", "2", "3"})
+            rows += u"btn%1Area%2 txt%1X%2 txt%1Y%2 txt%1Width%2 txt%1Length%2 txt%1Brightness%2 "
+                    "stp%1Brightness%2 "_s.arg(side, n);
+        outlets.replace('@' + side, rows + "cmb" + side + "Halftone");
+    }
     for (QString token : outlets.split(' ', Qt::SkipEmptyParts)) {
         Outlet o;
         if (token.contains(':'))
@@ -78,20 +84,6 @@ QStringList tabStops(const FormContract& contract, const QString& side = {}) {
     return stops;
 }
 
-QString areaOutlets() {
-    QString out = "cmbUnit txtFrontX txtWidth txtBackX txtLength txtY tblSide";
-    for (const char* side : {"Front", "Back"}) {
-        for (int n = 1; n <= 3; ++n)
-            out +=
-                QStringLiteral(" btn%1Area%2 txt%1X%2 txt%1Y%2 txt%1Width%2 txt%1Length%2 txt%1Brightness%2 "
-                               "stp%1Brightness%2")
-                    .arg(side)
-                    .arg(n);
-        out += u" cmb%1Halftone"_s.arg(side);
-    }
-    return out + " boxSubArea";
-}
-
 const QList<FormContract>& contracts() {
     static const QList<FormContract> list{
         {"TwainViewBasic", "Basic",
@@ -120,7 +112,8 @@ const QList<FormContract>& contracts() {
         {"TwainViewFeed", "Feed",
          "cmbManualFeed txtTimeOut btnTimeOutUnlimited btnDetectDoubleFeed cmbSensitivity rdoPage/2 "
          "txtPage cmbNoLookAhead"},
-        {"TwainViewArea", "Area", areaOutlets()},
+        {"TwainViewArea", "Area",
+         "cmbUnit txtFrontX txtWidth txtBackX txtLength txtY tblSide @Front @Back boxSubArea"},
         {"TwainViewControlSheet", "ControlSheet", "btnDetectSeparationSheet btnSkipSeparationSheet"},
         {"TwainViewImprinter", "Imprinter", ""},
         {"TwainViewPatchCode", "PatchCode", ""},
@@ -1220,9 +1213,6 @@ private:
     // parent or overlaps a sibling.
     void checkFits(QWidget* form) {
         QStringList faults;
-        auto size = [](QSize s) {
-            return u"%1x%2"_s.arg(s.width()).arg(s.height());
-        };
         for (QWidget* w : form->findChildren<QWidget*>()) {
             if (!isFormWidget(w) || !w->isVisibleTo(form))
                 continue;
@@ -1232,10 +1222,12 @@ private:
             auto* button = qobject_cast<QAbstractButton*>(w);
             if ((label && !label->text().isEmpty()) || (button && !button->text().isEmpty())) {
                 if (w->width() < hint.width() || w->height() < hint.height())
-                    faults << name + " clipped: " + size(w->size()) + " < " + size(hint);
+                    faults << name + " clipped: " + QDebug::toString(w->size()) + " < " +
+                                  QDebug::toString(hint);
             } else if (qobject_cast<QComboBox*>(w)) {
                 if (w->width() < hint.width())
-                    faults << name + " squeezed: " + size(w->size()) + " < " + size(hint);
+                    faults << name + " squeezed: " + QDebug::toString(w->size()) + " < " +
+                                  QDebug::toString(hint);
             } else if (auto* box = qobject_cast<QGroupBox*>(w)) {
                 const int title = box->fontMetrics().horizontalAdvance(box->title());
                 if (w->width() < box->minimumSizeHint().width() || w->width() < title)
@@ -1248,7 +1240,8 @@ private:
                 opt.lineWidth = edit->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &opt, edit);
                 const QRect text = edit->style()->subElementRect(QStyle::SE_LineEditContents, &opt, edit);
                 if (text.width() < need)
-                    faults << name + " shows " + size(text.size()) + " of " + QString::number(need) + " px";
+                    faults << name + " shows " + QDebug::toString(text.size()) + " of " +
+                                  QString::number(need) + " px";
             }
             QWidget* parent = w->parentWidget();
             if (parent && parent != form->window() && !parent->rect().contains(w->geometry()) &&
