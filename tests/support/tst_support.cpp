@@ -1094,34 +1094,32 @@ private slots:
 
     // ---- Byte rows ----
 
+    static QByteArray hex(const char* text) { return QByteArray::fromHex(text); }
+
     void copyFamily_data() {
         columns<QString, QByteArray, int, QByteArray>("function", "source", "count", "palette");
         // The destination starts as 0xEE bytes (as many as expected), or as the source when the
         // function works in place; for lines, count is the line length and there are two lines.
         QTest::addColumn<QByteArray>("expected");
         const QByteArray none;
-        row("copy", "ByteCopy", QByteArray("\x01\x02\x03\x04", 4), 3, none,
-            QByteArray("\x01\x02\x03\xEE", 4));
-        row("inverted", "ByteCopyReverse", QByteArray("\x00\xFF\x0F", 3), 3, none,
-            QByteArray("\xFF\x00\xF0\xEE", 4));
-        row("bit order reversed", "ByteCopyBitRev", QByteArray("\x01\x80\x0F\xA0", 4), 4, none,
-            QByteArray("\x80\x01\xF0\x05\xEE", 5));
-        row("bit order reversed and inverted", "ByteCopyBitRevReverse", QByteArray("\x01\x0F", 2), 2, none,
-            QByteArray("\x7F\x0F\xEE", 3));
+        row("copy", "ByteCopy", hex("01 02 03 04"), 3, none, hex("01 02 03 ee"));
+        row("inverted", "ByteCopyReverse", hex("00 ff 0f"), 3, none, hex("ff 00 f0 ee"));
+        row("bit order reversed", "ByteCopyBitRev", hex("01 80 0f a0"), 4, none, hex("80 01 f0 05 ee"));
+        row("bit order reversed and inverted", "ByteCopyBitRevReverse", hex("01 0f"), 2, none,
+            hex("7f 0f ee"));
         row("RGB swapped, whole pixels only", "ByteCopySwapRGB", QByteArray("abcdefg"), 7, none,
             QByteArray("cbafed\xEE\xEE"));
-        row("RGB swapped, less than a pixel", "ByteCopySwapRGB", QByteArray("ab"), 2, none,
-            QByteArray("\xEE\xEE\xEE"));
+        row("RGB swapped, less than a pixel", "ByteCopySwapRGB", QByteArray("ab"), 2, none, hex("ee ee ee"));
         row("RGB swapped in place", "ByteSwapRGB", QByteArray("abcdefgh"), 6, none, QByteArray("cbafedgh"));
         row("RGB swapped in lines of 7 bytes", "ByteSwapRGBLines", QByteArray("abcdefgABCDEFGx"), 7, none,
             QByteArray("cbafedgCBAFEDGx"));
-        row("1 bit to grey, white and black", "ByteCopy1bppTo8bpp", QByteArray("\xA5\x80", 2), 9,
-            palette2(Qt::white, Qt::black), QByteArray("\x00\xFF\x00\xFF\xFF\x00\xFF\x00\x00\xEE", 10));
+        row("1 bit to grey, white and black", "ByteCopy1bppTo8bpp", hex("a5 80"), 9,
+            palette2(Qt::white, Qt::black), hex("00 ff 00 ff ff 00 ff 00 00 ee"));
         // The grey weights: 0.299 of red, 0.587 of green, 0.114 of blue.
-        row("1 bit to grey, red and green", "ByteCopy1bppTo8bpp", QByteArray("\x40", 1), 3,
-            palette2(Qt::red, Qt::green), QByteArray("\x4C\x96\x4C\xEE", 4));
-        row("1 bit to grey, blue and grey", "ByteCopy1bppTo8bpp", QByteArray("\x80", 1), 2,
-            palette2(Qt::blue, QColor(100, 150, 200)), QByteArray("\x8D\x1D\xEE", 3));
+        row("1 bit to grey, red and green", "ByteCopy1bppTo8bpp", hex("40"), 3, palette2(Qt::red, Qt::green),
+            hex("4c 96 4c ee"));
+        row("1 bit to grey, blue and grey", "ByteCopy1bppTo8bpp", hex("80"), 2,
+            palette2(Qt::blue, QColor(100, 150, 200)), hex("8d 1d ee"));
     }
     void copyFamily() {
         auto [function, source, count, palette, expected] =

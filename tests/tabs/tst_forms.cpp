@@ -25,11 +25,25 @@ namespace {
 // stp stepper, lab text, cmb pop-up, txt field, btn check box), "kind:name" of another kind, and
 // "name=action" or "name=action/tag" for a push button and the action it names; @levels and
 // @cleanup stand for the outlets the image tabs share, @Front and @Back for the Area tab's side.
+//
+// A tab's bindings, one line per control (or comma-separated twins). A key is bound under the kind
+// its prefix names (content., enable., hidden.; "!" marks another enabling key), else under the
+// value kind of the control (cmb: selectedObject, rdo: selectedIndex, box: title, img: valuePath,
+// others: value); "kind:key" names the kind. "#Name" is a model-definition entry: hidden, and
+// enabled unless the control is a group box.
 struct FormContract {
     QString className;
     QString identifier; // empty for the main panel
     QString outlets;
+    std::string bindings = {};
 };
+
+const std::string kCleanupBindings = R"(
+btnBorderRemoval Data.Image.BorderRemoval #BorderRemoval
+btnRemoveShadow Data.Image.RemoveShadow #RemoveShadow
+btnHoleRemoval Data.Image.HoleRemoval #HoleRemoval
+btnMirror Data.Image.Mirror #Mirror
+)";
 
 struct Outlet {
     QString kind, name, extra; // extra: a radio group's segments, a push button's action
@@ -88,33 +102,144 @@ const QList<FormContract>& contracts() {
     static const QList<FormContract> list{
         {"TwainViewBasic", "Basic",
          "cmbPaperSource cmbPaperSize btnCustom=onCustomPaperSize btnLandscape cmbImageType "
-         "combo:cmbResolution btnAutoCrop btnDeskew"},
+         "combo:cmbResolution btnAutoCrop btnDeskew",
+         R"(
+cmbPaperSource content.PaperSource Data.PaperSource #PaperSource
+cmbPaperSize content.PaperSizeAll enable.PaperSize Data.PaperSize #PaperSize
+btnCustom enable.PaperSize #CustomPaperSize
+cmbImageType content.ImageType Data.ImageType #ImageType
+cmbResolution content.Resolution contentValues:content.Resolution.value value:Data.Resolution #Resolution
+btnLandscape enable.Landscape Data.Landscape #Landscape
+btnAutoCrop enable.AutoCrop Data.AutoCrop.Enable #AutoCrop
+btnDeskew enable.Deskew Data.Deskew.Enable #Deskew
+)"},
         {"TwainViewCommon", "Common",
          "btnAutoCrop btnSelectMaxPaperSize btnDeskew btnSmoothing btnMargin btnFitToPage btnLengthControl "
          "cmbBackgroundColor sldPixelRation txtPixelRation btnIgnorePaperColor cmbRateBinaryImage @cleanup "
          "text:txtPixelRationMin text:txtPixelRationMax text:txtDPI text:txtGrayColor "
-         "text:txtBackgroundColor boxDistinctionResolution"},
+         "text:txtBackgroundColor boxDistinctionResolution",
+         R"(
+btnAutoCrop enable.AutoCrop Data.AutoCrop.Enable #AutoCrop
+btnSelectMaxPaperSize enable.AutoCrop !Data.AutoCrop.Enable Data.AutoCrop.MaxSize #AutoCropMaxSize
+btnDeskew enable.Deskew Data.Deskew.Enable #Deskew
+btnSmoothing enable.Deskew !Data.Deskew.Enable Data.Deskew.Smoothing #DeskewSmoothing
+txtPixelRation,sldPixelRation enable.AutoDistinction Data.AutoDistinction.ColorPixelRation #AutoDistinction
+btnIgnorePaperColor enable.AutoDistinction Data.AutoDistinction.IgnorePaperColor #AutoDistinctionIgnoreColor
+cmbRateBinaryImage content.RateImageAvail enable.AutoDistinctionResolution #RateBinaryImage Data.AutoDistinction.RateBinaryImage
+boxDistinctionResolution temp.Distinction #RateBinaryImage
+txtDPI enable.AutoDistinctionResolution temp.GrayDPI #RateBinaryImage
+txtGrayColor temp.GrayColor #RateBinaryImage
+btnMargin enable.Margin Data.Margin #Margin
+btnFitToPage enable.FitToPage Data.FitToPage #FitToPage
+btnLengthControl enable.LengthControl Data.LengthControl #LengthControl
+cmbBackgroundColor selectedIndex:Data.BackgroundColor #BackgroundColor
+txtBackgroundColor #BackgroundColor
+)" + kCleanupBindings},
         {"TwainViewLayout", "Layout",
          "rdoRotate/4 rdoDuplex/2 btnDoubleExposure btnDoubleExposureCfg=onDoubleExposure "
          "btnPageSeparation btnPageSeparationCfg=onPageSeparetion btnBlankPageRemoval sldPixelRation "
          "txtPixelRation btnShowResult imgDoubleExposure imgPageSeparation text:txtPixelRationMin "
-         "text:txtPixelRationMax"},
+         "text:txtPixelRationMax",
+         R"(
+rdoRotate Data.Layout.Rotate #Rotate
+rdoDuplex enable.Duplex Data.Layout.DuplexType #DuplexType
+btnDoubleExposure enable.Layout.DoubleExposure.Enable Data.Layout.DoubleExposure.Enable #DoubleExposure
+btnDoubleExposureCfg enable.Layout.DoubleExposure.Enable !Data.Layout.DoubleExposure.Enable
+imgDoubleExposure image.DoubleExposure #DoubleExposure
+btnPageSeparation enable.Layout.PageSeparation Data.Layout.PageSeparation.Enable #PageSeparation
+btnPageSeparationCfg enable.Layout.PageSeparation !Data.Layout.PageSeparation.Enable
+imgPageSeparation image.PageSeparation #PageSeparation
+btnBlankPageRemoval enable.BlankPageRemoval Data.Layout.BlankPageRemoval.Eanble #BlankPageRemoval
+txtPixelRation,sldPixelRation,btnShowResult enable.BlankPageRemoval !Data.Layout.BlankPageRemoval.Eanble
+txtPixelRation,sldPixelRation Data.Layout.BlankPageRemoval.Ratio #BlankPageRemovalRatio
+btnShowResult Data.Layout.BlankPageRemoval.ShowResult #BlankPageRemovalResult
+)"},
         {"TwainViewBinaryImage", "BinaryImage",
          "rdoSide/3 cmbHalftone @levels cmbEmpasis cmbGamma btnGamma=onCustomGamma/0 cmbDrop "
          "btnDynamicThreshold cmbDynamicThreshold cmbNoiseReductionSize cmbNoiseReductionType "
-         "cmbWhiteLevel @cleanup btnInvert btnAutoSeparation text:txtSide boxSide"},
+         "cmbWhiteLevel @cleanup btnInvert btnAutoSeparation text:txtSide boxSide",
+         R"(
+rdoSide enable.Duplex enable.BinaryImage.All temp.BinaryImageSide
+txtSide,boxSide temp.BinaryImageSideText
+cmbHalftone content.Halftone enable.BinaryImage.Halftone enable.BinaryImage.All temp.BinaryImage.Halftone #Halftone
+txtBrightness,sldBrightness enable.BinaryImage.Brightness temp.BinaryImage.Brightness #Brightness
+txtContrast,sldContrast enable.BinaryImage.Contrast temp.BinaryImage.Contrast #Contrast
+cmbEmpasis content.Emphasis enable.BinaryImage.Empasis temp.BinaryImage.Empasis #Empasis
+cmbGamma content.Gray.Gamma enable.BinaryImage.Gamma temp.BinaryImage.Gamma #Gamma
+btnGamma enable.BinaryImage.Gamma #GammaCustom
+cmbDrop content.DropOut enable.BinaryImage.Drop temp.BinaryImage.Drop #Drop
+btnDynamicThreshold Data.BinaryImage.DynamicThresholdEnable #DynamicThreshold
+cmbDynamicThreshold content.DynamicThres !Data.BinaryImage.DynamicThresholdEnable #DynamicThresholdMode Data.BinaryImage.DynamicThresholdMode
+cmbNoiseReductionSize content.NoiseSize enable.BinaryImage.NoiseReductionSize #NoiseReduction Data.BinaryImage.NoiseReductionSize
+cmbNoiseReductionType content.NoiseMode enable.BinaryImage.NoiseReductionType #NoiseReductionType Data.BinaryImage.NoiseReductionType
+cmbWhiteLevel content.WhiteLevel enable.Image.WhiteLevel Data.Image.WhiteLevel #WhiteLevel
+btnMirror enable.BinaryImage.All
+btnInvert Data.Image.Invert #Invert
+btnAutoSeparation enable.Image.AutoSeparation Data.Image.AutoSeparation #AutoSeparation
+)" + kCleanupBindings},
         {"TwainViewGrayImage", "GrayImage",
          "rdoSide/3 @levels cmbEmpasis cmbGamma btnGamma=onCustomGamma/1 cmbDrop btnHighSpeed "
-         "cmbWhiteLevel @cleanup text:txtSide boxSide"},
+         "cmbWhiteLevel @cleanup text:txtSide boxSide",
+         R"(
+rdoSide enable.Duplex temp.GrayImageSide
+txtSide,boxSide temp.GrayImageSideText
+txtBrightness,sldBrightness temp.GrayImage.Brightness #Brightness
+txtBrightness enable.GrayImage.All
+txtContrast,sldContrast temp.GrayImage.Contrast #Contrast
+cmbEmpasis content.Emphasis temp.GrayImage.Empasis #Empasis
+cmbGamma content.Gray.Gamma enable.GrayImage.Gamma temp.GrayImage.Gamma #Gamma
+btnGamma enable.GrayImage.Gamma #GammaCustom
+cmbDrop content.FrontLamp enable.GrayImage.Drop temp.GrayImage.Drop #Drop
+btnHighSpeed enable.GrayImage.All Data.Image.HighSpeed #HighSpeed
+cmbWhiteLevel content.WhiteLevel enable.Image.WhiteLevel Data.Image.WhiteLevel #WhiteLevel
+)" + kCleanupBindings},
         {"TwainViewColorImage", "ColorImage",
          "rdoSide/3 @levels sldChroma txtChroma cmbEmpasis cmbGamma btnGamma=onCustomGamma/2 "
-         "cmbColorMatching btnHighSpeed @cleanup btnSmooth btnBackgroundRemoval text:txtSide boxSide"},
+         "cmbColorMatching btnHighSpeed @cleanup btnSmooth btnBackgroundRemoval text:txtSide boxSide",
+         R"(
+rdoSide enable.Duplex temp.ColorImageSide
+txtSide,boxSide temp.ColorImageSideText
+txtBrightness,sldBrightness temp.ColorImage.Brightness #Brightness
+txtContrast,sldContrast temp.ColorImage.Contrast #Contrast
+txtChroma,sldChroma enable.ColorImage.Chroma temp.ColorImage.Chroma #Chroma
+cmbEmpasis content.Emphasis temp.ColorImage.Empasis #Empasis
+cmbGamma content.Color.Gamma enable.ColorImage.Gamma temp.ColorImage.Gamma #Gamma
+btnGamma enable.ColorImage.Gamma #GammaCustom
+btnHighSpeed Data.Image.HighSpeed #HighSpeed
+cmbColorMatching content.ColorMatch enable.ColorImage.All Data.ColorImage.ColorMatching #ColorMatching
+btnSmooth Data.Image.SmoothBackground #Smooth
+btnBackgroundRemoval Data.Image.BackgroundRemoval #BackgroundRemoval
+)" + kCleanupBindings},
         {"TwainViewFeed", "Feed",
          "cmbManualFeed txtTimeOut btnTimeOutUnlimited btnDetectDoubleFeed cmbSensitivity rdoPage/2 "
-         "txtPage cmbNoLookAhead"},
+         "txtPage cmbNoLookAhead",
+         R"(
+cmbManualFeed content.ManualFeed Data.Feed.ManualFeedMode #ManualFeed
+txtTimeOut enable.Feed.ManualFeedTimeOut Data.Feed.ManualFeedTimeOut #ManualFeedTimeOut
+btnTimeOutUnlimited enable.Feed.ManualFeedUnlimited Data.Feed.ManualFeedUnlimited #ManualFeedUnlimited
+btnDetectDoubleFeed enable.Feed.DoubleFeed Data.Feed.DetectDoubleFeedEnable #DetectDoubleFeed
+cmbSensitivity content.DoubleFeedSense enable.Feed.DoubleFeedSensitivity #DetectDoubleFeedSensitivity Data.Feed.DetectDoubleFeedSensitivity
+rdoPage enable.Feed.FeedPageMode Data.Feed.FeedPageMode #FeedPageMode
+txtPage enable.Feed.FeedPage Data.Feed.FeedPageNumber #FeedPageNumber
+cmbNoLookAhead enable.Feed.NoLookAhead selectedIndex:Data.Feed.NoLookAhead #NoLookAhead
+)"},
         {"TwainViewArea", "Area",
-         "cmbUnit txtFrontX txtWidth txtBackX txtLength txtY tblSide @Front @Back boxSubArea"},
-        {"TwainViewControlSheet", "ControlSheet", "btnDetectSeparationSheet btnSkipSeparationSheet"},
+         "cmbUnit txtFrontX txtWidth txtBackX txtLength txtY tblSide @Front @Back boxSubArea", R"(
+txtBackX enable.Duplex enable.Area.Front temp.Area.Back.X
+tblSide enable.Duplex enable.Area.Front temp.Area.Side
+btnFrontArea2 enable.Area.Front Data.Area.Front.L2.Enable
+stpFrontBrightness2 !Data.Area.Front.L2.Enable enable.Area.Brightness.Front Data.Area.Front.L2.Brightness
+cmbFrontHalftone content.FrontHalftone hidden.Area.Front enable.Area.Halftone Data.Area.Front.Halftone
+cmbBackHalftone content.BackHalftone hidden.Area.Back enable.Duplex Data.Area.Back.Halftone
+txtFrontX2 !Data.Area.Front.L2.Enable enable.Area.SubArea temp.Area.Front.L2.X
+txtBackLength3 !Data.Area.Back.L3.Enable hidden.Area.Back temp.Area.Back.L3.Length
+stpBackBrightness1 enable.Area.Brightness.Back Data.Area.Back.L1.Brightness
+txtFrontBrightness3 enable.Area.Brightness.Front
+)"},
+        {"TwainViewControlSheet", "ControlSheet", "btnDetectSeparationSheet btnSkipSeparationSheet", R"(
+btnDetectSeparationSheet enable.Feed.DetectSeparationSheet Data.Feed.DetectSeparationSheetEnable #DetectSeparationSheet
+btnSkipSeparationSheet enable.Feed.DetectSeparationSheetSkip Data.Feed.DetectSeparationSheetSkip #DetectSeparationSheetSkip
+)"},
         {"TwainViewImprinter", "Imprinter", ""},
         {"TwainViewPatchCode", "PatchCode", ""},
         {"TwDlgMain", "",
@@ -198,24 +323,18 @@ bool isRadioGroup(const QWidget* w) {
 
 // The controls a user edits or presses; a radio group counts once, as its container.
 bool isInput(const QWidget* w) {
-    if (!isFormWidget(w))
-        return false;
-    if (isRadioGroup(w))
-        return true;
-    if (qobject_cast<const QRadioButton*>(w))
-        return false;
-    return qobject_cast<const QComboBox*>(w) || qobject_cast<const QLineEdit*>(w) ||
-           qobject_cast<const QAbstractSlider*>(w) || qobject_cast<const QAbstractSpinBox*>(w) ||
-           qobject_cast<const QAbstractButton*>(w) || qobject_cast<const QAbstractItemView*>(w) ||
-           qobject_cast<const QTabWidget*>(w);
+    return isFormWidget(w) &&
+           (isRadioGroup(w) ||
+            (!qobject_cast<const QRadioButton*>(w) &&
+             (qobject_cast<const QComboBox*>(w) || qobject_cast<const QLineEdit*>(w) ||
+              qobject_cast<const QAbstractSlider*>(w) || qobject_cast<const QAbstractSpinBox*>(w) ||
+              qobject_cast<const QAbstractButton*>(w) || qobject_cast<const QAbstractItemView*>(w) ||
+              qobject_cast<const QTabWidget*>(w))));
 }
 
 QList<QWidget*> inputs(QWidget* form) {
-    QList<QWidget*> list;
-    const auto all = form->findChildren<QWidget*>();
-    for (QWidget* w : all)
-        if (isInput(w))
-            list << w;
+    QList<QWidget*> list = form->findChildren<QWidget*>();
+    list.removeIf([](QWidget* w) { return !isInput(w); });
     return list;
 }
 
@@ -270,153 +389,6 @@ int boundControlCount(const QWidget* root) {
                              [](QObject* o) { return !TwBoundControl::bindingNames(o).empty(); }));
 }
 
-// The bindings each tab must make, one line per control (or comma-separated twins). A key is
-// bound under the kind its prefix names (content., enable., hidden.; "!" marks another enabling
-// key), else under the value kind of the control (cmb: selectedObject, rdo: selectedIndex, box:
-// title, img: valuePath, others: value); "kind:key" names the kind. "#Name" is a model-definition
-// entry: hidden, and enabled unless the control is a group box.
-struct TabCase {
-    const char* className;
-    const char* identifier;
-    std::string table;
-};
-
-const std::string kCleanupBindings = R"(
-btnBorderRemoval Data.Image.BorderRemoval #BorderRemoval
-btnRemoveShadow Data.Image.RemoveShadow #RemoveShadow
-btnHoleRemoval Data.Image.HoleRemoval #HoleRemoval
-btnMirror Data.Image.Mirror #Mirror
-)";
-
-const std::vector<TabCase>& tabCases() {
-    static const std::vector<TabCase> cases{
-        {"TwainViewBasic", "Basic", R"(
-cmbPaperSource content.PaperSource Data.PaperSource #PaperSource
-cmbPaperSize content.PaperSizeAll enable.PaperSize Data.PaperSize #PaperSize
-btnCustom enable.PaperSize #CustomPaperSize
-cmbImageType content.ImageType Data.ImageType #ImageType
-cmbResolution content.Resolution contentValues:content.Resolution.value value:Data.Resolution #Resolution
-btnLandscape enable.Landscape Data.Landscape #Landscape
-btnAutoCrop enable.AutoCrop Data.AutoCrop.Enable #AutoCrop
-btnDeskew enable.Deskew Data.Deskew.Enable #Deskew
-)"},
-        {"TwainViewCommon", "Common", R"(
-btnAutoCrop enable.AutoCrop Data.AutoCrop.Enable #AutoCrop
-btnSelectMaxPaperSize enable.AutoCrop !Data.AutoCrop.Enable Data.AutoCrop.MaxSize #AutoCropMaxSize
-btnDeskew enable.Deskew Data.Deskew.Enable #Deskew
-btnSmoothing enable.Deskew !Data.Deskew.Enable Data.Deskew.Smoothing #DeskewSmoothing
-txtPixelRation,sldPixelRation enable.AutoDistinction Data.AutoDistinction.ColorPixelRation #AutoDistinction
-btnIgnorePaperColor enable.AutoDistinction Data.AutoDistinction.IgnorePaperColor #AutoDistinctionIgnoreColor
-cmbRateBinaryImage content.RateImageAvail enable.AutoDistinctionResolution #RateBinaryImage Data.AutoDistinction.RateBinaryImage
-boxDistinctionResolution temp.Distinction #RateBinaryImage
-txtDPI enable.AutoDistinctionResolution temp.GrayDPI #RateBinaryImage
-txtGrayColor temp.GrayColor #RateBinaryImage
-btnMargin enable.Margin Data.Margin #Margin
-btnFitToPage enable.FitToPage Data.FitToPage #FitToPage
-btnLengthControl enable.LengthControl Data.LengthControl #LengthControl
-cmbBackgroundColor selectedIndex:Data.BackgroundColor #BackgroundColor
-txtBackgroundColor #BackgroundColor
-)" + kCleanupBindings},
-        {"TwainViewLayout", "Layout", R"(
-rdoRotate Data.Layout.Rotate #Rotate
-rdoDuplex enable.Duplex Data.Layout.DuplexType #DuplexType
-btnDoubleExposure enable.Layout.DoubleExposure.Enable Data.Layout.DoubleExposure.Enable #DoubleExposure
-btnDoubleExposureCfg enable.Layout.DoubleExposure.Enable !Data.Layout.DoubleExposure.Enable
-imgDoubleExposure image.DoubleExposure #DoubleExposure
-btnPageSeparation enable.Layout.PageSeparation Data.Layout.PageSeparation.Enable #PageSeparation
-btnPageSeparationCfg enable.Layout.PageSeparation !Data.Layout.PageSeparation.Enable
-imgPageSeparation image.PageSeparation #PageSeparation
-btnBlankPageRemoval enable.BlankPageRemoval Data.Layout.BlankPageRemoval.Eanble #BlankPageRemoval
-txtPixelRation,sldPixelRation,btnShowResult enable.BlankPageRemoval !Data.Layout.BlankPageRemoval.Eanble
-txtPixelRation,sldPixelRation Data.Layout.BlankPageRemoval.Ratio #BlankPageRemovalRatio
-btnShowResult Data.Layout.BlankPageRemoval.ShowResult #BlankPageRemovalResult
-)"},
-        {"TwainViewBinaryImage", "BinaryImage", R"(
-rdoSide enable.Duplex enable.BinaryImage.All temp.BinaryImageSide
-txtSide,boxSide temp.BinaryImageSideText
-cmbHalftone content.Halftone enable.BinaryImage.Halftone enable.BinaryImage.All temp.BinaryImage.Halftone #Halftone
-txtBrightness,sldBrightness enable.BinaryImage.Brightness temp.BinaryImage.Brightness #Brightness
-txtContrast,sldContrast enable.BinaryImage.Contrast temp.BinaryImage.Contrast #Contrast
-cmbEmpasis content.Emphasis enable.BinaryImage.Empasis temp.BinaryImage.Empasis #Empasis
-cmbGamma content.Gray.Gamma enable.BinaryImage.Gamma temp.BinaryImage.Gamma #Gamma
-btnGamma enable.BinaryImage.Gamma #GammaCustom
-cmbDrop content.DropOut enable.BinaryImage.Drop temp.BinaryImage.Drop #Drop
-btnDynamicThreshold Data.BinaryImage.DynamicThresholdEnable #DynamicThreshold
-cmbDynamicThreshold content.DynamicThres !Data.BinaryImage.DynamicThresholdEnable #DynamicThresholdMode Data.BinaryImage.DynamicThresholdMode
-cmbNoiseReductionSize content.NoiseSize enable.BinaryImage.NoiseReductionSize #NoiseReduction Data.BinaryImage.NoiseReductionSize
-cmbNoiseReductionType content.NoiseMode enable.BinaryImage.NoiseReductionType #NoiseReductionType Data.BinaryImage.NoiseReductionType
-cmbWhiteLevel content.WhiteLevel enable.Image.WhiteLevel Data.Image.WhiteLevel #WhiteLevel
-btnMirror enable.BinaryImage.All
-btnInvert Data.Image.Invert #Invert
-btnAutoSeparation enable.Image.AutoSeparation Data.Image.AutoSeparation #AutoSeparation
-)" + kCleanupBindings},
-        {"TwainViewGrayImage", "GrayImage", R"(
-rdoSide enable.Duplex temp.GrayImageSide
-txtSide,boxSide temp.GrayImageSideText
-txtBrightness,sldBrightness temp.GrayImage.Brightness #Brightness
-txtBrightness enable.GrayImage.All
-txtContrast,sldContrast temp.GrayImage.Contrast #Contrast
-cmbEmpasis content.Emphasis temp.GrayImage.Empasis #Empasis
-cmbGamma content.Gray.Gamma enable.GrayImage.Gamma temp.GrayImage.Gamma #Gamma
-btnGamma enable.GrayImage.Gamma #GammaCustom
-cmbDrop content.FrontLamp enable.GrayImage.Drop temp.GrayImage.Drop #Drop
-btnHighSpeed enable.GrayImage.All Data.Image.HighSpeed #HighSpeed
-cmbWhiteLevel content.WhiteLevel enable.Image.WhiteLevel Data.Image.WhiteLevel #WhiteLevel
-)" + kCleanupBindings},
-        {"TwainViewColorImage", "ColorImage", R"(
-rdoSide enable.Duplex temp.ColorImageSide
-txtSide,boxSide temp.ColorImageSideText
-txtBrightness,sldBrightness temp.ColorImage.Brightness #Brightness
-txtContrast,sldContrast temp.ColorImage.Contrast #Contrast
-txtChroma,sldChroma enable.ColorImage.Chroma temp.ColorImage.Chroma #Chroma
-cmbEmpasis content.Emphasis temp.ColorImage.Empasis #Empasis
-cmbGamma content.Color.Gamma enable.ColorImage.Gamma temp.ColorImage.Gamma #Gamma
-btnGamma enable.ColorImage.Gamma #GammaCustom
-btnHighSpeed Data.Image.HighSpeed #HighSpeed
-cmbColorMatching content.ColorMatch enable.ColorImage.All Data.ColorImage.ColorMatching #ColorMatching
-btnSmooth Data.Image.SmoothBackground #Smooth
-btnBackgroundRemoval Data.Image.BackgroundRemoval #BackgroundRemoval
-)" + kCleanupBindings},
-        {"TwainViewFeed", "Feed", R"(
-cmbManualFeed content.ManualFeed Data.Feed.ManualFeedMode #ManualFeed
-txtTimeOut enable.Feed.ManualFeedTimeOut Data.Feed.ManualFeedTimeOut #ManualFeedTimeOut
-btnTimeOutUnlimited enable.Feed.ManualFeedUnlimited Data.Feed.ManualFeedUnlimited #ManualFeedUnlimited
-btnDetectDoubleFeed enable.Feed.DoubleFeed Data.Feed.DetectDoubleFeedEnable #DetectDoubleFeed
-cmbSensitivity content.DoubleFeedSense enable.Feed.DoubleFeedSensitivity #DetectDoubleFeedSensitivity Data.Feed.DetectDoubleFeedSensitivity
-rdoPage enable.Feed.FeedPageMode Data.Feed.FeedPageMode #FeedPageMode
-txtPage enable.Feed.FeedPage Data.Feed.FeedPageNumber #FeedPageNumber
-cmbNoLookAhead enable.Feed.NoLookAhead selectedIndex:Data.Feed.NoLookAhead #NoLookAhead
-)"},
-        // What the Area tab's own test does not reach through its fields.
-        {"TwainViewArea", "Area", R"(
-txtBackX enable.Duplex enable.Area.Front temp.Area.Back.X
-tblSide enable.Duplex enable.Area.Front temp.Area.Side
-btnFrontArea2 enable.Area.Front Data.Area.Front.L2.Enable
-stpFrontBrightness2 !Data.Area.Front.L2.Enable enable.Area.Brightness.Front Data.Area.Front.L2.Brightness
-cmbFrontHalftone content.FrontHalftone hidden.Area.Front enable.Area.Halftone Data.Area.Front.Halftone
-cmbBackHalftone content.BackHalftone hidden.Area.Back enable.Duplex Data.Area.Back.Halftone
-txtFrontX2 !Data.Area.Front.L2.Enable enable.Area.SubArea temp.Area.Front.L2.X
-txtBackLength3 !Data.Area.Back.L3.Enable hidden.Area.Back temp.Area.Back.L3.Length
-stpBackBrightness1 enable.Area.Brightness.Back Data.Area.Back.L1.Brightness
-txtFrontBrightness3 enable.Area.Brightness.Front
-)"},
-        {"TwainViewControlSheet", "ControlSheet", R"(
-btnDetectSeparationSheet enable.Feed.DetectSeparationSheet Data.Feed.DetectSeparationSheetEnable #DetectSeparationSheet
-btnSkipSeparationSheet enable.Feed.DetectSeparationSheetSkip Data.Feed.DetectSeparationSheetSkip #DetectSeparationSheetSkip
-)"},
-        {"TwainViewImprinter", "Imprinter", ""},
-        {"TwainViewPatchCode", "PatchCode", ""},
-    };
-    return cases;
-}
-
-const TabCase& tabCase(const QString& className) {
-    for (const TabCase& c : tabCases())
-        if (className == QLatin1String(c.className))
-            return c;
-    qFatal("no case for %s", qPrintable(className));
-}
-
 // One expected binding, from a table line.
 struct Expected {
     QString control;
@@ -424,10 +396,10 @@ struct Expected {
     std::string key;
 };
 
-std::vector<Expected> expectedBindings(const TabCase& c) {
+std::vector<Expected> expectedBindings(const FormContract& c) {
     std::vector<Expected> out;
-    const std::string prefix = std::string("ModelDef.UIControl.") + c.identifier + ".";
-    for (const QString& line : QString::fromStdString(c.table).split('\n', Qt::SkipEmptyParts)) {
+    const std::string prefix = "ModelDef.UIControl." + c.identifier.toStdString() + ".";
+    for (const QString& line : QString::fromStdString(c.bindings).split('\n', Qt::SkipEmptyParts)) {
         QStringList tokens = line.split(' ', Qt::SkipEmptyParts);
         for (const QString& control : tokens.takeFirst().split(',')) {
             const QString stem = control.left(3);
@@ -474,11 +446,13 @@ bool hasBinding(const QObject* control, const std::string& binding, const std::s
 // model-definition binding can be made.
 TwValue modelDefRootWithEveryControl(TwValue root) {
     TwValue uiControl = root.dict()->value("UIControl");
-    for (const TabCase& c : tabCases()) {
-        if (!uiControl.dict()->value(c.identifier).isDictionary())
-            uiControl.dict()->set(c.identifier, dict());
-        TwValue dialog = uiControl.dict()->value(c.identifier);
-        const std::string prefix = std::string("ModelDef.UIControl.") + c.identifier + ".";
+    for (const FormContract& c : contracts()) {
+        const std::string id = c.identifier.toStdString(), prefix = "ModelDef.UIControl." + id + ".";
+        if (id.empty())
+            continue;
+        if (!uiControl.dict()->value(id).isDictionary())
+            uiControl.dict()->set(id, dict());
+        TwValue dialog = uiControl.dict()->value(id);
         for (const Expected& e : expectedBindings(c)) {
             if (!e.key.starts_with(prefix))
                 continue;
@@ -547,13 +521,16 @@ private slots:
             });
     }
 
+    // Every form has a contract, and every tab class one with an identifier.
     void theCatalogNamesEveryFormOnce() {
-        QStringList expected, names = TwFormCatalog::classNames();
+        QStringList expected, names = TwFormCatalog::classNames(), tabs, tabNames = TwainView::classNames();
         for (const FormContract& contract : contracts())
-            expected << contract.className;
-        names.sort();
-        expected.sort();
+            (contract.identifier.isEmpty() ? expected : tabs) << contract.className;
+        expected += tabs;
+        for (QStringList* list : {&names, &expected, &tabs, &tabNames})
+            list->sort();
         QCOMPARE(names, expected);
+        QCOMPARE(tabNames, tabs);
         QCOMPARE(TwFormCatalog::create(u"TwainViewNothing"_s), nullptr);
     }
 
@@ -748,27 +725,28 @@ private slots:
     // away while bound takes its bindings with it. With a definition for every control, each tab
     // makes the bindings its table lists.
     void everyTabMakesItsBindings_data() {
-        QTest::addColumn<QString>("className");
-        for (const QString& name : TwainView::classNames())
-            row(qPrintable(name), name);
+        QTest::addColumn<int>("index");
+        for (int i = 0; i < contracts().size(); ++i)
+            if (!contracts()[i].identifier.isEmpty())
+                row(qPrintable(contracts()[i].className), i);
     }
     void everyTabMakesItsBindings() {
-        QFETCH(QString, className);
-        const TabCase& c = tabCase(className);
+        QFETCH(int, index);
+        const FormContract& c = contracts()[index];
         SampleModelDef def(modelDefRootWithEveryControl(sample.definition.deepCopy()));
         auto full = sample.load({.modelDef = &def});
         auto ui = sample.load();
         TwainDialogData* model = ui->model().get();
         const TwValue data = ui->dataForKeyPath("Data").deepCopy();
         const std::size_t before = model->observationCount(), fullBefore = full->model()->observationCount();
-        auto tab = makeTab(c.className);
-        QCOMPARE(tab->identifier(), QString::fromLatin1(c.identifier));
+        auto tab = makeTab(qPrintable(c.className));
+        QCOMPARE(tab->identifier(), c.identifier);
         sample.captureLog();
         tab->bindControlsToObject(model);
         QVERIFY2(!sample.logText().contains(u"ERROR"_s), qPrintable(sample.logText()));
         const std::size_t bound = model->observationCount();
         const int controls = boundControlCount(tab.get());
-        QCOMPARE(controls > 0, !c.table.empty());
+        QCOMPARE(controls > 0, !c.bindings.empty());
         QCOMPARE(bound > before, controls > 0);
         tab->bindControlsToObject(model);
         QCOMPARE(model->observationCount(), bound);
