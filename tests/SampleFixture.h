@@ -2,7 +2,7 @@
 // drives the facade with it: its model definition (as read, which a case may change) and its
 // capability values, this module's bundle from the build, a home and preferences folder of each
 // case's own, the log's error lines in a file of the case's own, and message boxes and formatter
-// alerts recorded when asked.
+// alerts recorded.
 #pragma once
 
 #include "SampleModelDef.h"
@@ -53,7 +53,8 @@ struct SampleScanner {
     }
 
     // Every case starts with a home and preferences of its own, this module's bundle, the log off
-    // below errors, nothing sent, real boxes, alerts recorded and no help opener.
+    // below errors, nothing sent, boxes and alerts recorded (a box answers boxAnswers in turn, then
+    // boxAnswer) and no help opener.
     void reset() {
         log.reset();
         OrvaSetLogLevel(kOrvaLogError);
@@ -65,16 +66,12 @@ struct SampleScanner {
         boxAnswer = kVmxAnswerOK;
         alerts.clear();
         g_sent.clear();
-        TwSetMessageBoxRunner({});
-        TwSetFormatterAlert([this](QWidget*, const QString& message) { alerts << message; });
-        TwainDialogController::setUrlOpener({});
-    }
-
-    void recordBoxes() {
         TwSetMessageBoxRunner([this](const TwMessageBoxSetup& s) {
             boxes.push_back(s);
             return boxAnswers.isEmpty() ? boxAnswer : boxAnswers.takeFirst();
         });
+        TwSetFormatterAlert([this](QWidget*, const QString& message) { alerts << message; });
+        TwainDialogController::setUrlOpener({});
     }
     QStringList boxMessages() const {
         QStringList texts;

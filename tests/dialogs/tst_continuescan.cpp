@@ -128,6 +128,7 @@ private slots:
     void init() {
         g_source = QuestionSource{};
         sample.reset();
+        TwSetMessageBoxRunner({}); // the real boxes, answered as a person does
     }
 
     // Every way the question ends: its answer, the data source told of the end exactly once and

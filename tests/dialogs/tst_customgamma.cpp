@@ -92,10 +92,7 @@ class TestCustomGamma : public QObject {
 
 private slots:
     void initTestCase() { QVERIFY2(scanner.read(), scanner.error.c_str()); }
-    void init() {
-        scanner.reset();
-        scanner.recordBoxes();
-    }
+    void init() { scanner.reset(); }
 
     // ---- Tables and scales ----
 

@@ -81,7 +81,6 @@ private slots:
     }
     void init() {
         sample.reset();
-        sample.recordBoxes();
         sample.definition.dict()->value("UIControl").dict()->set("MainDialog", mainDialog.deepCopy());
     }
 
@@ -143,8 +142,7 @@ private slots:
         const int common = w->tabIdentifiers().indexOf(u"Common"_s);
         w->tableMain()->setCurrentIndex(common);
         QApplication::processEvents();
-        const int width = w->width();
-        const int hintWidth = w->sizeHint().width();
+        const int width = w->width(), hintWidth = w->sizeHint().width();
         ui->hideUi();
 
         const QString text = u"Long text "_s.repeated(10000);
@@ -510,12 +508,10 @@ private slots:
         opened.clear();
         QTemporaryDir empty;
         QDir(empty.path()).mkpath(u"Contents/Resources"_s);
-        auto bare = loaded(empty.path().toStdString());
-        bare->showUi(true, false, false);
+        auto bare = sample.load({.bundle = empty.path().toStdString(), .show = true});
         bare->controllerIfMade()->onHelp();
         QVERIFY(opened.isEmpty());
-        QCOMPARE(sample.boxes.size(), std::size_t(1));
-        QCOMPARE(sample.boxes[0].message, u"IDS_ERR_HELPFILE_LOAD"_s); // no string table here
+        QCOMPARE(sample.boxMessages(), QStringList{"IDS_ERR_HELPFILE_LOAD"}); // no string table here
     }
 
     // ---- Panels ----
@@ -660,8 +656,8 @@ private slots:
         QCOMPARE(offered.size(), 50);
         QCOMPARE(shownName, QString());
         QVERIFY(!stayed && !model->IsProfileExist("One too many"));
-        QCOMPARE(sample.boxes.size(), std::size_t(1));
-        QVERIFY(sample.boxes[0].message.startsWith(u"No more items can be saved"_s));
+        QCOMPARE(sample.boxMessages(),
+                 QStringList{"No more items can be saved. Delete an item you no longer need and try again."});
 
         timer = typeNameAndPressOK(u"SETTING 7"_s, &stayed);
         ui->controllerIfMade()->onSaveSetting();

@@ -23,10 +23,7 @@ class TestPaperSize : public QObject {
 
 private slots:
     void initTestCase() { QVERIFY2(scanner.read(), scanner.error.c_str()); }
-    void init() {
-        scanner.reset();
-        scanner.recordBoxes();
-    }
+    void init() { scanner.reset(); }
 
     // Save trims the name (32 characters at most, a blank one asks for a name), rounds the size to
     // tenths of a millimetre and holds it within the feeder's limits, also with a flatbed that
