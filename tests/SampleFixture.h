@@ -74,10 +74,7 @@ struct SampleScanner {
         TwainDialogController::setUrlOpener({});
     }
     QStringList boxMessages() const {
-        QStringList texts;
-        for (auto& b : boxes)
-            texts << b.message;
-        return texts;
+        return mapped(boxes, [](const TwMessageBoxSetup& b) { return b.message; });
     }
 
     struct Load {

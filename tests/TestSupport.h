@@ -40,6 +40,14 @@ inline TwValue valuesAt(TwObservable& store, std::initializer_list<const char*> 
     return out;
 }
 
+// What f makes of each item, in order.
+template <class Items, class F> auto mapped(const Items& items, F f) {
+    QList<std::decay_t<decltype(f(*std::begin(items)))>> out;
+    for (const auto& item : items)
+        out << f(item);
+    return out;
+}
+
 // The current row's values of the named columns, in order:
 // const auto [unit, path] = fetch<int, QString>("unit", "path").
 template <class... T, class... Names> std::tuple<T...> fetch(Names... names) {
@@ -219,7 +227,7 @@ public:
     }
     int count() const { return int(seen.size()); }
     int count(const std::string& path) const {
-        return int(std::count_if(seen.begin(), seen.end(), [&](const Seen& s) { return s.keyPath == path; }));
+        return int(std::ranges::count_if(seen, [&](const Seen& s) { return s.keyPath == path; }));
     }
     TwValue last() const { return seen.empty() ? TwValue() : seen.back().newValue; }
 
@@ -241,13 +249,10 @@ inline std::uint16_t recordEvent(std::uint16_t code, void* data) {
     g_sent.push_back(e);
     return 0;
 }
-inline std::vector<std::uint16_t> sentCodes() {
-    std::vector<std::uint16_t> out;
-    for (auto& e : g_sent)
-        out.push_back(e.code);
-    return out;
+using Codes = QList<std::uint16_t>;
+inline Codes sentCodes() {
+    return mapped(g_sent, [](const SentEvent& e) { return e.code; });
 }
 inline int sentCount(std::uint16_t code) {
-    return int(
-        std::count_if(g_sent.begin(), g_sent.end(), [&](const SentEvent& e) { return e.code == code; }));
+    return int(std::ranges::count_if(g_sent, [&](const SentEvent& e) { return e.code == code; }));
 }

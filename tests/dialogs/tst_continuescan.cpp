@@ -86,10 +86,7 @@ std::uint16_t busyCallback(std::uint16_t event, void* data) {
 }
 
 QList<std::uint16_t> events() {
-    QList<std::uint16_t> codes;
-    for (auto& s : g_source.seen)
-        codes << s.event;
-    return codes;
+    return mapped(g_source.seen, [](const Seen& s) { return s.event; });
 }
 
 } // namespace
@@ -110,10 +107,7 @@ class TestContinueScan : public QObject {
     }
 
     static QStringList titles(const TwMessageBoxSetup& s) {
-        QStringList out;
-        for (auto& b : s.buttons)
-            out << b.title;
-        return out;
+        return mapped(s.buttons, [](const auto& b) { return b.title; });
     }
     SampleScanner sample;
 

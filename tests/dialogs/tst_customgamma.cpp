@@ -446,8 +446,7 @@ private slots:
         auto ui = scanner.load({.show = true, .modal = modal});
         ui->model()->setCustomGamme("Vivid", true, colorPreset(1.4, 1.2, 1.0, false, 0, 255));
         set(*ui, "Data.ImageType", 2);
-        QPushButton* custom =
-            ui->controller()->windowIfLoaded()->view(u"ColorImage"_s)->findChild<QPushButton*>(u"btnGamma"_s);
+        QPushButton* custom = tabChild<QPushButton>(*ui, "ColorImage", "btnGamma");
         QVERIFY(custom->isEnabled());
         const TwValue before = ui->dataForKeyPath("temp.ColorImage.Gamma");
         auto leave = whenModal<TwDlgCustomGamma>([](TwDlgCustomGamma* d) {

@@ -14,8 +14,6 @@
 #include "TwDlgAbout.h"
 #include "host/FakeModelDef.h"
 
-using Codes = std::vector<std::uint16_t>;
-
 // A panel whose OK action accepts, for the modal protocol.
 class AcceptingPanel : public TwPanel {
 public:
@@ -322,8 +320,7 @@ private slots:
             QTest::keyClick(tabs->tabBar(), Qt::Key_Tab);
             QWidget* focus = QApplication::focusWidget();
             QWidget* page = tabs->currentWidget();
-            const auto controls = page->findChildren<QWidget*>();
-            const bool pageTakesTab = std::any_of(controls.begin(), controls.end(), [](QWidget* c) {
+            const bool pageTakesTab = std::ranges::any_of(page->findChildren<QWidget*>(), [](QWidget* c) {
                 return (c->focusPolicy() & Qt::TabFocus) && c->isVisible() && c->isEnabled();
             });
             if (!pageTakesTab) { // the image type leaves this page's options off
@@ -617,7 +614,7 @@ private slots:
         sample.boxAnswers = answers;
         bool stayed = false;
         auto timer = typeNameAndPressOK(typed, &stayed);
-        QTest::mouseClick(ui->controllerIfMade()->windowIfLoaded()->btnSave(), Qt::LeftButton);
+        QTest::mouseClick(window(*ui)->btnSave(), Qt::LeftButton);
         QCOMPARE(sample.boxMessages(), messages);
         for (auto& box : sample.boxes)
             QCOMPARE(box.messageType, box.buttons.size() == 1 ? 0x20001u : 0x40002u);
@@ -732,7 +729,7 @@ private slots:
         auto [tab, panel] = fetch<QString, QString>("tab", "panel");
         const QString button = QString::fromLatin1(QTest::currentDataTag());
         auto ui = sample.load({.show = true});
-        TwDlgMain* w = ui->controllerIfMade()->windowIfLoaded();
+        TwDlgMain* w = window(*ui);
         // The Settings... buttons work while their option is on (double exposure: on a duplex source).
         const QString option = QString(button).remove("btn").remove("Cfg");
         set(*ui, "Data.PaperSource=1 Data.Layout." + option + ".Enable=true");
@@ -1216,9 +1213,8 @@ private slots:
         QVERIFY(papers.back().starts_with("Card - 55.0 x 91.0 mm"));
         auto names = profileNames(*third->model());
         QCOMPARE(names.size(), std::size_t(1 + 20 + 20));
-        QVERIFY(std::count(names.begin(), names.end(), "First 19") == 1);
-        QVERIFY(std::count(names.begin(), names.end(), "Second 20") == 1);
-        QVERIFY(std::count(names.begin(), names.end(), "Second 3") == 0);
+        QVERIFY(std::ranges::count(names, "First 19") == 1 && std::ranges::count(names, "Second 20") == 1);
+        QVERIFY(std::ranges::count(names, "Second 3") == 0);
     }
 
     void marginsAreClampedAndDefaulted_data() {

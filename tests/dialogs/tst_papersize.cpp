@@ -219,8 +219,7 @@ private slots:
     void theMainDialogFollows() {
         QFETCH(bool, modal);
         auto ui = scanner.load({.show = true, .modal = modal});
-        QPushButton* custom =
-            ui->controller()->windowIfLoaded()->view(u"Basic"_s)->findChild<QPushButton*>(u"btnCustom"_s);
+        QPushButton* custom = tabChild<QPushButton>(*ui, "Basic", "btnCustom");
         auto add = whenModal<TwDlgPaperSize>([&](TwDlgPaperSize* d) {
             enter(d, "Postcard", 100, 148);
             QTest::mouseClick(d->btnSave(), Qt::LeftButton);

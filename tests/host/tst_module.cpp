@@ -24,7 +24,7 @@ private slots:
         QCOMPARE(ui->dataForKeyPath("Data.ImageType").intValue(), 2);
         ui->setDataWithKeyPathValue(dict({{"Data.ImageType", 1}}));
         ui->DialogData()->UpdateCapData("Data.ImageType", ui->dataForKeyPath("Data.ImageType"));
-        QCOMPARE(sentCodes(), std::vector<std::uint16_t>{kVmxEventSetCapability});
+        QCOMPARE(sentCodes(), Codes{kVmxEventSetCapability});
         const auto* bytes = reinterpret_cast<const unsigned char*>(&g_sent[0].record);
         const unsigned char expected[8] = {0x01, 0x01, 5, 0, 1, 0, 0, 0};
         QCOMPARE(QByteArray(reinterpret_cast<const char*>(bytes), 8),

@@ -16,8 +16,6 @@
 
 namespace {
 
-using Codes = std::vector<std::uint16_t>;
-
 enum class Front { Page, LyingHeader, TooShort, None };
 struct PageSource {
     Front front = Front::Page;
@@ -70,7 +68,7 @@ class TestPreview : public QObject {
         return sample.load({.callback = &prescanCallback, .show = true, .modal = modal});
     }
     static TwDlgPreview* prescan(VmxUIControllerImpl& ui) {
-        QTest::mouseClick(ui.controllerIfMade()->windowIfLoaded()->btnPrescan(), Qt::LeftButton);
+        QTest::mouseClick(window(ui)->btnPrescan(), Qt::LeftButton);
         return dynamic_cast<TwDlgPreview*>(ui.controllerIfMade()->dlgPreview());
     }
     // The first sub-area of the front, enabled, at the given rectangle in millimetres.
@@ -123,7 +121,7 @@ private slots:
         QImage page = p->imageFront();
         QCOMPARE(page.pixelColor(kPageWidth / 2, 3), QColor(70, 110, 200));
         QVERIFY(page.pixelColor(kPageWidth / 2, kPageHeight - 4) != QColor(70, 110, 200));
-        const QRect main = ui->controllerIfMade()->windowIfLoaded()->frameGeometry();
+        const QRect main = window(*ui)->frameGeometry();
         QCOMPARE(p->frameGeometry().left(), main.right() + 1 + 10);
         QCOMPARE(p->frameGeometry().bottom(), main.bottom());
         QVERIFY(!p->isModal() && !p->displayOnly() && p->isStatusTimerRunning());
@@ -204,7 +202,7 @@ private slots:
         }
         if (!sub)
             return;
-        auto* field = ui->controllerIfMade()->windowIfLoaded()->findChild<QLineEdit*>("txtFrontX1");
+        auto* field = window(*ui)->findChild<QLineEdit*>("txtFrontX1");
         QVERIFY2(near(field->text().toDouble(), value(*ui, "temp.Area.Front.L1.X"), 0.051),
                  qPrintable(field->text()));
         const double width = value(*ui, "Data.Area.Measure.Front.L1.Width");
@@ -289,10 +287,7 @@ private slots:
         auto colours = [&] {
             areas.clear();
             p->GetAreas(areas);
-            QList<QColor> out;
-            for (auto& a : areas)
-                out << a.color;
-            return out;
+            return mapped(areas, [](const TwAreaOverlay& a) { return a.color; });
         };
         QCOMPARE(p->cmbArea()->count(), 3);
         QCOMPARE(p->cmbArea()->itemData(2).toInt(), 1);
@@ -392,7 +387,7 @@ private slots:
         QVERIFY(target);
         const QRect available = target->availableGeometry();
         auto ui = shown();
-        TwDlgMain* dialog = ui->controllerIfMade()->windowIfLoaded();
+        TwDlgMain* dialog = window(*ui);
         QRect placed = dialog->geometry();
         placed.moveCenter(available.center());
         dialog->setGeometry(placed);
@@ -571,7 +566,7 @@ private slots:
     // and the session ends with the window.
     void aModalDialogsPreviewTakesInput() {
         auto ui = shown(true);
-        TwDlgMain* main = ui->controllerIfMade()->windowIfLoaded();
+        TwDlgMain* main = window(*ui);
         QCOMPARE(TwApplication::modalWindow(), main);
         TwDlgPreview* p = prescan(*ui);
         QVERIFY(p->isModal() && ui->controllerIfMade()->hasPrescanSession());

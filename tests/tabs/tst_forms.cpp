@@ -384,9 +384,8 @@ std::unique_ptr<TwainView> makeTab(const char* className, TwainDialogData* model
 
 // Every control below the widget that carries at least one binding.
 int boundControlCount(const QWidget* root) {
-    const auto objects = root->findChildren<QObject*>();
-    return int(std::count_if(objects.begin(), objects.end(),
-                             [](QObject* o) { return !TwBoundControl::bindingNames(o).empty(); }));
+    return int(std::ranges::count_if(root->findChildren<QObject*>(),
+                                     [](QObject* o) { return !TwBoundControl::bindingNames(o).empty(); }));
 }
 
 // One expected binding, from a table line.
