@@ -156,15 +156,15 @@ inline TwValue array(std::initializer_list<TwValue> items = {}) {
 inline TwValue choice(const TwValue& value, const char* display) {
     return dict({{"value", value}, {"display", display}});
 }
-template <class T = int> std::vector<T> codes(const TwValue& list, const char* key = "value") {
-    std::vector<T> out;
+template <class T = int> QList<T> codes(const TwValue& list, const char* key = "value") {
+    QList<T> out;
     if (auto a = list.list())
         for (auto& e : *a) {
             const TwValue v = e.dict() ? e.dict()->value(key) : TwValue();
             if constexpr (std::is_same_v<T, int>)
-                out.push_back(v.intValue());
+                out.append(v.intValue());
             else
-                out.push_back(v.stringValue());
+                out.append(v.stringValue());
         }
     return out;
 }

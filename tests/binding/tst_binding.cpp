@@ -267,9 +267,9 @@ private slots:
         TwResponderBinding rb;
         plainValues ? rb.bindContentValues(&combo, &model, "content.List")
                     : rb.bindContent(&combo, &model, "content.List");
-        QStringList made;
-        for (auto& n : names(&combo))
-            made << QString::fromStdString(n + "=" + keyPathOf(&combo, n.c_str()));
+        const QStringList made = mapped(names(&combo), [&](const std::string& n) {
+            return QString::fromStdString(n + "=" + keyPathOf(&combo, n.c_str()));
+        });
         QTEST(made, "expected");
         QCOMPARE(rb.bindings().size(), std::size_t(made.size()));
         QCOMPARE(combo.itemText(1), editable ? QString("2") : QString("two"));

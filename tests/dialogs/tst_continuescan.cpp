@@ -145,8 +145,7 @@ private slots:
     void everyWayTheQuestionEnds() {
         auto [press, polls, answer] = fetch<QString, QList<int>, int>("press", "polls", "answer");
         auto ui = loaded();
-        for (int p : polls)
-            g_source.pollAnswers.push_back(std::uint16_t(p));
+        g_source.pollAnswers.assign(polls.begin(), polls.end());
         QRect boxFrame, pageFrame;
         QRgb top = 0, bottom = 0;
         auto timer = whenModal<QMessageBox>([&](QMessageBox* box) {
@@ -288,8 +287,7 @@ private slots:
     void aPolledBoxEndsAsTheCallbackSays() {
         auto [type, polls, answer] = fetch<uint, QList<int>, int>("type", "polls", "answer");
         auto ui = loaded();
-        for (int p : polls)
-            g_source.pollAnswers.push_back(std::uint16_t(p));
+        g_source.pollAnswers.assign(polls.begin(), polls.end());
         auto timer = whenModal<QMessageBox>([](QMessageBox* box) {
             QTimer::singleShot(150, box, [box] { buttonTitled(box, "Cancel")->click(); });
         });

@@ -112,10 +112,7 @@ private slots:
         auto [black, white, gamma, levels, expected] =
             fetch<int, int, double, Levels, Levels>("black", "white", "gamma", "levels", "expected");
         const TwGammaTable t = tableOf(std::uint8_t(black), std::uint8_t(white), gamma);
-        Levels mapped;
-        for (int level : levels)
-            mapped << t[std::size_t(level)];
-        QCOMPARE(mapped, expected);
+        QCOMPARE(mapped(levels, [&](int level) { return int(t[std::size_t(level)]); }), expected);
     }
 
     void slidersAndGammas_data() {

@@ -136,11 +136,10 @@ private slots:
         auto [flatbed, shown] = fetch<bool, QStringList>("flatbed", "shown");
         auto ui = scanner.load({.flatbed = flatbed});
         runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
-            QStringList texts;
-            for (const char* name : {"labFlatMinWidth", "labFlatMaxWidth", "labFlatMinLength",
-                                     "labFlatMaxLength", "labADFMinLength"})
-                texts << d->findChild<QLabel*>(QLatin1String(name))->text();
-            QCOMPARE(texts, shown);
+            const QStringList labels{"labFlatMinWidth", "labFlatMaxWidth", "labFlatMinLength",
+                                     "labFlatMaxLength", "labADFMinLength"};
+            QCOMPARE(mapped(labels, [&](const QString& name) { return d->findChild<QLabel*>(name)->text(); }),
+                     shown);
         });
     }
 

@@ -653,8 +653,7 @@ private slots:
         model.setValueForKeyPath(rateChoices({0, 1, 2, 3, 4, 5}), "content.RateImage");
         model.setValueForKeyPath(TwValue(resolution), "Data.Resolution");
         model.SetBinaryImageRate();
-        auto got = codes(model.valueForKeyPath("content.RateImageAvail"));
-        QTEST(QList<int>(got.begin(), got.end()), "kept");
+        QTEST(codes(model.valueForKeyPath("content.RateImageAvail")), "kept");
     }
 
     void grayResolution_data() {
@@ -689,10 +688,10 @@ private slots:
         model->setValueForKeyPath(TwValue(3), "Data.AutoDistinction.RateBinaryImage");
         QCOMPARE(valuesAt(*model, {"Data.AutoDistinction.RateBinaryImage", "temp.GrayDPI"}), array({2, 100}));
         model->setValueForKeyPath(TwValue(150), "Data.Resolution");
-        QCOMPARE(codes(model->valueForKeyPath("content.RateImageAvail")), std::vector<int>{0});
+        QCOMPARE(codes(model->valueForKeyPath("content.RateImageAvail")), QList<int>{0});
         QCOMPARE(valuesAt(*model, {"Data.AutoDistinction.RateBinaryImage", "temp.GrayDPI"}), array({0, 150}));
         model->setValueForKeyPath(TwValue(600), "Data.Resolution");
-        QCOMPARE(codes(model->valueForKeyPath("content.RateImageAvail")), (std::vector<int>{0, 1, 2, 3}));
+        QCOMPARE(codes(model->valueForKeyPath("content.RateImageAvail")), (QList<int>{0, 1, 2, 3}));
         QCOMPARE(model->valueForKeyPath("temp.GrayDPI"), TwValue(600));
     }
 
@@ -746,8 +745,8 @@ private slots:
         model->updateContentPaperSizeAll();
         TwValue all = model->valueForKeyPath("content.PaperSizeAll.value");
         QCOMPARE(all.list()->back(), TwValue("Slip"));
-        QVERIFY(std::none_of(all.list()->begin(), all.list()->end(),
-                             [](auto& v) { return v.isString() && v.stringValue() == "Receipt"; }));
+        QVERIFY(std::ranges::none_of(*all.list(),
+                                     [](const TwValue& v) { return v.isEqual(TwValue("Receipt")); }));
         QCOMPARE(model->GetCurrentPaperSize().width, 2100.0); // back to the first standard paper
     }
 
@@ -1062,11 +1061,9 @@ private slots:
         ChangeRecorder r(model,
                          {"Data.Feed", "Data.Feed.A", "Data.Feed.B.C", "Data.FeedX", "Data", "Data.Other"});
         model.setValueForKeyPath(dict({{"A", 1}, {"B", dict({{"C", 2}})}}), "Data.Feed");
-        std::vector<std::string> told;
-        for (auto& s : r.seen)
-            told.push_back(s.keyPath);
-        std::sort(told.begin(), told.end());
-        QCOMPARE(told, (std::vector<std::string>{"Data.Feed", "Data.Feed.A", "Data.Feed.B.C"}));
+        auto told = mapped(r.seen, [](const ChangeRecorder::Seen& s) { return s.keyPath; });
+        std::ranges::sort(told);
+        QCOMPARE(told, (QList<std::string>{"Data.Feed", "Data.Feed.A", "Data.Feed.B.C"}));
         QCOMPARE(r.seen.back().newValue.intValue(), 2);
     }
 
