@@ -44,18 +44,17 @@ struct SampleScanner {
     int boxAnswer = kVmxAnswerOK;
     QStringList alerts; // the formatters' refusals
 
-    // False, with the reason in error, when the bundle's files cannot be read.
-    bool read() {
+    SampleScanner() {
         definition = TwPlistReadFile(kBundle + "/Contents/Resources/ModelDef.plist", &error);
         capabilities = TwPlistReadFile(kBundle + "/Contents/Resources/Capabilities.plist", &error);
         def = SampleModelDef(definition);
-        return definition.isDictionary() && capabilities.isDictionary();
     }
 
     // Every case starts with a home and preferences of its own, this module's bundle, the log off
     // below errors, nothing sent, boxes and alerts recorded (a box answers boxAnswers in turn, then
-    // boxAnswer) and no help opener.
-    void reset() {
+    // boxAnswer) and no help opener. False, with the reason in error, when the sample's files could
+    // not be read.
+    bool reset() {
         log.reset();
         OrvaSetLogLevel(kOrvaLogError);
         home.reset(); // gives the variables back before the next one takes them
@@ -72,6 +71,7 @@ struct SampleScanner {
         });
         TwSetFormatterAlert([this](QWidget*, const QString& message) { alerts << message; });
         TwainDialogController::setUrlOpener({});
+        return definition.isDictionary() && capabilities.isDictionary();
     }
     QStringList boxMessages() const {
         return mapped(boxes, [](const TwMessageBoxSetup& b) { return b.message; });

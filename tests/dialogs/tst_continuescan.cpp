@@ -118,10 +118,9 @@ class TestContinueScan : public QObject {
     }
 
 private slots:
-    void initTestCase() { QVERIFY2(sample.read(), sample.error.c_str()); }
     void init() {
         g_source = QuestionSource{};
-        sample.reset();
+        QVERIFY2(sample.reset(), sample.error.c_str());
         TwSetMessageBoxRunner({}); // the real boxes, answered as a person does
     }
 

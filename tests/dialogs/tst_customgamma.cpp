@@ -91,8 +91,7 @@ class TestCustomGamma : public QObject {
     }
 
 private slots:
-    void initTestCase() { QVERIFY2(scanner.read(), scanner.error.c_str()); }
-    void init() { scanner.reset(); }
+    void init() { QVERIFY2(scanner.reset(), scanner.error.c_str()); }
 
     // ---- Tables and scales ----
 

@@ -74,11 +74,10 @@ class TestPanels : public QObject {
 
 private slots:
     void initTestCase() {
-        QVERIFY2(sample.read(), sample.error.c_str());
         mainDialog = sample.definition.dict()->value("UIControl").dict()->value("MainDialog").deepCopy();
     }
     void init() {
-        sample.reset();
+        QVERIFY2(sample.reset(), sample.error.c_str());
         sample.definition.dict()->value("UIControl").dict()->set("MainDialog", mainDialog.deepCopy());
     }
 

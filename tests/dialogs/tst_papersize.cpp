@@ -22,8 +22,7 @@ class TestPaperSize : public QObject {
     static TwValue papers(VmxUIControllerImpl& ui) { return ui.model()->customPaperSize(); }
 
 private slots:
-    void initTestCase() { QVERIFY2(scanner.read(), scanner.error.c_str()); }
-    void init() { scanner.reset(); }
+    void init() { QVERIFY2(scanner.reset(), scanner.error.c_str()); }
 
     // Save trims the name (32 characters at most, a blank one asks for a name), rounds the size to
     // tenths of a millimetre and holds it within the feeder's limits, also with a flatbed that

@@ -96,10 +96,9 @@ class TestPreview : public QObject {
     static bool near(double a, double b, double tolerance) { return std::abs(a - b) <= tolerance; }
 
 private slots:
-    void initTestCase() { QVERIFY2(sample.read(), sample.error.c_str()); }
 
     void init() {
-        sample.reset();
+        QVERIFY2(sample.reset(), sample.error.c_str());
         g_pages = {};
     }
 

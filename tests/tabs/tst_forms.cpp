@@ -511,7 +511,6 @@ class TestForms : public QObject {
 
 private slots:
     void initTestCase() {
-        QVERIFY2(sample.read(), sample.error.c_str());
         static QtMessageHandler previous = nullptr;
         previous = qInstallMessageHandler(
             [](QtMsgType type, const QMessageLogContext& context, const QString& text) {
@@ -706,7 +705,7 @@ private slots:
 
     // ---- The tabs bound to the sample scanner ----
 
-    void init() { sample.reset(); }
+    void init() { QVERIFY2(sample.reset(), sample.error.c_str()); }
 
     void unknownClassesAndMissingModelsAreRefusedWithALogLine() {
         sample.captureLog();
