@@ -431,35 +431,16 @@ private slots:
         QCOMPARE(QFileInfo(conPath()).size(), 0);
     }
 
-    void consoleSwitchMustBeRegularFile_data() {
-        QTest::addColumn<QString>("kind");
-        row("regular file", "file");
-        row("missing", "none");
-        row("directory", "dir");
-        row("symbolic link to a file", "link");
+    // The log (nothing there, a link, a dangling link, a folder, a fifo) and the console switch (a
+    // regular file, nothing there, a folder, a link to a file) are used only as regular files.
+    void nonRegularPaths_data() {
+        columns<QString, QString>("kind", "console");
+        for (const char* kind : {"none", "link", "dangling", "dir", "fifo"})
+            for (const char* console : {"file", "none", "dir", "link"})
+                QTest::addRow("log %s, console %s", kind, console) << QString(kind) << QString(console);
     }
-    void consoleSwitchMustBeRegularFile() {
-        QFETCH(QString, kind);
-        if (kind == "file")
-            QVERIFY(makeFile(conPath(), {}));
-        else if (kind == "dir")
-            QVERIFY(QDir(dir->path()).mkdir("orvatwain.con"));
-        else if (kind == "link")
-            QVERIFY(makeFile(dir->filePath("real.con"), {}) &&
-                    QFile::link(dir->filePath("real.con"), conPath()));
-        OrvaLog(kOrvaLogError, "hello\n");
-        QCOMPARE(captured(), kind == "file" ? QByteArrayList{"hello\n"} : QByteArrayList{});
-        QVERIFY(!QFile::exists(logPath()));
-    }
-
-    void nonRegularLogPath_data() {
-        columns<QString, bool>("kind", "withConsole");
-        for (const char* kind : {"link", "dangling", "dir", "fifo"})
-            for (bool con : {true, false})
-                QTest::addRow("%s%s", kind, con ? ", console switch" : "") << QString(kind) << con;
-    }
-    void nonRegularLogPath() {
-        auto [kind, withConsole] = fetch<QString, bool>("kind", "withConsole");
+    void nonRegularPaths() {
+        auto [kind, console] = fetch<QString, QString>("kind", "console");
         const QString target = dir->filePath("target");
         const QByteArray targetHead("target content\n");
         int fifoReader = -1;
@@ -470,14 +451,19 @@ private slots:
             QVERIFY(QFile::link(target, logPath()));
         } else if (kind == "dir") {
             QVERIFY(QDir(dir->path()).mkdir("orvatwain.log"));
-        } else {
+        } else if (kind == "fifo") {
             QCOMPARE(::mkfifo(QFile::encodeName(logPath()).constData(), 0600), 0);
             // Held open so that anything written into the pipe stays readable.
             fifoReader = ::open(QFile::encodeName(logPath()).constData(), O_RDONLY | O_NONBLOCK);
             QVERIFY(fifoReader >= 0);
         }
-        if (withConsole)
+        if (console == "file")
             QVERIFY(makeFile(conPath(), {}));
+        else if (console == "dir")
+            QVERIFY(QDir(dir->path()).mkdir("orvatwain.con"));
+        else if (console == "link")
+            QVERIFY(makeFile(dir->filePath("real.con"), {}) &&
+                    QFile::link(dir->filePath("real.con"), conPath()));
 
         OrvaLog(kOrvaLogError, "refused %d\n", 1);
         OrvaLogFile(0, "refused %d\n", 2);
@@ -489,7 +475,8 @@ private slots:
             ::close(fifoReader);
             QVERIFY2(n <= 0, "the log wrote into a fifo");
         }
-        QCOMPARE(captured(), withConsole ? QByteArrayList({"refused 1\n", "refused 2\n"}) : QByteArrayList());
+        QCOMPARE(captured(),
+                 console == "file" ? QByteArrayList({"refused 1\n", "refused 2\n"}) : QByteArrayList());
         if (kind == "link") {
             QCOMPARE(QFileInfo(target).size(), kMaxSize + 1);
             QCOMPARE(readFile(target, 0, targetHead.size()), targetHead);
@@ -502,6 +489,7 @@ private slots:
         QCOMPARE(exists, kind == "link");
         for (const QString& e : dirEntries())
             QVERIFY2(!e.contains(".log."), qPrintable(e));
+        QCOMPARE(dirEntries().contains("orvatwain.log"), kind != "none");
     }
 
     void concurrentLinesStayWhole() {
