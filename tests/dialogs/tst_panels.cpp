@@ -532,33 +532,26 @@ private slots:
 
     // ---- Threads and the facade's boxes ----
 
-    void hideUiFromAnotherThreadRunsOnTheGuiThread() {
-        auto ui = shown();
-        std::atomic_bool done{false};
-        std::thread worker([&] {
-            ui->hideUi();
-            done = true;
-        });
-        QTRY_VERIFY(done.load());
-        worker.join();
-        QVERIFY(!window(*ui)->isVisible());
-    }
-
-    // The title is a key of the string table and the message the box's informative text; the
-    // answer is the button pressed, from a worker too.
-    void aMessageBoxAnswersTheButtonFromAnyThread() {
+    // A worker's box: the title is a key of the string table and the message the box's informative
+    // text, the answer the button pressed. A worker's hideUi runs on the GUI thread.
+    void callsFromAnotherThreadRunOnTheGuiThread() {
         TwSetMessageBoxRunner({}); // the real box
-        auto ui = loaded();
+        auto ui = shown();
         QStringList texts;
         auto timer = whenModal<QMessageBox>([&](QMessageBox* box) {
             texts = {box->text(), box->informativeText()};
             buttonTitled(box, "Cancel")->click();
         });
         std::atomic_int answer{-1};
-        std::thread worker(
-            [&] { answer = ui->showMessageBox("Replace the paper?", "IDS_CAPTION_SAVESETTING", 0x40002); });
-        QTRY_VERIFY(answer.load() != -1);
+        std::atomic_bool done{false};
+        std::thread worker([&] {
+            answer = ui->showMessageBox("Replace the paper?", "IDS_CAPTION_SAVESETTING", 0x40002);
+            ui->hideUi();
+            done = true;
+        });
+        QTRY_VERIFY(done.load());
         worker.join();
+        QVERIFY(!window(*ui)->isVisible());
         QCOMPARE(answer.load(), int(kVmxAnswerCancel));
         QCOMPARE(texts, (QStringList{"Save Setting", "Replace the paper?"}));
     }
