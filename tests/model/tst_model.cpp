@@ -310,13 +310,6 @@ private slots:
         model->bInProfileProcess = false;
     }
 
-    void enableRulesRunBeforeTheReactions() {
-        // The paper-source reaction reads enable.Duplex: it must see the value for the new source.
-        reload(duplexRule());
-        model->setValueForKeyPath(TwValue(1), "Data.PaperSource");
-        QCOMPARE(valuesAt(*model, {"enable.Duplex", "temp.GrayImageSide"}), array({true, 2}));
-    }
-
     void loadingAProfileSkipsTheReactions() {
         model->bInLoadProfile = true;
         model->setValueForKeyPath(TwValue(150), "Data.Resolution");
@@ -331,7 +324,8 @@ private slots:
     // ---- Paper source and side selectors ----
 
     // Without duplex every side selector shows the front. With duplex a family whose sides are kept
-    // equal (or that has no such flag yet: it is stored as true) selects both; the others stay.
+    // equal (or that has no such flag yet: it is stored as true) selects both; the others stay. The
+    // reaction reads enable.Duplex, so the enable rules must have run for the new source first.
     void paperSourceSetsTheSideSelectors() {
         reload(duplexRule());
         for (const char* family : TwainDialogData::kSideFamilies)
@@ -343,10 +337,10 @@ private slots:
         QVERIFY(model->valueForKeyPath("Data.GrayImage.Keep2SideSame").isNull());
         model->setValueForKeyPath(TwValue(true), "Data.ColorImage.Keep2SideSame");
         model->setValueForKeyPath(TwValue(4), "Data.PaperSource");
-        QCOMPARE(
-            valuesAt(*model, {"Data.GrayImage.Keep2SideSame", "temp.GrayImageSide", "temp.ColorImageSide",
-                              "temp.BinaryImageSide", "Data.BinaryImage.Keep2SideSame"}),
-            array({true, 2, 2, 0, false}));
+        QCOMPARE(valuesAt(*model,
+                          {"enable.Duplex", "Data.GrayImage.Keep2SideSame", "temp.GrayImageSide",
+                           "temp.ColorImageSide", "temp.BinaryImageSide", "Data.BinaryImage.Keep2SideSame"}),
+                 array({true, true, 2, 2, 0, false}));
     }
 
     void selectingASideLoadsItsValues() {
