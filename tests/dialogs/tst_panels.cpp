@@ -1459,8 +1459,6 @@ private slots:
         ui->getPaperFrame(&back);
         QCOMPARE(back.left, 10.0);
         QCOMPARE(back.top, 20.0);
-        ui->showUi(false, true, true); // without showing: only the flags
-        QVERIFY(!ui->isShow() && ui->isShowModal());
         // Closing drops the model: nothing is forwarded any more.
         ui->closeDS();
         QVERIFY(ui->DialogData() == nullptr && ui->dataForKeyPath("Data.Resolution").isNull());
