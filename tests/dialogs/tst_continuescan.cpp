@@ -414,20 +414,17 @@ private slots:
     }
     void aHeadlessScanGoesOnOrStopsByTheAnswer() {
         auto [answer, lines] = fetch<QString, QStringList>("answer", "lines");
-        QProcess sample;
+        QProcess scan;
+        // The run inherits the case's own home and preferences folder, never the user's.
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert("QT_QPA_PLATFORM", "offscreen");
-        // A home and preferences of the run's own, never the user's.
-        QTemporaryDir home;
-        env.insert("HOME", home.path());
-        env.insert("XDG_CONFIG_HOME", home.path());
-        sample.setProcessEnvironment(env);
-        sample.start(QStringLiteral(SAMPLEDS_PATH),
-                     {"--headless", "--scan", "--scan-pages", "4", "--double-feed-at", "2", "--paper-wait",
-                      "0.3", "--page-time", "20", "--auto-answer", answer, "--answer-after", "0"});
-        QVERIFY(sample.waitForFinished(60000));
-        const QString out = QString::fromUtf8(sample.readAllStandardOutput());
-        QCOMPARE(sample.exitCode(), 0);
+        scan.setProcessEnvironment(env);
+        scan.start(QStringLiteral(SAMPLEDS_PATH),
+                   {"--headless", "--scan", "--scan-pages", "4", "--double-feed-at", "2", "--paper-wait",
+                    "0.3", "--page-time", "20", "--auto-answer", answer, "--answer-after", "0"});
+        QVERIFY(scan.waitForFinished(60000));
+        const QString out = QString::fromUtf8(scan.readAllStandardOutput());
+        QCOMPARE(scan.exitCode(), 0);
         // In this order, each once.
         qsizetype from = 0;
         for (const QString& line : lines) {
