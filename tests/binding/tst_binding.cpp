@@ -887,7 +887,7 @@ private slots:
 
     // ---- label, image view, group box ----
 
-    void imageViewShowsThePictureAtThePath() {
+    void imageViewLabelAndGroupBoxShowTheValue() {
         QTemporaryDir dir;
         QString path = dir.path() + "/LeftRightMk2.png";
         QImage picture(8, 8, QImage::Format_RGB32);
@@ -900,9 +900,6 @@ private slots:
         QVERIFY(view->hasImage());
         model.setValueForKeyPath((dir.path() + "/missing.png").toStdString(), "image.DoubleExposure");
         QVERIFY(!view->hasImage());
-    }
-
-    void labelAndGroupBoxShowTheValue() {
         auto* box = bound(new QGroupBox, "temp.Distinction", "Auto resolution");
         auto* label = bound(new QLabel, "temp.Distinction", "Auto resolution");
         QCOMPARE(box->title(), QString("Auto resolution"));
@@ -984,7 +981,7 @@ private slots:
 
     // ---- slider and stepper ----
 
-    void sliderScalesRealValues() {
+    void slidersWriteScaledValuesAsTheyTrack() {
         model.setValueForKeyPath(2.5, "Data.Ratio");
         auto* slider = new QSlider(Qt::Horizontal, window.get());
         SetSliderRange(slider, 1, 500, 2);
@@ -1012,20 +1009,18 @@ private slots:
         // A value set by code is no user action.
         slider->setValue(100);
         QCOMPARE(model.valueForKeyPath("Data.Ratio").doubleValue(), 4.0);
-    }
-
-    void untrackedSliderWritesOnRelease() {
-        auto* slider = new QSlider(Qt::Horizontal);
-        SetSliderRange(slider, 1, 255, 0);
-        slider->setTracking(false);
-        bound(slider, "Data.Brightness", 10);
-        ChangeRecorder writes(model, {"Data.Brightness"});
-        slider->setSliderDown(true);
-        slider->setSliderPosition(100);
-        slider->setSliderPosition(120);
-        QCOMPARE(writes.count(), 0);
-        slider->setSliderDown(false);
-        QCOMPARE(writes.count(), 1);
+        // Without tracking the position is written once, on release.
+        auto* untracked = new QSlider(Qt::Horizontal);
+        SetSliderRange(untracked, 1, 255, 0);
+        untracked->setTracking(false);
+        bound(untracked, "Data.Brightness", 10);
+        ChangeRecorder released(model, {"Data.Brightness"});
+        untracked->setSliderDown(true);
+        untracked->setSliderPosition(100);
+        untracked->setSliderPosition(120);
+        QCOMPARE(released.count(), 0);
+        untracked->setSliderDown(false);
+        QCOMPARE(released.count(), 1);
         QCOMPARE(model.valueForKeyPath("Data.Brightness"), TwValue(120));
         QVERIFY(model.valueForKeyPath("Data.Brightness").isInteger());
     }
