@@ -125,17 +125,6 @@ private:
     QPointer<QAbstractSpinBox> m_stepper;
 };
 
-} // namespace
-
-QList<QWidget*> TwVisualTabOrder(QWidget* root) {
-    QList<QWidget*> out;
-    if (root)
-        collect(root, out, true);
-    return out;
-}
-
-namespace {
-
 // A control and those of its own parts that take the focus (an editable combo box's field), which
 // must move with it through the chain: Qt moves only the widget named, and a part left behind
 // would lead Tab back to where the control once stood.
@@ -153,6 +142,13 @@ QList<QWidget*> withParts(QWidget* control) {
 }
 
 } // namespace
+
+QList<QWidget*> TwVisualTabOrder(QWidget* root) {
+    QList<QWidget*> out;
+    if (root)
+        collect(root, out, true);
+    return out;
+}
 
 void TwSetVisualTabOrder(QWidget* root) {
     QList<QWidget*> chain;

@@ -126,8 +126,7 @@ public:
         if (!m_followers.contains(control))
             control->installEventFilter(this);
         m_followers.insert(control, label);
-        label->setVisible(!control->isHidden());
-        label->setEnabled(control->isEnabled());
+        mirror(control);
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
@@ -138,22 +137,10 @@ public:
             fit(static_cast<QWidget*>(watched));
             break;
         case QEvent::ShowToParent:
-        case QEvent::HideToParent: {
-            const bool shown = event->type() == QEvent::ShowToParent;
-            for (auto it = m_followers.constFind(watched); it != m_followers.cend() && it.key() == watched;
-                 ++it)
-                if (it.value())
-                    it.value()->setVisible(shown);
+        case QEvent::HideToParent:
+        case QEvent::EnabledChange:
+            mirror(static_cast<QWidget*>(watched));
             break;
-        }
-        case QEvent::EnabledChange: {
-            const bool enabled = static_cast<QWidget*>(watched)->isEnabled();
-            for (auto it = m_followers.constFind(watched); it != m_followers.cend() && it.key() == watched;
-                 ++it)
-                if (it.value())
-                    it.value()->setEnabled(enabled);
-            break;
-        }
         default:
             break;
         }
@@ -161,6 +148,15 @@ public:
     }
 
 private:
+    // The control's labels are shown and greyed as the control is.
+    void mirror(QWidget* control) {
+        for (auto it = m_followers.constFind(control); it != m_followers.cend() && it.key() == control; ++it)
+            if (it.value()) {
+                it.value()->setVisible(!control->isHidden());
+                it.value()->setEnabled(control->isEnabled());
+            }
+    }
+
     QMultiHash<QObject*, QPointer<QWidget>> m_followers;
 };
 
