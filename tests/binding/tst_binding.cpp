@@ -480,7 +480,8 @@ private slots:
         delete gone; // its bindings go with it
         QCOMPARE(model.observationCount(), std::size_t(2));
         rb.unbindAll();
-        QVERIFY(button.isEnabled() && rb.bindings().empty());
+        QVERIFY(button.isEnabled());
+        QVERIFY(rb.bindings().empty());
         QCOMPARE(model.observationCount(), std::size_t(0));
     }
 
@@ -1172,7 +1173,8 @@ private slots:
         hidden->selectAll();
         QTest::keyClicks(hidden, "400");
         hidden->hide();
-        QVERIFY(TwEndEditing(window.get()) && alerts.isEmpty());
+        QVERIFY(TwEndEditing(window.get()));
+        QVERIFY(alerts.isEmpty());
     }
 
     // A field without continuous updates writes when its entry ends: by Return, or when the

@@ -59,7 +59,8 @@ private slots:
         first->showUi(false, false, false); // flags only: no application needed yet
         QCOMPARE(QCoreApplication::instance(), nullptr);
         first->showUi(true, false, false);
-        QVERIFY(QCoreApplication::instance() != nullptr && TwApplication::ownsApplication());
+        QVERIFY(QCoreApplication::instance() != nullptr);
+        QVERIFY(TwApplication::ownsApplication());
         QVERIFY(!QApplication::quitOnLastWindowClosed());
 
         auto second = facade();

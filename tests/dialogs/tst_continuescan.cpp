@@ -383,7 +383,9 @@ private slots:
     void thePreviewRecordHoldsTheScannedSides() {
         TwPreviewRecord record{};
         SampleScanSettings settings{54.0, 86.0, 100, SampleImageType::Gray, true};
-        QVERIFY(RenderSamplePrescan(settings, &record) && record.front.pDIB && record.back.pDIB);
+        QVERIFY(RenderSamplePrescan(settings, &record));
+        QVERIFY(record.front.pDIB);
+        QVERIFY(record.back.pDIB);
         QCOMPARE(GetDIBSize(record.back.pDIB, record.back.imageLength), record.back.imageLength);
         std::free(record.front.pDIB);
         std::free(record.back.pDIB);

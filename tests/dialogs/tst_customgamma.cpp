@@ -190,7 +190,8 @@ private slots:
         QCOMPARE(qBlue(marked.pixel(p)), 7);
         QCOMPARE(view.sampleBytes(), original); // converted on a copy
         view.setMonochrome(true);
-        QVERIFY(view.convertedImage().isGrayscale() && !view.loadSample(u"/nonexistent/sample.bmp"_s));
+        QVERIFY(view.convertedImage().isGrayscale());
+        QVERIFY(!view.loadSample(u"/nonexistent/sample.bmp"_s));
         QVERIFY(view.convertedImage().isNull());
     }
 
@@ -398,7 +399,8 @@ private slots:
                 QVERIFY(d->isChanged());
                 asked = askedName([&] { QTest::mouseClick(d->btnClose(), Qt::LeftButton); }, QString());
                 QCOMPARE(asked.proposed, u"Bright"_s);
-                QVERIFY(!asked.checksOverwrite && !d->isVisible());
+                QVERIFY(!asked.checksOverwrite);
+                QVERIFY(!d->isVisible());
             });
             QCOMPARE(model->customGamme("Bright", true).dict()->value("Blue").doubleValue(), 2.0);
             QCOMPARE(dialog->currentGammaName(), std::optional<QString>(u"Bright"_s));

@@ -262,7 +262,9 @@ private slots:
         QTest::mouseClick(w->btnOK(), Qt::LeftButton);
         ui->controllerIfMade()->onStart();
         ui->controllerIfMade()->onSaveSetting();
-        QVERIFY(g_sent.empty() && !prompted && SampleScanner::stored("untitle profile").isNull());
+        QVERIFY(g_sent.empty());
+        QVERIFY(!prompted);
+        QVERIFY(SampleScanner::stored("untitle profile").isNull());
         QCOMPARE(sample.alerts.size(), 3);
         QCOMPARE(w->focusWidget(), width);
 
@@ -568,7 +570,8 @@ private slots:
         QCOMPARE(window(*ui)->tableMain()->currentWidget()->property("identifier").toString(), u"Area"_s);
         QVERIFY(QImage(QString::fromStdString(file)).width() > 100);
         QVERIFY(!ui->saveDialogPicture(dir.filePath("x.png").toStdString(), "Imprinter"));
-        QVERIFY(!ui->performDialogAction("onNothing") && ui->performDialogAction("onOK"));
+        QVERIFY(!ui->performDialogAction("onNothing"));
+        QVERIFY(ui->performDialogAction("onOK"));
         QCOMPARE(sentCodes(), Codes{kVmxEventClosed});
     }
 
@@ -644,7 +647,8 @@ private slots:
         ui->controllerIfMade()->onSaveSetting();
         QCOMPARE(offered.size(), 50);
         QCOMPARE(shownName, QString());
-        QVERIFY(!stayed && !model->IsProfileExist("One too many"));
+        QVERIFY(!stayed);
+        QVERIFY(!model->IsProfileExist("One too many"));
         QCOMPARE(sample.boxMessages(),
                  QStringList{"No more items can be saved. Delete an item you no longer need and try again."});
 
@@ -1341,7 +1345,8 @@ private slots:
         ui->setDataWithDictionary(sample.capabilities.deepCopy(), 0);
         QCOMPARE(first->observationCount(first.get()), std::size_t(0));
         std::shared_ptr<TwainDialogData> second = ui->model();
-        QVERIFY(second != first && second->observationCount(second.get()) > 0);
+        QVERIFY(second != first);
+        QVERIFY(second->observationCount(second.get()) > 0);
         ui->closeDS();
         QCOMPARE(second->observationCount(second.get()), std::size_t(0));
 
@@ -1355,7 +1360,8 @@ private slots:
 
     void withoutModelEverythingIsQuiet() {
         VmxUIControllerImpl ui;
-        QVERIFY(ui.dataForKeyPath("Data.Resolution").isNull() && ui.DialogData() == nullptr);
+        QVERIFY(ui.dataForKeyPath("Data.Resolution").isNull());
+        QVERIFY(ui.DialogData() == nullptr);
         ui.setDataWithKeyPathValue(dict({{"Data.Resolution", 300}}));
         ui.setUIContents(def.options);
         ui.setCallback(&recordEvent);
@@ -1461,7 +1467,8 @@ private slots:
         QCOMPARE(back.top, 20.0);
         // Closing drops the model: nothing is forwarded any more.
         ui->closeDS();
-        QVERIFY(ui->DialogData() == nullptr && ui->dataForKeyPath("Data.Resolution").isNull());
+        QVERIFY(ui->DialogData() == nullptr);
+        QVERIFY(ui->dataForKeyPath("Data.Resolution").isNull());
         ui->setPaperFrame(wanted);
         QVERIFY(ui->customPaperSize().isNull());
     }

@@ -225,7 +225,8 @@ private slots:
         TwainDialogData model;
         model.setModelDef(&def);
         model.createObserver();
-        QVERIFY(model.m_dictEnableChange.isNull() && model.m_dictObserverChange.dict()->empty());
+        QVERIFY(model.m_dictEnableChange.isNull());
+        QVERIFY(model.m_dictObserverChange.dict()->empty());
         QVERIFY(model.valueForKeyPath("enable.A").isNull());
     }
 
@@ -1128,11 +1129,14 @@ private slots:
         QVERIFY(model.dictionary(d, {"s", "x"}).isEqual(TwValue("text")));
         QVERIFY(d.dict()->value("s").isDictionary());
         // A missing level is created the same way; the caller gets null and asks again.
-        QVERIFY(model.dictionary(d, {"m", "x"}).isNull() && d.dict()->value("m").isDictionary());
+        QVERIFY(model.dictionary(d, {"m", "x"}).isNull());
+        QVERIFY(d.dict()->value("m").isDictionary());
 
         // Reading returns what is in the way as it is, and creates only below the first level.
-        QVERIFY(model.dictionaryRead(d, "t.x").isEqual(TwValue("text")) && d.dict()->value("t").isString());
-        QVERIFY(model.dictionaryRead(d, "missing.x").isNull() && !d.dict()->contains("missing"));
+        QVERIFY(model.dictionaryRead(d, "t.x").isEqual(TwValue("text")));
+        QVERIFY(d.dict()->value("t").isString());
+        QVERIFY(model.dictionaryRead(d, "missing.x").isNull());
+        QVERIFY(!d.dict()->contains("missing"));
         QVERIFY(model.dictionaryRead(d, "a.c.d").isNull());
         QVERIFY(d.dict()->value("a").dict()->value("c").isDictionary());
 

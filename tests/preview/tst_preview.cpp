@@ -123,7 +123,9 @@ private slots:
         const QRect main = window(*ui)->frameGeometry();
         QCOMPARE(p->frameGeometry().left(), main.right() + 1 + 10);
         QCOMPARE(p->frameGeometry().bottom(), main.bottom());
-        QVERIFY(!p->isModal() && !p->displayOnly() && p->isStatusTimerRunning());
+        QVERIFY(!p->isModal());
+        QVERIFY(!p->displayOnly());
+        QVERIFY(p->isStatusTimerRunning());
         // The page fits the scroll area with a 30-point margin.
         const QSize frame = p->sclPreview()->size();
         QCOMPARE(p->viewPreview()->initedRate(), fitRate(p->GetCurrentPaperSize(), QSizeF(frame)));
@@ -555,7 +557,9 @@ private slots:
             set(*ui, qPrintable(action.section('=', 0, 0)), action.section('=', 1).toInt());
         else
             ui->controllerIfMade()->performAction(action);
-        QVERIFY(!p->isVisible() && !p->isStatusTimerRunning() && p->imageFront().isNull());
+        QVERIFY(!p->isVisible());
+        QVERIFY(!p->isStatusTimerRunning());
+        QVERIFY(p->imageFront().isNull());
     }
 
     // A modal dialog's prescan: the dialog stays application-modal, the preview takes input too,
@@ -565,7 +569,8 @@ private slots:
         TwDlgMain* main = window(*ui);
         QCOMPARE(TwApplication::modalWindow(), main);
         TwDlgPreview* p = prescan(*ui);
-        QVERIFY(p->isModal() && ui->controllerIfMade()->hasPrescanSession());
+        QVERIFY(p->isModal());
+        QVERIFY(ui->controllerIfMade()->hasPrescanSession());
         QCOMPARE(QApplication::activeModalWidget(), main);
         // Clicks through the window system, which drops those of blocked windows.
         clickThroughWindow(p->segControl()->buttons()[1]);
@@ -585,7 +590,8 @@ private slots:
         // The dialog takes input beside its preview: Default closes the preview and the session.
         QVERIFY(prescan(*ui)->isVisible() && ui->controllerIfMade()->hasPrescanSession());
         clickThroughWindow(main->btnDefault());
-        QVERIFY(!p->isVisible() && !ui->controllerIfMade()->hasPrescanSession());
+        QVERIFY(!p->isVisible());
+        QVERIFY(!ui->controllerIfMade()->hasPrescanSession());
     }
 
     // Pages only: no areas, no back side, no timer; the hand tool; the page's own size.
@@ -606,7 +612,8 @@ private slots:
         p->GetAreas(areas);
         QVERIFY(areas.empty());
         QCOMPARE(p->cmbArea()->count(), 0);
-        QVERIFY(!p->segSide()->buttons()[1]->isEnabled() && !p->segControl()->buttons()[0]->isEnabled());
+        QVERIFY(!p->segSide()->buttons()[1]->isEnabled());
+        QVERIFY(!p->segControl()->buttons()[0]->isEnabled());
         QCOMPARE(p->viewPreview()->opMode(), int(TwPreviewView::kOpHand));
         QCOMPARE(p->GetCurrentPaperSize(), QSizeF(100, 150));
         QVERIFY(!p->isStatusTimerRunning());
@@ -630,7 +637,9 @@ private slots:
         g_pages.front = Front(front);
         g_pages.back = false;
         TwDlgPreview* p = prescan(*ui);
-        QVERIFY(p && p->isVisible() && p->imageFront().isNull());
+        QVERIFY(p);
+        QVERIFY(p->isVisible());
+        QVERIFY(p->imageFront().isNull());
         std::uint32_t length = 0;
         TwOwnedDIB odd(makePageBitmap(8, 8, 3937, Qt::red, QString(), &length), length);
         const std::uint32_t compression = 77;

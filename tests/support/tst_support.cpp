@@ -264,7 +264,8 @@ private slots:
         QVERIFY(QFile::remove(logPath()));
         OrvaLog(kOrvaLogInfo, "two\n");
         OrvaLogFile(1, "two\n");
-        QVERIFY(!QFile::exists(logPath()) && makeFile(logPath(), {}));
+        QVERIFY(!QFile::exists(logPath()));
+        QVERIFY(makeFile(logPath(), {}));
         OrvaLog(kOrvaLogInfo, "three\n");
         const QByteArrayList lines = splitLines(readFile(logPath()));
         QCOMPARE(lines.size(), 2);
@@ -390,7 +391,8 @@ private slots:
 
     void failedRotationAppendsToBigFile() {
         // A non-empty directory at P.4 makes the first rename (P.3 onto it) fail.
-        QVERIFY(QDir(dir->path()).mkdir("orvatwain.log.4") && makeFile(logPath() + ".4/keep", "keep\n"));
+        QVERIFY(QDir(dir->path()).mkdir("orvatwain.log.4"));
+        QVERIFY(makeFile(logPath() + ".4/keep", "keep\n"));
         QVERIFY(makeFile(logPath() + ".3", "gen3\n") && makeFile(logPath() + ".0", "gen0\n"));
         QVERIFY(makeFile(logPath(), "big\n", kMaxSize + 1));
         OrvaLog(kOrvaLogWarning, "still here\n");
@@ -646,14 +648,16 @@ private slots:
         QCOMPARE(again.copyValue("Runned").intValue(), 1);
         QCOMPARE(again.copyValue("profiles").list()->at(0).dict()->value("ProfileName"), TwValue("Office"));
         again.setValue("Runned", TwValue()); // null removes
-        QVERIFY(again.synchronize() && !readBack(file).dict()->contains("Runned"));
+        QVERIFY(again.synchronize());
+        QVERIFY(!readBack(file).dict()->contains("Runned"));
         QVERIFY(readBack(file).dict()->contains("profiles"));
     }
 
     void noDomainReadsAndWritesNothing() {
         TwPreferences prefs("", dir->path().toStdString());
         prefs.setValue("profiles", array());
-        QVERIFY(prefs.copyValue("profiles").isNull() && !prefs.synchronize());
+        QVERIFY(prefs.copyValue("profiles").isNull());
+        QVERIFY(!prefs.synchronize());
         QCOMPARE(QDir(dir->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries).size(), 0);
     }
 
@@ -863,7 +867,8 @@ private slots:
         QFETCH(QByteArray, bytes);
         std::string error;
         TwValue v = TwPlistParse(bytes.constData(), std::size_t(bytes.size()), &error);
-        QVERIFY(v.isNull() && !error.empty());
+        QVERIFY(v.isNull());
+        QVERIFY(!error.empty());
     }
 
     void missingFileReportsWhy() {
@@ -908,7 +913,8 @@ private slots:
         // The first language that has the table answers alone, as on the platform.
         QCOMPARE(bundle->localizedStringForKey("IDS_CANCEL", "fallback"), std::string("fallback"));
         QCOMPARE(bundle->localizedStringForKey("IDS_CANCEL", ""), std::string("IDS_CANCEL"));
-        QVERIFY(bundle->hasLocalizedString("IDS_OK") && !bundle->hasLocalizedString("IDS_CANCEL"));
+        QVERIFY(bundle->hasLocalizedString("IDS_OK"));
+        QVERIFY(!bundle->hasLocalizedString("IDS_CANCEL"));
 
         writeFile(path + "/Contents/Resources/de.lproj/Localizable.strings", "\"IDS_OK\" = \"old style\";");
         bundle = TwBundle::bundleWithPath(path.toStdString());
@@ -1066,7 +1072,8 @@ private slots:
         s_sleeps.clear();
         SetDIBAllocSleep([](unsigned seconds) { s_sleeps.push_back(seconds); });
         void* block = AllocDIBMemoryWait(24, 100, 100);
-        QVERIFY(block && s_sleeps.empty());
+        QVERIFY(block);
+        QVERIFY(s_sleeps.empty());
         std::free(block);
         QCOMPARE(AllocDIBMemoryWait(32, 65535, 65535), nullptr);
         QCOMPARE(s_sleeps, std::vector<unsigned>(64, 5u));
@@ -1282,7 +1289,8 @@ private slots:
         QCOMPARE(FindDIBBits(dib.data(), dib.size()), nullptr);
         QCOMPARE(GetDIBSize(dib.data(), dib.size()), 0u);
         QVERIFY(!GetDIBSizeMillimetres(dib.data(), dib.size()));
-        QVERIFY(!CreateBMPFileHeader(dib.data(), dib.size()) && !unAlignBitmap(dib.data(), dib.size()));
+        QVERIFY(!CreateBMPFileHeader(dib.data(), dib.size()));
+        QVERIFY(!unAlignBitmap(dib.data(), dib.size()));
         QCOMPARE(AlignBitmap(dib.data(), dib.size()), nullptr);
         SaveBMP(dib.data(), dib.size(), QFile::encodeName(path).constData(), 0);
         QVERIFY(!QFile::exists(path));

@@ -888,13 +888,15 @@ private slots:
         SampleModelDef def(root);
         auto custom = sample.load({.modelDef = &def});
         auto feed = makeTab("TwainViewFeed", custom->model().get());
-        QVERIFY(child(feed.get(), "txtPage")->isHidden() && child(feed.get(), "labPageUnit")->isHidden());
+        QVERIFY(child(feed.get(), "txtPage")->isHidden());
+        QVERIFY(child(feed.get(), "labPageUnit")->isHidden());
         QVERIFY(!child(feed.get(), "rdoPage")->isHidden());
 
         feed->unbindControls();
         feedDefs.dict()->set("FeedPageNumber", dict({{"enabled", true}, {"hidden", false}}));
         feed->bindControlsToObject(custom->model().get());
-        QVERIFY(!child(feed.get(), "txtPage")->isHidden() && !child(feed.get(), "labPageUnit")->isHidden());
+        QVERIFY(!child(feed.get(), "txtPage")->isHidden());
+        QVERIFY(!child(feed.get(), "labPageUnit")->isHidden());
     }
 
     // The labels of a row and the scale at a slider's ends grey with the slider they belong to.
