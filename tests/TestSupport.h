@@ -1,11 +1,10 @@
 // What the tests share: Qt Test and the standard library, the value type as test data, the
 // diagnostic log and a home of the test's own, files written and read, a model definition the
-// test shapes, and recorders of what a store tells and of what the module sends the data source.
+// test shapes, and a recorder of what the module sends the data source.
 #pragma once
 
 #include "OrvaDebug.h"
 #include "TwBundle.h"
-#include "TwObservation.h"
 #include "TwPlist.h"
 #include "VmxUI.h"
 
@@ -30,14 +29,6 @@ using namespace Qt::StringLiterals;
 // A value as a failed comparison shows it.
 inline char* toString(const TwValue& v) {
     return qstrdup(TwPlistToXml(v).c_str());
-}
-
-// The store's values at the key paths, to compare in one go with an array.
-inline TwValue valuesAt(TwObservable& store, std::initializer_list<const char*> keyPaths) {
-    TwValue out = TwValue::array();
-    for (const char* keyPath : keyPaths)
-        out.list()->push_back(store.valueForKeyPath(keyPath));
-    return out;
 }
 
 // What f makes of each item, in order.
@@ -191,48 +182,6 @@ public:
     TwValue FeederFlatbed() const override { return TwValue::dictionary(); }
     double getPhysicalWidth() const override { return physicalWidth; }
     double getMinHeight() const override { return minHeight; }
-};
-
-// Records what a store tells of the key paths it watches, and ends its observations when it goes
-// (declare it after the store).
-class ChangeRecorder : public TwKeyValueObserver {
-public:
-    struct Seen {
-        std::string keyPath;
-        TwValue newValue, oldValue;
-        bool initial;
-    };
-    std::vector<Seen> seen;
-    std::function<void(const std::string&)> onChange;
-
-    ChangeRecorder() = default;
-    ChangeRecorder(TwObservable& object, std::initializer_list<const char*> paths,
-                   unsigned options = kTwObserveNew) {
-        for (const char* p : paths)
-            watch(object, p, options);
-    }
-    ~ChangeRecorder() override {
-        for (auto& [object, path] : m_watched)
-            object->removeObserver(this, path);
-    }
-    void watch(TwObservable& object, const std::string& path, unsigned options = kTwObserveNew) {
-        object.addObserver(this, path, options);
-        m_watched.emplace_back(&object, path);
-    }
-    void observeValueForKeyPath(const std::string& keyPath, TwObservable*, const TwKeyValueChange& change,
-                                void*) override {
-        seen.push_back({keyPath, change.newValue, change.oldValue, change.isInitial});
-        if (onChange)
-            onChange(keyPath);
-    }
-    int count() const { return int(seen.size()); }
-    int count(const std::string& path) const {
-        return int(std::ranges::count_if(seen, [&](const Seen& s) { return s.keyPath == path; }));
-    }
-    TwValue last() const { return seen.empty() ? TwValue() : seen.back().newValue; }
-
-private:
-    std::vector<std::pair<TwObservable*, std::string>> m_watched;
 };
 
 // What the module sent to the data source's callback, in order; recordEvent is the callback.

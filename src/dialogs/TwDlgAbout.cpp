@@ -2,7 +2,7 @@
 
 #include "OrvaDebug.h"
 #include "TwBundle.h"
-#include "TwFormCatalog.h"
+#include "TwFormPreparation.h"
 #include "TwResponderBinding.h"
 #include "TwainDialogController.h"
 #include "TwainDialogData.h"
@@ -15,7 +15,7 @@ constexpr const char* kBundleInfoKeys[] = {"CFBundleVersion", "Version Informati
 
 TwDlgAbout::TwDlgAbout(QWidget* parent) : TwPanel(parent), ui(std::make_unique<Ui::TwDlgAbout>()) {
     ui->setupUi(this);
-    TwFormCatalog::prepare(this);
+    TwPrepareForm(this);
     connectActions(this);
 }
 

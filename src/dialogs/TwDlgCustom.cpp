@@ -2,7 +2,7 @@
 
 #include "OrvaDebug.h"
 #include "TwEditCommit.h"
-#include "TwFormCatalog.h"
+#include "TwFormPreparation.h"
 #include "TwRangeHelpers.h"
 #include "TwResponderBinding.h"
 #include "TwainDialogController.h"
@@ -37,7 +37,7 @@ const char* const TwDlgCustom::kMarginKeys[8] = {"removalLeft", "removalTop", "r
 
 TwDlgCustom::TwDlgCustom(QWidget* parent) : TwPanel(parent), ui(std::make_unique<Ui::TwDlgCustom>()) {
     ui->setupUi(this);
-    TwFormCatalog::prepare(this);
+    TwPrepareForm(this);
     m_fmtRemoval = new TwainNumberFormatter(this);
     m_fmtShadow = new TwainNumberFormatter(this);
     for (int i = 0; i < 8; ++i) {

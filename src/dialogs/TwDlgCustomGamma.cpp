@@ -5,7 +5,7 @@
 #include "OrvaDebug.h"
 #include "TwDlgSaveSetting.h"
 #include "TwEditCommit.h"
-#include "TwFormCatalog.h"
+#include "TwFormPreparation.h"
 #include "TwGammaViews.h"
 #include "TwRangeHelpers.h"
 #include "TwResponderBinding.h"
@@ -75,7 +75,7 @@ TwDlgCustomGamma::TwDlgCustomGamma(QWidget* parent)
     for (const auto& [key, value] : start)
         ownValues().setValueForKeyPathWithoutNotification(value, key);
     ui->setupUi(this);
-    TwFormCatalog::prepare(this);
+    TwPrepareForm(this);
     ui->cmbSettingName->setCompleter(nullptr);
     for (const char* channel : kChannels) {
         SetSliderRange(slider((std::string("sldGamma") + channel).c_str()), 0, kTwGammaSliderMax, 0);

@@ -1,7 +1,7 @@
 #include "TwDlgMain.h"
 
 #include "OrvaDebug.h"
-#include "TwFormCatalog.h"
+#include "TwFormPreparation.h"
 #include "TwKeyboard.h"
 #include "TwResponderBinding.h"
 #include "TwainDialogController.h"
@@ -28,7 +28,7 @@ const QStringList& TwDlgMain::tabClassNames() {
 
 TwDlgMain::TwDlgMain(QWidget* parent) : TwPanel(parent), ui(std::make_unique<Ui::TwDlgMain>()) {
     ui->setupUi(this);
-    TwFormCatalog::prepare(this);
+    TwPrepareForm(this);
     // Names are picked from the list, not completed as typed; Qt 6.4's completer also keeps a
     // little memory each time the panel is shown.
     ui->cmbSettingNames->setCompleter(nullptr);

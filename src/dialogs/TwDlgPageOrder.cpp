@@ -2,13 +2,13 @@
 
 #include "OrvaDebug.h"
 #include "TwBindingWidgets.h"
+#include "TwFormPreparation.h"
 #include "TwResponderBinding.h"
 #include "TwainDialogController.h"
 #include "TwainDialogData.h"
 #include "TwainViewLayout.h"
 #include "ui_TwDlgDoubleExposure.h"
 #include "ui_TwDlgPageSeparation.h"
-#include "TwFormCatalog.h"
 
 #include <QAbstractButton>
 #include <QIcon>
@@ -63,7 +63,7 @@ void TwDlgPageOrder::onCancel() {
 TwDlgDoubleExposure::TwDlgDoubleExposure(QWidget* parent)
     : TwDlgPageOrder(parent), ui(std::make_unique<Ui::TwDlgDoubleExposure>()) {
     ui->setupUi(this);
-    TwFormCatalog::prepare(this);
+    TwPrepareForm(this);
     setPageOrderControl(ui->rdoDoubleExposure, false);
     ownValues().setValueForKeyPathWithoutNotification(TwValue(0), kPaperSize);
     connectActions(this);
@@ -108,7 +108,7 @@ void TwDlgDoubleExposure::bindControlAll() {
 TwDlgPageSeparation::TwDlgPageSeparation(QWidget* parent)
     : TwDlgPageOrder(parent), ui(std::make_unique<Ui::TwDlgPageSeparation>()) {
     ui->setupUi(this);
-    TwFormCatalog::prepare(this);
+    TwPrepareForm(this);
     setPageOrderControl(ui->rdoPageSeparation, true);
     connectActions(this);
 }

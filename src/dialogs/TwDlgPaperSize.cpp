@@ -2,7 +2,7 @@
 
 #include "OrvaDebug.h"
 #include "TwEditCommit.h"
-#include "TwFormCatalog.h"
+#include "TwFormPreparation.h"
 #include "TwRangeHelpers.h"
 #include "TwResponderBinding.h"
 #include "TwStrings.h"
@@ -43,7 +43,7 @@ double limitOf(const TwValue& feeder, const char* key) {
 TwDlgPaperSize::TwDlgPaperSize(QWidget* parent)
     : TwPanel(parent), ui(std::make_unique<Ui::TwDlgPaperSize>()) {
     ui->setupUi(this);
-    TwFormCatalog::prepare(this);
+    TwPrepareForm(this);
     ownValues().setValueForKeyPathWithoutNotification(1, "unit");
     ownValues().setValueForKeyPathWithoutNotification("", "paperName");
     ownValues().setValueForKeyPathWithoutNotification(210.0, "paperWidth");

@@ -2,7 +2,7 @@
 
 #include "OrvaDebug.h"
 #include "TwEditCommit.h"
-#include "TwFormCatalog.h"
+#include "TwFormPreparation.h"
 #include "TwResponderBinding.h"
 #include "TwStrings.h"
 #include "TwainDialogController.h"
@@ -24,7 +24,7 @@ constexpr std::uint32_t kQuestionOKCancel = 0x40002;
 TwDlgSaveSetting::TwDlgSaveSetting(QWidget* parent)
     : TwPanel(parent), ui(std::make_unique<Ui::TwDlgSaveSetting>()) {
     ui->setupUi(this);
-    TwFormCatalog::prepare(this);
+    TwPrepareForm(this);
     // A completer would turn a typed name into the letter case of a listed one.
     ui->cmbNames->setCompleter(nullptr);
     ownValues().setValueForKeyPathWithoutNotification(TwValue(""), kName);

@@ -1,7 +1,7 @@
 #include "TwDlgScanning.h"
 
+#include "TwFormPreparation.h"
 #include "ui_TwDlgScanning.h"
-#include "TwFormCatalog.h"
 
 #include <QProgressBar>
 #include <QPushButton>
@@ -11,7 +11,7 @@
 
 TwDlgScanning::TwDlgScanning(QWidget* parent) : TwPanel(parent), ui(std::make_unique<Ui::TwDlgScanning>()) {
     ui->setupUi(this);
-    TwFormCatalog::prepare(this);
+    TwPrepareForm(this);
     connectActions(this);
     setProgressValue(0, 100);
 }

@@ -3,13 +3,13 @@
 #include "OrvaDebug.h"
 #include "TwBindingWidgets.h"
 #include "TwBundle.h"
+#include "TwFormPreparation.h"
 #include "TwPreviewImage.h"
 #include "TwPreviewView.h"
 #include "TwResponderBinding.h"
 #include "TwainDialogController.h"
 #include "TwainDialogData.h"
 #include "ui_TwDlgPreview.h"
-#include "TwFormCatalog.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -155,7 +155,7 @@ const std::vector<std::string>& TwDlgPreview::dataRescan() {
 TwDlgPreview::TwDlgPreview(QWidget* parent)
     : TwPreviewPanel(parent), ui(std::make_unique<Ui::TwDlgPreview>()) {
     ui->setupUi(this);
-    TwFormCatalog::prepare(this);
+    TwPrepareForm(this);
     setWindowFlag(Qt::Window);
     m_rescanTimer.setInterval(kStatusInterval);
     connect(&m_rescanTimer, &QTimer::timeout, this, [this] {

@@ -1,7 +1,7 @@
 #include "TwainView.h"
 
 #include "OrvaDebug.h"
-#include "TwFormCatalog.h"
+#include "TwFormPreparation.h"
 #include "TwSettingTabs.h"
 #include "TwStrings.h"
 #include "TwainDialogData.h"
@@ -132,7 +132,7 @@ void TwainView::bindLists(const TwBindList& controlDefs, const TwBindList& conte
 }
 
 void TwainView::prepareForm() {
-    TwFormCatalog::prepare(this);
+    TwPrepareForm(this);
 }
 
 void TwainView::applyTextKeys() {

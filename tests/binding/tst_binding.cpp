@@ -8,6 +8,7 @@
 // bounds, patterns and messages for 0, 1, 2 and negative places, parsing and partial entries, the
 // length limit, and the scaled ranges of sliders and steppers. Whole tabs bound, unbound and bound
 // again are in the form tests.
+#include "ChangeRecorder.h"
 #include "TwObservableValues.h"
 #include "WidgetTestSupport.h"
 

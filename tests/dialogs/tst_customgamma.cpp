@@ -1,6 +1,7 @@
 // The custom gamma editor: the tone tables, the slider and gamma scales, the link, converting the
 // sample picture (and refusing bitmaps it must not touch), the curves, loading presets, saving
 // them under names with the limit of 50, deleting, and what the tab's gamma becomes.
+#include "ChangeRecorder.h"
 #include "ImageShared.h"
 #include "SampleFixture.h"
 #include "TwGammaTable.h"

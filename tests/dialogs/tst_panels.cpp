@@ -10,6 +10,7 @@
 // and the facade as the data source drives it without a window, with a small model definition:
 // building the model, the paper-source filter, key-path reads and writes, the callback and its
 // capability record, and the trace.
+#include "ChangeRecorder.h"
 #include "SampleFixture.h"
 #include "TwDlgAbout.h"
 #include "host/FakeModelDef.h"

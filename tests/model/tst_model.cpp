@@ -6,6 +6,7 @@
 // areas. The store beneath (sections and key paths, notification rules, the plain-dictionary
 // helpers, texts and the capability records sent as event 1) and its value tree (equality and
 // conversions, reference semantics of containers, the ordered dictionary).
+#include "ChangeRecorder.h"
 #include "ModelTestSupport.h"
 
 #include <limits>

@@ -10,8 +10,8 @@
 // VMX_FORM_SHOTS=<dir> saves a picture of every form at both font sizes, VMX_TAB_SHOTS=<dir> one
 // of every tab bound to the sample model.
 
+#include "FormCatalog.h"
 #include "SampleFixture.h"
-#include "TwFormCatalog.h"
 #include "TwKeyboard.h"
 #include "TwainViewArea.h"
 #include "TwainViewBasic.h"
@@ -339,7 +339,7 @@ QList<QWidget*> inputs(QWidget* form) {
 }
 
 std::unique_ptr<QWidget> make(const QString& className) {
-    return std::unique_ptr<QWidget>(TwFormCatalog::create(className));
+    return std::unique_ptr<QWidget>(FormCatalog::create(className));
 }
 
 void settle(QWidget* form) {
@@ -522,7 +522,7 @@ private slots:
     // Every form has a contract, and every tab class one with an identifier. An unknown class is
     // refused (a tab's with a log line), and a tab given no model binds nothing and says so.
     void theCatalogNamesEveryFormOnce() {
-        QStringList expected, names = TwFormCatalog::classNames(), tabs, tabNames = TwainView::classNames();
+        QStringList expected, names = FormCatalog::classNames(), tabs, tabNames = TwainView::classNames();
         for (const FormContract& contract : contracts())
             (contract.identifier.isEmpty() ? expected : tabs) << contract.className;
         expected += tabs;
@@ -531,7 +531,7 @@ private slots:
         QCOMPARE(names, expected);
         QCOMPARE(tabNames, tabs);
         sample.captureLog();
-        QVERIFY(!TwFormCatalog::create(u"TwainViewNothing"_s) && !TwainView::create(u"TwainViewNothing"_s));
+        QVERIFY(!FormCatalog::create(u"TwainViewNothing"_s) && !TwainView::create(u"TwainViewNothing"_s));
         QVERIFY(sample.logText().contains(u"no tab of class TwainViewNothing"_s));
         auto tab = makeTab("TwainViewArea");
         tab->bindControlsToObject(nullptr);
@@ -552,7 +552,7 @@ private slots:
         QFETCH(int, index);
         const FormContract& contract = contracts()[index];
         QWidget parent;
-        QWidget* form = TwFormCatalog::create(contract.className, &parent);
+        QWidget* form = FormCatalog::create(contract.className, &parent);
         QVERIFY(form && form->layout());
         QCOMPARE(form->parent(), &parent);
         QCOMPARE(form->objectName(), contract.className);
@@ -694,7 +694,7 @@ private slots:
             for (const FormContract& contract : contracts())
                 if (!contract.identifier.isEmpty() && contract.identifier != u"Imprinter"_s &&
                     contract.identifier != u"PatchCode"_s) {
-                    QWidget* page = TwFormCatalog::create(contract.className);
+                    QWidget* page = FormCatalog::create(contract.className);
                     tabs->addTab(page, page->windowTitle());
                 }
         showAtSizeHint(form.get(), scale);

@@ -1,77 +1,19 @@
-#include "TwFormCatalog.h"
+#include "TwFormPreparation.h"
 
 #include "TwKeyboard.h"
-#include "TwSettingTabs.h"
-#include "ui_TwDlgAbout.h"
-#include "ui_TwDlgCustom.h"
-#include "ui_TwDlgCustomGamma.h"
-#include "ui_TwDlgDoubleExposure.h"
-#include "ui_TwDlgMain.h"
-#include "ui_TwDlgPageSeparation.h"
-#include "ui_TwDlgPaperSize.h"
-#include "ui_TwDlgSaveSetting.h"
-#include "ui_TwDlgScanning.h"
-#include "ui_TwainViewArea.h"
-#include "ui_TwainViewBasic.h"
-#include "ui_TwainViewBinaryImage.h"
-#include "ui_TwainViewColorImage.h"
-#include "ui_TwainViewCommon.h"
-#include "ui_TwainViewControlSheet.h"
-#include "ui_TwainViewFeed.h"
-#include "ui_TwainViewGrayImage.h"
-#include "ui_TwainViewImprinter.h"
-#include "ui_TwainViewLayout.h"
-#include "ui_TwainViewPatchCode.h"
 
-#include <QDialog>
+#include <QAbstractSpinBox>
 #include <QEvent>
 #include <QFontMetrics>
 #include <QLineEdit>
 #include <QMultiHash>
 #include <QPointer>
-#include <QSpinBox>
 #include <QStyle>
 #include <QStyleOptionFrame>
 #include <QStyleOptionSpinBox>
 #include <QWidget>
 
 namespace {
-
-template <class Form, class Base = QWidget> QWidget* make(QWidget* parent) {
-    auto* widget = new Base(parent);
-    Form form;
-    form.setupUi(widget);
-    return widget;
-}
-
-struct Entry {
-    const char* className;
-    QWidget* (*create)(QWidget*);
-};
-
-#define TW_TAB_FORM(identifier, inMainPanel) {"TwainView" #identifier, &make<Ui::TwainView##identifier>},
-const Entry kTabForms[] = {TW_SETTING_TABS(TW_TAB_FORM)};
-#undef TW_TAB_FORM
-
-const Entry kPanelForms[] = {
-    {"TwDlgMain", &make<Ui::TwDlgMain, QDialog>},
-    {"TwDlgSaveSetting", &make<Ui::TwDlgSaveSetting, QDialog>},
-    {"TwDlgPaperSize", &make<Ui::TwDlgPaperSize, QDialog>},
-    {"TwDlgCustomGamma", &make<Ui::TwDlgCustomGamma, QDialog>},
-    {"TwDlgAbout", &make<Ui::TwDlgAbout, QDialog>},
-    {"TwDlgScanning", &make<Ui::TwDlgScanning, QDialog>},
-    {"TwDlgDoubleExposure", &make<Ui::TwDlgDoubleExposure, QDialog>},
-    {"TwDlgPageSeparation", &make<Ui::TwDlgPageSeparation, QDialog>},
-    {"TwDlgCustom", &make<Ui::TwDlgCustom, QDialog>},
-};
-
-// The setting tabs' forms, then the panels'.
-template <class Visit> void forEachForm(Visit visit) {
-    for (const Entry& entry : kTabForms)
-        visit(entry);
-    for (const Entry& entry : kPanelForms)
-        visit(entry);
-}
 
 // QLineEdit keeps this much space between its frame and the text.
 constexpr int kLineEditMargin = 2;
@@ -162,23 +104,7 @@ private:
 
 } // namespace
 
-QStringList TwFormCatalog::classNames() {
-    QStringList names;
-    forEachForm([&](const Entry& entry) { names << QString::fromLatin1(entry.className); });
-    return names;
-}
-
-QWidget* TwFormCatalog::create(const QString& className, QWidget* parent) {
-    QWidget* form = nullptr;
-    forEachForm([&](const Entry& entry) {
-        if (!form && className == QLatin1String(entry.className))
-            form = entry.create(parent);
-    });
-    prepare(form);
-    return form;
-}
-
-void TwFormCatalog::prepare(QWidget* form) {
+void TwPrepareForm(QWidget* form) {
     if (!form || form->findChild<FormHelper*>(QStringLiteral("twFormHelper"), Qt::FindDirectChildrenOnly))
         return;
     auto* helper = new FormHelper(form);

@@ -1,0 +1,47 @@
+# Counts the includes that run upward through the source floors: cmake -P tools/floors.cmake
+#
+# The floors, ground first. A file may include headers of its own floor and of the floors below it.
+# Prints every include that reaches a higher floor and the count; fails when there is one.
+set(floors core support model binding tabs dialogs preview host)
+get_filename_component(root "${CMAKE_CURRENT_LIST_DIR}/../src" ABSOLUTE)
+
+# Where each header name lives: header_<name> holds the floor numbers that have one.
+file(GLOB_RECURSE headers RELATIVE "${root}" "${root}/*.h")
+foreach(header IN LISTS headers)
+    string(REPLACE "/" ";" parts "${header}")
+    list(GET parts 0 folder)
+    list(FIND floors "${folder}" floor)
+    get_filename_component(name "${header}" NAME)
+    if(floor GREATER -1)
+        list(APPEND "header_${name}" ${floor})
+    endif()
+endforeach()
+
+set(upward 0)
+file(GLOB_RECURSE sources RELATIVE "${root}" "${root}/*.h" "${root}/*.cpp")
+list(SORT sources)
+foreach(source IN LISTS sources)
+    string(REPLACE "/" ";" parts "${source}")
+    list(GET parts 0 folder)
+    list(FIND floors "${folder}" own)
+    if(own EQUAL -1)
+        continue()
+    endif()
+    file(STRINGS "${root}/${source}" lines REGEX "^[ \t]*#[ \t]*include[ \t]+\"")
+    foreach(line IN LISTS lines)
+        string(REGEX REPLACE "^[ \t]*#[ \t]*include[ \t]+\"([^\"]+)\".*" "\\1" included "${line}")
+        get_filename_component(name "${included}" NAME)
+        foreach(other IN LISTS "header_${name}")
+            if(other GREATER own)
+                list(GET floors ${other} higher)
+                message("${source}: ${included} (${folder} -> ${higher})")
+                math(EXPR upward "${upward} + 1")
+            endif()
+        endforeach()
+    endforeach()
+endforeach()
+
+message("upward includes: ${upward}")
+if(upward GREATER 0)
+    message(FATAL_ERROR "an include runs up a floor")
+endif()
