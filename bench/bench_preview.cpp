@@ -2,8 +2,9 @@
 // from event 3's return to the preview's first paint, from a click on Back to the back page's first
 // paint (it is read when first shown), the peak memory that prescan (both pages shown) adds, one drag
 // step of an area (mouse move, model write, validation, repaint) at the fit zoom and at the largest
-// zoom, and one zoom step; and, to compare machines, what the first touch of 35 MB of memory costs
-// (a decoded page is that large). Prints one line per figure: "name: value unit".
+// zoom with the area values the model told changed and the paints of one step, and one zoom step; and, to
+// compare machines, what the first touch of 35 MB of memory costs (a decoded page is that large). Prints one
+// line per figure: "name: value unit".
 #include "../tests/preview/PreviewPages.h"
 #include "BenchHome.h"
 #include "BenchSupport.h"
@@ -15,6 +16,7 @@
 #include "TwPlist.h"
 #include "TwPreviewView.h"
 #include "TwainDialogController.h"
+#include "TwainDialogData.h"
 #include "VmxUIControllerImpl.h"
 
 #include <QAbstractButton>
@@ -91,9 +93,52 @@ void mouse(QWidget* view, QEvent::Type type, QPointF at) {
     QCoreApplication::sendEvent(view, &event);
 }
 
-// One drag of the main area's inside back and forth; the median of its steps.
-double dragStep(TwPreviewView* view, QPointF centreMm) {
+// Counts what the model tells of the main area's key paths while it is watched.
+class AreaChanges : public TwKeyValueObserver {
+public:
+    static constexpr const char* kKeys[] = {"temp.Area.Front.X", "temp.Area.Y", "temp.Area.Width",
+                                            "temp.Area.Length"};
+    explicit AreaChanges(TwainDialogData* model) : m_model(model) {
+        for (const char* key : kKeys)
+            model->addObserver(this, key, kTwObserveNew, nullptr);
+    }
+    ~AreaChanges() override {
+        for (const char* key : kKeys)
+            m_model->removeObserver(this, key);
+    }
+    void observeValueForKeyPath(const std::string&, TwObservable*, const TwKeyValueChange&, void*) override {
+        ++told;
+    }
+    int told = 0;
+
+private:
+    TwainDialogData* m_model;
+};
+
+// Counts the paints of a widget.
+class PaintCount : public QObject {
+public:
+    int paints = 0;
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint)
+            ++paints;
+        return false;
+    }
+};
+
+struct DragFigures {
+    double stepMs = -1;
+    double changesPerStep = 0; // area values the model told changed
+    double paintsPerStep = 0;
+};
+
+// One drag of the main area's inside back and forth; the median of its steps, and what each step
+// changed in the model and painted.
+DragFigures dragStep(TwPreviewView* view, QPointF centreMm, TwainDialogData* model) {
     std::vector<double> steps;
+    AreaChanges changes(model);
+    PaintCount paints;
+    int counted = 0;
     QPointF at = view->viewFromPage(centreMm);
     mouse(view, QEvent::MouseButtonPress, at);
     for (int i = 0; i < 60; ++i) {
@@ -104,10 +149,20 @@ double dragStep(TwPreviewView* view, QPointF centreMm) {
         double ms = untilPainted(view, clock);
         if (ms >= 0)
             steps.push_back(ms);
+        // Whatever else the step asked for is painted before the next one.
+        view->installEventFilter(&paints);
+        QCoreApplication::processEvents();
+        view->removeEventFilter(&paints);
+        ++counted;
     }
     mouse(view, QEvent::MouseButtonRelease, at);
     QCoreApplication::processEvents();
-    return steps.empty() ? -1 : median(steps);
+    DragFigures figures;
+    figures.stepMs = steps.empty() ? -1 : median(steps);
+    // The step's own paint was seen by untilPainted; the extra ones by the counter.
+    figures.paintsPerStep = 1.0 + double(paints.paints) / counted;
+    figures.changesPerStep = double(changes.told) / counted;
+    return figures;
 }
 
 // Writing 35 MB the process has not touched before (one decoded page): the price of fresh memory on
@@ -193,7 +248,7 @@ int main(int argc, char** argv) {
     ui.setDataWithKeyPathValue(
         TwValue::dictionary({{"temp.Area.Width", 100.0}, {"temp.Area.Length", 120.0}}));
     const QPointF areaCentre(50, 60);
-    const double fitDrag = dragStep(view, areaCentre);
+    const DragFigures fitDrag = dragStep(view, areaCentre, controller->dialogData());
     view->doZoom(kZoomIndexMax);
     auto* area = preview->sclPreview();
     // Bring the area into sight at the largest zoom.
@@ -203,7 +258,7 @@ int main(int argc, char** argv) {
     area->ensureVisible(int(centre.x()), int(centre.y()), area->viewport()->width() / 2,
                         area->viewport()->height() / 2);
     QCoreApplication::processEvents();
-    const double largestDrag = dragStep(view, areaCentre);
+    const DragFigures largestDrag = dragStep(view, areaCentre, controller->dialogData());
 
     std::vector<double> zoom;
     view->doZoomFit();
@@ -228,8 +283,10 @@ int main(int argc, char** argv) {
     std::printf("preview_fresh_memory_35MB_first_touch: %.1f ms\n", freshMemory);
     std::printf("preview_prescan_to_first_paint_first_time: %.1f ms\n", toPaint.front());
     std::printf("preview_prescan_peak_memory_added: %ld kB\n", addedPeak);
-    std::printf("preview_drag_step_fit_zoom: %.2f ms\n", fitDrag);
-    std::printf("preview_drag_step_largest_zoom: %.2f ms\n", largestDrag);
+    std::printf("preview_drag_step_fit_zoom: %.2f ms\n", fitDrag.stepMs);
+    std::printf("preview_drag_step_largest_zoom: %.2f ms\n", largestDrag.stepMs);
+    std::printf("preview_drag_step_area_changes: %.2f changes\n", fitDrag.changesPerStep);
+    std::printf("preview_drag_step_paints: %.2f paints\n", fitDrag.paintsPerStep);
     std::printf("preview_zoom_step: %.1f ms\n", median(zoom));
     std::printf("preview_zoom_step_slowest: %.1f ms\n", *std::max_element(zoom.begin(), zoom.end()));
     return 0;
