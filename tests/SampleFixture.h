@@ -70,7 +70,7 @@ struct SampleScanner {
             return boxAnswers.isEmpty() ? boxAnswer : boxAnswers.takeFirst();
         });
         TwSetFormatterAlert([this](QWidget*, const QString& message) { alerts << message; });
-        TwainDialogController::setUrlOpener({});
+        TwHelpBook::setUrlOpener({});
         return definition.isDictionary() && capabilities.isDictionary();
     }
     QStringList boxMessages() const {

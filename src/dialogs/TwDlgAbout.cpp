@@ -4,7 +4,6 @@
 #include "TwBundle.h"
 #include "TwFormPreparation.h"
 #include "TwResponderBinding.h"
-#include "TwainDialogController.h"
 #include "TwainDialogData.h"
 #include "ui_TwDlgAbout.h"
 
@@ -42,8 +41,8 @@ QLabel* TwDlgAbout::txtCopyright() const {
 
 void TwDlgAbout::bindControlAll() {
     TwPanel::bindControlAll();
-    TwainDialogController* controller = windowController();
-    const TwBundle* bundle = controller ? controller->dataSourceBundle() : nullptr;
+    TwainDialogData* model = dialogData();
+    const TwBundle* bundle = model ? model->bundleDS().get() : nullptr;
     for (const char* key : kBundleInfoKeys) {
         TwValue value = bundle ? bundle->objectForInfoDictionaryKey(key) : TwValue();
         if (!value.isString() && !value.isNull())
@@ -54,7 +53,6 @@ void TwDlgAbout::bindControlAll() {
     responderBinding()->bindValues({"CFBundleVersion", ui->txtDriverVersion, "Version Information",
                                     ui->txtDriverVerInfo, "NSHumanReadableCopyright", ui->txtCopyright},
                                    &ownValues());
-    TwainDialogData* model = controller ? controller->dialogData() : nullptr;
     if (!model) {
         OrvaLog(kOrvaLogError, "TwDlgAbout::bindControlAll ERROR: no model to bind to\n");
         return;

@@ -5,7 +5,6 @@
 #include "TwFormPreparation.h"
 #include "TwRangeHelpers.h"
 #include "TwResponderBinding.h"
-#include "TwainDialogController.h"
 #include "TwainDialogData.h"
 #include "TwainNumberFormatter.h"
 #include "ui_TwDlgCustom.h"
@@ -102,7 +101,7 @@ void TwDlgCustom::setFormatterUnit(std::uint32_t unit) {
 
 void TwDlgCustom::bindControlAll() {
     TwPanel::bindControlAll();
-    TwainDialogData* model = windowController() ? windowController()->dialogData() : nullptr;
+    TwainDialogData* model = dialogData();
     if (!model) {
         OrvaLog(kOrvaLogError, "TwDlgCustom::bindControlAll ERROR: no model to bind to\n");
         return;
@@ -158,7 +157,7 @@ void TwDlgCustom::onOK() {
     // A field whose formatter rejects its entry keeps the focus.
     if (!TwEndEditing(this))
         return;
-    TwainDialogData* model = windowController() ? windowController()->dialogData() : nullptr;
+    TwainDialogData* model = dialogData();
     if (model) {
         const bool inch = unit() == Inch;
         for (int i = 0; i < 8; ++i) {

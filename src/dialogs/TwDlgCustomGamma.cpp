@@ -7,9 +7,9 @@
 #include "TwEditCommit.h"
 #include "TwFormPreparation.h"
 #include "TwGammaViews.h"
+#include "TwPanelHost.h"
 #include "TwRangeHelpers.h"
 #include "TwResponderBinding.h"
-#include "TwainDialogController.h"
 #include "TwainDialogData.h"
 #include "ui_TwDlgCustomGamma.h"
 
@@ -93,11 +93,6 @@ TwDlgCustomGamma::~TwDlgCustomGamma() {
     unbindControlAll();
 }
 
-TwainDialogData* TwDlgCustomGamma::dialogData() const {
-    TwainDialogController* controller = windowController();
-    return controller ? controller->dialogData() : nullptr;
-}
-
 void TwDlgCustomGamma::setCurrentGammaName(const std::optional<QString>& name) {
     ownValues().setValueForKeyPath(name ? name->toStdString() : std::string(), "currentGammaName");
 }
@@ -110,6 +105,27 @@ std::optional<QString> TwDlgCustomGamma::currentGammaName() {
 }
 
 // ---- Running -----------------------------------------------------------------------------------
+
+void TwDlgCustomGamma::editGammaOf(int kind) {
+    static const char* const keyPaths[] = {"temp.BinaryImage.Gamma", "temp.GrayImage.Gamma",
+                                           "temp.ColorImage.Gamma"};
+    TwainDialogData* model = dialogData();
+    if (kind < 0 || kind > 2 || !model)
+        return;
+    const std::string keyPath = keyPaths[kind];
+    setIsColor(kind == 2);
+    const TwValue current = model->valueForKeyPath(keyPath);
+    setCurrentGammaName(current.isString() ? std::optional<QString>(QString::fromStdString(*current.str()))
+                                           : std::nullopt);
+    center();
+    runModal();
+    if (auto name = currentGammaName()) {
+        model->willChangeValueForKey(keyPath);
+        model->setValueForKeyPath(TwValue(name->toStdString()), keyPath);
+        model->didChangeValueForKey(keyPath);
+        model->validateGammaValues();
+    }
+}
 
 int TwDlgCustomGamma::runModal() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "TwDlgCustomGamma::runModal", m_isColor ? "color" : "gray");
@@ -302,17 +318,18 @@ TwValue TwDlgCustomGamma::presetRecord() {
 
 void TwDlgCustomGamma::saveGamma(bool inPlace) {
     OrvaLog(kOrvaLogTrace, "ENTER: %s(%d)\n", "TwDlgCustomGamma::saveGamma", int(inPlace));
-    TwainDialogController* controller = windowController();
     TwainDialogData* model = dialogData();
-    if (!controller || !model)
+    if (!model)
         return;
     QStringList names;
     for (const std::string& n : model->customGammaNamesWithColor(m_isColor))
         names << QString::fromStdString(n);
     const QString proposed = inPlace ? currentGammaName().value_or(QString()).trimmed() : QString();
-    TwDlgSaveSetting* nameDialog = controller->dlgSaveSetting();
-    if (!nameDialog)
-        return;
+    if (!m_nameDialog) {
+        m_nameDialog = new TwDlgSaveSetting(this);
+        m_nameDialog->setPanelHost(panelHost());
+    }
+    TwDlgSaveSetting* nameDialog = m_nameDialog;
     nameDialog->setType(TwDlgSaveSetting::GammaName);
     nameDialog->setCheckOverwrite(!inPlace);
     nameDialog->setNameList(names);
@@ -353,9 +370,8 @@ void TwDlgCustomGamma::onClose() {
 
 void TwDlgCustomGamma::onDelete() {
     const std::optional<QString> name = currentGammaName();
-    TwainDialogController* controller = windowController();
     TwainDialogData* model = dialogData();
-    if (!name || isBlank(*name) || !controller || !model)
+    if (!name || isBlank(*name) || !panelHost() || !model)
         return;
     // The first sentence names the preset: in its "%@" where the table gives one, else after it.
     const QString sentence = localizedString(QStringLiteral("IDS_MSG_SETTING"));
@@ -364,7 +380,7 @@ void TwDlgCustomGamma::onDelete() {
             ? QString::fromStdString(TwFormatString(sentence.toStdString(), {name->toStdString()}))
             : sentence + QStringLiteral(" \u201C") + *name + QStringLiteral("\u201D");
     const QString question = named + QLatin1Char('\n') + localizedString(QStringLiteral("IDS_MSG_DELETE"));
-    if (controller->showMessageBox(question, windowTitle(), 0x40002) != kVmxAnswerOK)
+    if (panelHost()->showMessageBox(question, windowTitle(), 0x40002) != kVmxAnswerOK)
         return;
     const std::string menuKey = m_isColor ? "content.Color" : "content.Gray";
     model->willChangeValueForKey(menuKey);

@@ -9,6 +9,7 @@
 #include "TwGammaTable.h"
 #include "TwPanel.h"
 
+#include <QPointer>
 #include <QString>
 
 #include <cstdint>
@@ -22,6 +23,7 @@ class QLineEdit;
 class QPushButton;
 class QSlider;
 class TwGammaSampleView;
+class TwDlgSaveSetting;
 class TwGammaTableView;
 class TwainDialogData;
 namespace Ui {
@@ -46,6 +48,9 @@ public:
 
     // Captions and channels for the kind, then the modal run; a blank name is none afterwards.
     int runModal() override;
+    // Edits the presets of an image kind (0 binary, 1 gray, 2 colour) starting from the kind's
+    // current preset, over the main window; the preset shown at the end becomes the kind's.
+    void editGammaOf(int kind);
     // Binds the controls, loads the current preset (defaults when it does not exist) and builds
     // the tables; nothing counts as changed yet.
     void bindControlAll() override;
@@ -85,7 +90,6 @@ public slots:
     void onClose();
 
 private:
-    TwainDialogData* dialogData() const;
     void reloadGammaNames();
     // Red's slider position to green and blue, each announced.
     void copyRedToGreenAndBlue();
@@ -97,4 +101,5 @@ private:
     TwGammaTables m_tables;
     bool m_isColor = true;
     bool m_isChanged = false;
+    QPointer<TwDlgSaveSetting> m_nameDialog; // asks the name a preset is saved under
 };

@@ -3,8 +3,8 @@
 #include "OrvaDebug.h"
 #include "TwFormPreparation.h"
 #include "TwKeyboard.h"
+#include "TwPanelHost.h"
 #include "TwResponderBinding.h"
-#include "TwainDialogController.h"
 #include "TwainDialogData.h"
 #include "TwainView.h"
 #include "ui_TwDlgMain.h"
@@ -153,8 +153,7 @@ void TwDlgMain::unbindViews() {
 
 void TwDlgMain::bindControlAll() {
     TwPanel::bindControlAll();
-    TwainDialogController* controller = windowController();
-    TwainDialogData* model = controller ? controller->dialogData() : nullptr;
+    TwainDialogData* model = dialogData();
     if (!model) {
         OrvaLog(kOrvaLogError, "TwDlgMain::bindControlAll ERROR: no model to bind to\n");
         return;
@@ -217,8 +216,10 @@ void TwDlgMain::unbindControlAll() {
 
 bool TwDlgMain::windowShouldClose() {
     // The close box is Cancel; the window goes only when the data source hides the dialog.
-    if (auto* controller = windowController())
-        return controller->windowShouldClose();
+    if (TwPanelHost* host = panelHost()) {
+        host->performAction(QStringLiteral("onCancel"), this);
+        return false;
+    }
     return true;
 }
 

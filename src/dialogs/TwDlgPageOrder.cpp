@@ -4,7 +4,6 @@
 #include "TwBindingWidgets.h"
 #include "TwFormPreparation.h"
 #include "TwResponderBinding.h"
-#include "TwainDialogController.h"
 #include "TwainDialogData.h"
 #include "TwainViewLayout.h"
 #include "ui_TwDlgDoubleExposure.h"
@@ -94,7 +93,7 @@ int TwDlgDoubleExposure::paperSize() {
 
 void TwDlgDoubleExposure::bindControlAll() {
     TwDlgPageOrder::bindControlAll();
-    TwainDialogData* model = windowController() ? windowController()->dialogData() : nullptr;
+    TwainDialogData* model = dialogData();
     if (!model) {
         OrvaLog(kOrvaLogError, "TwDlgDoubleExposure::bindControlAll ERROR: no model to bind to\n");
         return;
@@ -123,4 +122,46 @@ QPushButton* TwDlgPageSeparation::btnOK() const {
 }
 QPushButton* TwDlgPageSeparation::btnCancel() const {
     return ui->btnCancel;
+}
+
+void TwDlgDoubleExposure::editDoubleExposure() {
+    TwainDialogData* model = dialogData();
+    if (!model)
+        return;
+    const TwValue order = model->valueForKeyPath("Data.Layout.DoubleExposure.PageOrder");
+    const TwValue papers = model->valueForKeyPath("content.PaperSizeAllPlusNone");
+    const TwValue paper = model->valueForKeyPath("Data.Layout.DoubleExposure.PaperSize");
+    int index = 0;
+    if (auto list = papers.list()) {
+        for (std::size_t i = 0; i < list->size(); ++i) {
+            auto entry = (*list)[i].dict();
+            if (entry && entry->value("value").isEqual(paper)) {
+                index = int(i);
+                break;
+            }
+        }
+    }
+    setPageOrder(int(order.intValue()));
+    setPaperSize(index);
+    if (runModal() != 1)
+        return;
+    model->myChangeValue(TwValue(pageOrder()), "Data.Layout.DoubleExposure.PageOrder");
+    auto list = model->valueForKeyPath("content.PaperSizeAllPlusNone").list();
+    const int chosen = paperSize();
+    if (!list || chosen < 0 || std::size_t(chosen) >= list->size() || !(*list)[std::size_t(chosen)].dict()) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: paper size %d is not in content.PaperSizeAllPlusNone; kept\n",
+                "TwainDialogController::onDoubleExposure", chosen);
+        return;
+    }
+    model->myChangeValue((*list)[std::size_t(chosen)].dict()->value("value"),
+                         "Data.Layout.DoubleExposure.PaperSize");
+}
+
+void TwDlgPageSeparation::editPageSeparation() {
+    TwainDialogData* model = dialogData();
+    if (!model)
+        return;
+    setPageOrder(int(model->valueForKeyPath("Data.Layout.PageSeparation.PageOrder").intValue()));
+    if (runModal() == 1)
+        model->myChangeValue(TwValue(pageOrder()), "Data.Layout.PageSeparation.PageOrder");
 }

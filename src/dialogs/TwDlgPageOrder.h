@@ -1,7 +1,8 @@
 // The two dialogs that pick a page order: double exposure (two pages scanned onto one, with the
 // paper size of the result) and page separation (one page split into two). The four orders are
 // left to right, right to left, top to bottom and bottom to top, each with its picture. OK accepts
-// (returnCode 1), Cancel and the close box do not; the caller stores what was accepted.
+// (returnCode 1), Cancel and the close box do not. Each dialog's edit run loads the model's values,
+// runs and stores what was accepted.
 #pragma once
 
 #include "TwPanel.h"
@@ -44,6 +45,9 @@ public:
     explicit TwDlgDoubleExposure(QWidget* parent = nullptr);
     ~TwDlgDoubleExposure() override;
 
+    // Runs with the model's page order and paper of double exposure, and stores them on OK.
+    void editDoubleExposure();
+
     // The paper size as an index into the model's "content.PaperSizeAllPlusNone".
     void setPaperSize(int index);
     int paperSize();
@@ -64,6 +68,9 @@ class TwDlgPageSeparation : public TwDlgPageOrder {
 public:
     explicit TwDlgPageSeparation(QWidget* parent = nullptr);
     ~TwDlgPageSeparation() override;
+
+    // Runs with the model's page order of page separation, and stores it on OK.
+    void editPageSeparation();
 
     TwSegmentedControl* rdoPageSeparation() const;
     QPushButton* btnOK() const;

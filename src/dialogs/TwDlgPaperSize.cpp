@@ -3,10 +3,10 @@
 #include "OrvaDebug.h"
 #include "TwEditCommit.h"
 #include "TwFormPreparation.h"
+#include "TwPanelHost.h"
 #include "TwRangeHelpers.h"
 #include "TwResponderBinding.h"
 #include "TwStrings.h"
-#include "TwainDialogController.h"
 #include "TwainDialogData.h"
 #include "TwainNumberFormatter.h"
 #include "ui_TwDlgPaperSize.h"
@@ -75,11 +75,6 @@ TwDlgPaperSize::~TwDlgPaperSize() {
     unbindControlAll();
     // The table model goes before the view does: nothing may reach this panel on the way.
     disconnect(ui->tblPaperSize->selectionModel(), nullptr, this, nullptr);
-}
-
-TwainDialogData* TwDlgPaperSize::dialogData() const {
-    TwainDialogController* controller = windowController();
-    return controller ? controller->dialogData() : nullptr;
 }
 
 QString TwDlgPaperSize::formatted(const char* key, const QString& argument) const {
@@ -353,4 +348,39 @@ QPushButton* TwDlgPaperSize::btnHelp() const {
 }
 QTableView* TwDlgPaperSize::tblPaperSize() const {
     return ui->tblPaperSize;
+}
+
+void TwDlgPaperSize::editCustomPapers() {
+    TwainDialogData* model = dialogData();
+    if (!model)
+        return;
+    const TwSize before = model->GetCurrentPaperSize();
+    center();
+    runModal();
+
+    for (const char* key : {"content.PaperSizeAll", "content.PaperSizeAllPlusNone"})
+        model->willChangeValueForKey(key);
+    model->updateContentPaperSizeAll();
+    for (const char* key : {"content.PaperSizeAll", "content.PaperSizeAllPlusNone"})
+        model->didChangeValueForKey(key);
+
+    // The newest first: each paper added goes to the front of the list.
+    auto known =
+        std::find_if(m_addedPaperSize.cbegin(), m_addedPaperSize.cend(), [model](const QString& name) {
+            return model->customPaperExist(TwValue(name.toStdString()));
+        });
+    if (known != m_addedPaperSize.cend()) {
+        model->willChangeValueForKey("Data.PaperSize");
+        model->setValueForKeyPath(TwValue(known->toStdString()), "Data.PaperSize");
+        model->didChangeValueForKey("Data.PaperSize");
+    } else {
+        model->validatePaperValues();
+    }
+
+    const TwSize after = model->GetCurrentPaperSize();
+    if (after.width != before.width || after.length != before.length) {
+        if (panelHost())
+            panelHost()->closePreview();
+        model->AdjustLandscapeEnableAndArea();
+    }
 }

@@ -35,6 +35,10 @@ public:
 
     // Shows the model's papers, runs modally, and lets go of them again.
     int runModal() override;
+    // Runs over the main window; afterwards the paper lists are renewed, the newest paper added
+    // that still exists becomes the selection (a deleted selection gives way to the model's
+    // standard paper), and a change of the paper's size closes the preview and adjusts the area.
+    void editCustomPapers();
     void bindControlAll() override;
     void observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
                                 const TwKeyValueChange& change, void* context) override;
@@ -76,7 +80,6 @@ public:
     double dFlatMinWidth = 0, dFlatMinLength = 0, dFlatMaxWidth = 0, dFlatMaxLength = 0;
 
 private:
-    TwainDialogData* dialogData() const;
     // The unit changed: field ranges, limit labels, and the entered size converted.
     void updateFormatter();
     // Shows millimetres in the label in the current unit; 0 shows "-".

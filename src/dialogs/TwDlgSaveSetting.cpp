@@ -5,7 +5,6 @@
 #include "TwFormPreparation.h"
 #include "TwResponderBinding.h"
 #include "TwStrings.h"
-#include "TwainDialogController.h"
 #include "TwainDialogData.h"
 #include "VmxUI.h"
 #include "ui_TwDlgSaveSetting.h"
@@ -126,7 +125,7 @@ void TwDlgSaveSetting::onOK() {
 }
 
 bool TwDlgSaveSetting::settingNameAccepted(const QString& text) {
-    TwainDialogData* model = windowController() ? windowController()->dialogData() : nullptr;
+    TwainDialogData* model = dialogData();
     if (!model)
         return true;
     const std::string name = text.toStdString();
@@ -152,4 +151,55 @@ void TwDlgSaveSetting::onCancel() {
     if (!TwEndEditing(this))
         return;
     close();
+}
+
+void TwDlgSaveSetting::saveSetting() {
+    TwainDialogData* model = dialogData();
+    if (!model)
+        return;
+    QStringList names;
+    TwValue profiles = model->customProfiles();
+    if (auto list = profiles.list()) {
+        for (auto& profile : *list) {
+            TwValue name = profile.dict() ? profile.dict()->value("ProfileName") : TwValue();
+            names << QString::fromStdString(name.isString() ? *name.str() : name.description());
+        }
+    }
+    setType(SettingName);
+    setCheckOverwrite(true);
+    setNameList(names);
+    setName(QString());
+    if (runModal() != 1)
+        return;
+    const QString chosen = name().trimmed();
+    if (chosen.isEmpty()) {
+        showMessageBox(localizedString(QStringLiteral("IDS_MSG_INPUT_NAME")), 0x20001);
+        return;
+    }
+    if (model->ProfileCount() >= kMaxProfiles && !model->IsProfileExist(chosen.toStdString())) {
+        showMessageBox(localizedString(QStringLiteral("IDS_ERR_OVERSAVESETTINGS")), 0x20001);
+        return;
+    }
+    model->AddCustomProfile(chosen.toStdString());
+}
+
+void TwDlgSaveSetting::deleteSetting() {
+    TwainDialogData* model = dialogData();
+    if (!model)
+        return;
+    TwValue current = model->valueForKeyPath("profiles.name");
+    TwValue temporary = model->valueForKeyPath("profiles.temporary");
+    if (current.isEqual(temporary)) {
+        showMessageBox(localizedString(QStringLiteral("IDS_PROFILE_DEL_TEMP")), 0x20001);
+        return;
+    }
+    if (!current.isString() || !model->IsProfileExist(*current.str())) {
+        OrvaLog(kOrvaLogError, "ERROR: %s: '%s' is not a saved setting; nothing to delete\n",
+                "TwainDialogController::onDeleteSetting", current.description().c_str());
+        return;
+    }
+    const QString text = QString::fromStdString(*current.str());
+    if (showMessageBox(formatted("IDS_PROFILE_DEL_CONFIRM", text), 0x40002) == kVmxAnswerCancel)
+        return;
+    model->deleteCustomProfile(text.toStdString());
 }

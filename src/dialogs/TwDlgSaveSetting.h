@@ -51,6 +51,13 @@ public:
 
     void bindControlAll() override;
 
+    // The settings the user saves by name. saveSetting asks a name and stores the current setting
+    // under it (refused with a message for a blank name, or a new one past the 50 saved);
+    // deleteSetting deletes the current saved setting after asking (the temporary one is refused).
+    static constexpr int kMaxProfiles = 50;
+    void saveSetting();
+    void deleteSetting();
+
     QLabel* labTitle() const;
     QComboBox* cmbNames() const;
     QPushButton* btnOK() const;

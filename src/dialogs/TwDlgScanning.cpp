@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 
 TwDlgScanning::TwDlgScanning(QWidget* parent) : TwPanel(parent), ui(std::make_unique<Ui::TwDlgScanning>()) {
@@ -52,4 +53,28 @@ void TwDlgScanning::startAnimation() {
 
 void TwDlgScanning::stopAnimation() {
     m_animating = false;
+}
+
+void TwDlgScanning::showOver(QWidget* mainWindow, bool stopHidden) {
+    const bool sheet = mainWindow && mainWindow->isVisible();
+    setStopButtonHidden(!sheet || stopHidden);
+    if (parentWidget() != (sheet ? mainWindow : nullptr))
+        setParent(sheet ? mainWindow : nullptr, Qt::Dialog);
+    setWindowModality(sheet ? Qt::WindowModal : Qt::NonModal);
+    adjustSize();
+    center();
+    show();
+    raise();
+    startAnimation();
+}
+
+void TwDlgScanning::setProgressRecord(const void* record) {
+    if (!record) {
+        setProgressValue(0, 100);
+        return;
+    }
+    std::uint32_t max, value;
+    std::memcpy(&max, static_cast<const unsigned char*>(record) + 4, sizeof max);
+    std::memcpy(&value, static_cast<const unsigned char*>(record) + 8, sizeof value);
+    setProgressValue(value, max);
 }

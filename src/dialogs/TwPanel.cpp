@@ -1,13 +1,16 @@
 #include "TwPanel.h"
 
 #include "OrvaDebug.h"
+#include "TwBundle.h"
 #include "TwMessageBox.h"
+#include "TwPanelHost.h"
 #include "TwResponderBinding.h"
 #include "TwStrings.h"
-#include "TwainDialogController.h"
+#include "TwainDialogData.h"
 
 #include <QAbstractButton>
 #include <QCloseEvent>
+#include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScreen>
 
@@ -28,20 +31,30 @@ const char* TwPanel::className() const {
     return metaObject()->className();
 }
 
-void TwPanel::setWindowController(TwainDialogController* controller) {
-    m_controller = controller;
+void TwPanel::setPanelHost(TwPanelHost* host) {
+    m_host = host;
+    TwainDialogData* model = dialogData();
+    const TwBundle* bundle = model ? model->bundleDS().get() : nullptr;
+    for (auto* button : findChildren<QPushButton*>()) {
+        const QString key = button->property("textKey").toString();
+        if (key.isEmpty())
+            continue;
+        auto text = TwLookupString(bundle, key.toStdString());
+        if (text && !text->empty())
+            button->setText(QString::fromStdString(*text));
+    }
 }
 
-TwainDialogController* TwPanel::windowController() const {
-    return m_controller;
+TwainDialogData* TwPanel::dialogData() const {
+    return m_host ? m_host->dialogData() : nullptr;
 }
 
 int TwPanel::runModal() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "TwPanel::runModal", className());
     m_isRunModul = true;
     m_returnCode = 0;
-    if (m_controller && m_controller->dlgPreview() != this)
-        m_controller->closePreview();
+    if (m_host)
+        m_host->closePreview();
     bindControlAll();
     int result = exec();
     // A run ended by hiding the panel never passed through windowWillClose.
@@ -124,7 +137,7 @@ void TwPanel::closeEvent(QCloseEvent* event) {
 }
 
 void TwPanel::center() {
-    QWidget* main = m_controller ? m_controller->windowIfLoaded() : nullptr;
+    QWidget* main = m_host ? m_host->mainWindow() : nullptr;
     QRect client = geometry();
     if (main && main != this && main->isVisible())
         client.moveCenter(main->geometry().center());
@@ -135,14 +148,14 @@ void TwPanel::center() {
 }
 
 QString TwPanel::localizedString(const QString& key) const {
-    if (m_controller)
-        return m_controller->localizedString(key);
+    if (m_host)
+        return m_host->localizedString(key);
     return QString::fromStdString(TwLocalizedString(nullptr, key.toStdString()));
 }
 
 int TwPanel::showMessageBox(const QString& message, std::uint32_t messageType) {
-    if (m_controller)
-        return m_controller->showMessageBox(message, QString(), messageType);
+    if (m_host)
+        return m_host->showMessageBox(message, QString(), messageType);
     auto setup = TwMessageBoxSetupFor(QString(), message, messageType, false, [](const char* key) {
         return QString::fromStdString(TwLocalizedStringNoEmpty(nullptr, key));
     });
@@ -167,8 +180,8 @@ void TwPanel::connectActions(QWidget* root) {
                 QMetaObject::invokeMethod(this, slot.constData());
                 return;
             }
-            if (auto* controller = windowController())
-                controller->performAction(action, button);
+            if (m_host)
+                m_host->performAction(action, button);
             else
                 OrvaLog(kOrvaLogError, "ERROR: %s(%s): no controller for %s\n", "TwPanel::connectActions",
                         className(), slot.constData());

@@ -20,8 +20,9 @@
 #include <cstdint>
 #include <memory>
 
+class TwPanelHost;
 class TwResponderBinding;
-class TwainDialogController;
+class TwainDialogData;
 class QCloseEvent;
 
 class TwPanel : public QDialog, public TwKeyValueObserver {
@@ -30,8 +31,12 @@ public:
     explicit TwPanel(QWidget* parent = nullptr);
     ~TwPanel() override;
 
-    void setWindowController(TwainDialogController* controller);
-    TwainDialogController* windowController() const;
+    // The window controller, through what panels may ask of it; it outlives its panels. Buttons
+    // that name a "textKey" take their titles from the data source's string table when it has them.
+    void setPanelHost(TwPanelHost* host);
+    TwPanelHost* panelHost() const { return m_host; }
+    // The host's settings model, or null.
+    TwainDialogData* dialogData() const;
 
     // The panel's own values; bindings to it are made and undone with the panel's other bindings.
     TwObservableValues& ownValues() { return m_ownValues; }
@@ -94,7 +99,7 @@ private:
     // windowShouldClose, with a second question while it is being asked kept out.
     bool askShouldClose();
 
-    QPointer<TwainDialogController> m_controller;
+    TwPanelHost* m_host = nullptr;
     // Declared before the binding: the binding's observations of it are undone first.
     TwObservableValues m_ownValues;
     std::unique_ptr<TwResponderBinding> m_responderBinding;

@@ -1,10 +1,11 @@
 #include "VmxUIControllerImpl.h"
 
+#include "ImageShared.h"
 #include "OrvaDebug.h"
 #include "TwApplication.h"
 #include "TwBundle.h"
-#include "TwDlgPreview.h"
 #include "TwMessageBox.h"
+#include "TwPreviewCoordinator.h"
 #include "TwStrings.h"
 #include "TwainDialogController.h"
 #include "TwainDialogData.h"
@@ -53,6 +54,7 @@ VmxUIControllerImpl::~VmxUIControllerImpl() {
             _dlgController->close();
             logControllerUseCount("dealloc");
             _dlgController.reset();
+            m_previewCoordinator = nullptr;
         });
     }
     _DialogData.reset();
@@ -236,7 +238,12 @@ TwainDialogController* VmxUIControllerImpl::controller() {
     std::lock_guard lock(m_controllerLock);
     if (!_dlgController) {
         _dlgController = std::make_unique<TwainDialogController>();
-        _dlgController->setPreviewMaker([](QWidget* parent) { return new TwDlgPreview(parent); });
+        TwainDialogController* c = _dlgController.get();
+        auto coordinator = std::make_unique<TwPreviewCoordinator>(c, [c](TwPreviewRecord& record) {
+            return c->hasCallback() && c->sendEvent(kVmxEventPreviewRescan, &record) == 0;
+        });
+        m_previewCoordinator = coordinator.get();
+        c->setPreviewService(std::move(coordinator));
         // The controller lives on the GUI thread whoever asked for it first.
         if (auto* app = QCoreApplication::instance())
             if (_dlgController->thread() != app->thread())
@@ -520,13 +527,16 @@ int VmxUIControllerImpl::innerShowContinueScanDialogFunc(std::uint16_t value) {
         return static_cast<std::int16_t>(r);
     };
     const int answer =
-        TwRunMessageBox(setup, parent, poll, m_continueScanPollMs,
-                        [c, &record](QMessageBox* box) { c->showContinueScanPage(&record, box); });
+        TwRunMessageBox(setup, parent, poll, m_continueScanPollMs, [c, &record](QMessageBox* box) {
+            if (TwPreviewService* preview = c->previewService())
+                preview->showContinueScanPage(record, box);
+        });
     // Every way the question ends comes through here, so the data source hears of it once.
     callback(kVmxEventContinueScanClose, &record);
-    c->closeContinueScanPage();
+    if (TwPreviewService* preview = c->previewService())
+        preview->closeContinueScanPage();
     // Images the page never took (the question ended before it showed) are freed all the same.
-    TwainDialogController::releasePreviewImages(&record);
+    TwReleasePreviewPages(&record);
     OrvaLog(kOrvaLogTrace, "LEAVE: %s, return %d\n", "VmxUIController::innerShowContinueScanDialogFunc",
             answer);
     return answer;

@@ -10,6 +10,7 @@
 
 class TwainDialogData;
 class TwBundle;
+class TwPreviewCoordinator;
 class TwainDialogController;
 
 // One message-box request carried to the GUI thread.
@@ -88,6 +89,8 @@ public:
         std::lock_guard lock(m_controllerLock);
         return _dlgController.get();
     }
+    // What shows the controller's prescans and continue-scan pages, once the controller is made.
+    TwPreviewCoordinator* previewCoordinator() const { return m_previewCoordinator; }
     // Wakes the GUI loop after a modal run was stopped; counts the wake-ups.
     void simulateMouseEvent();
     int wakeUpsPosted() const { return m_wakeUps; }
@@ -119,6 +122,7 @@ private:
 
     mutable std::mutex m_controllerLock; // guards the creation of the dialog controller
     std::unique_ptr<TwainDialogController> _dlgController;
+    TwPreviewCoordinator* m_previewCoordinator = nullptr; // owned by the controller
     bool m_holdsApplication = false;
     int m_wakeUps = 0;
     std::shared_ptr<TwainDialogData> _DialogData;

@@ -7,7 +7,6 @@
 #include "TwPreviewImage.h"
 #include "TwPreviewView.h"
 #include "TwResponderBinding.h"
-#include "TwainDialogController.h"
 #include "TwainDialogData.h"
 #include "ui_TwDlgPreview.h"
 
@@ -216,8 +215,7 @@ QIcon TwDlgPreview::areaImage(bool front, std::int16_t id) const {
 }
 
 TwainDialogData* TwDlgPreview::model() const {
-    TwainDialogController* controller = windowController();
-    return controller ? controller->dialogData() : nullptr;
+    return dialogData();
 }
 
 // ---- Units and coordinates -----------------------------------------------------------------------
@@ -360,14 +358,12 @@ void TwDlgPreview::ResetAreaContent() {
     TwainDialogData* m = model();
     if (displayOnly() || !m)
         return;
-    TwainDialogController* controller = windowController();
     for (const TwAreaInfo& row : Comb_AreaInfo) {
         if (row.front != m_bFront)
             continue;
         if (*row.enableKey && !m->valueForKeyPath(row.enableKey).boolValue())
             continue;
-        m_areaList.push_back(
-            {row.id, controller->localizedString(QString::fromLatin1(row.nameKey)), row.front});
+        m_areaList.push_back({row.id, localizedString(QString::fromLatin1(row.nameKey)), row.front});
     }
     auto listed = [this](std::int16_t id) {
         return std::any_of(m_areaList.begin(), m_areaList.end(),
@@ -646,9 +642,8 @@ void TwDlgPreview::stopThread() {
 
 void TwDlgPreview::refreshStatus() {
     dropPages();
-    TwainDialogController* controller = windowController();
-    if (isVisible() && controller) {
-        controller->previewRescan();
+    if (isVisible()) {
+        requestRescan();
         setSelectedArea();
     }
 }

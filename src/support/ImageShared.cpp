@@ -506,3 +506,31 @@ void ByteCopy1bppTo8bpp(const std::uint8_t* source, std::uint8_t* destination, s
     for (std::size_t i = 0; i < count; ++i)
         destination[i] = (source[i / 8] >> (7 - i % 8)) & 1 ? set : clear;
 }
+
+std::array<TwOwnedDIB, 2> TwTakePreviewPages(TwPreviewRecord* record, bool take) {
+    std::array<TwOwnedDIB, 2> pages;
+    if (!record)
+        return pages;
+    TwPreviewSide* sides[2] = {&record->front, &record->back};
+    // The record is packed: its pointers are read and cleared by value, never by reference.
+    void* const blocks[2] = {sides[0]->pDIB, sides[1]->pDIB};
+    for (int i = 0; i < 2; ++i) {
+        if (!blocks[i])
+            continue;
+        if (i == 1 && blocks[1] == blocks[0]) {
+            OrvaLog(kOrvaLogError,
+                    "ERROR: %s: the back image is the front's block; it is shown for both sides\n",
+                    "TwTakePreviewPages");
+            pages[1] = TwOwnedDIB::copyOf(pages[0].data(), pages[0].length());
+        } else if (take) {
+            pages[i] = TwOwnedDIB(blocks[i], sides[i]->imageLength);
+        } else {
+            pages[i] = TwOwnedDIB::copyOf(blocks[i], sides[i]->imageLength);
+        }
+    }
+    if (take) {
+        sides[0]->pDIB = nullptr;
+        sides[1]->pDIB = nullptr;
+    }
+    return pages;
+}

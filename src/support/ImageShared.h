@@ -12,6 +12,8 @@
 // bitmap: the described "none" result, without a log line.
 #pragma once
 
+#include "VmxUI.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -147,6 +149,17 @@ private:
     void* m_dib = nullptr;
     std::size_t m_length = 0;
 };
+
+// The two bitmaps of a preview record as bitmaps of our own: taken as they are (the data source made
+// them with malloc; they are freed with free) or, when the record's owner keeps them, copied. A
+// data source that gives the same block for both sides hands over one block: it is freed once and
+// its page given for both (logged). The record's pointers are cleared when taken.
+std::array<TwOwnedDIB, 2> TwTakePreviewPages(TwPreviewRecord* record, bool take);
+// Frees the bitmaps of a record that will not be shown, and clears its pointers.
+inline void TwReleasePreviewPages(TwPreviewRecord* record) {
+    if (record)
+        TwTakePreviewPages(record, true);
+}
 
 // ---- Memory handles ------------------------------------------------------------------------------
 

@@ -10,6 +10,7 @@
 // answers, going on or stopping by the answer.
 #include "SampleFixture.h"
 #include "SamplePage.h"
+#include "TwPreviewCoordinator.h"
 #include "preview/PreviewPages.h"
 
 #include <deque>
@@ -158,7 +159,7 @@ private slots:
             texts = {box->text(), box->informativeText(), box->defaultButton()->text(),
                      box->escapeButton()->text()};
             icon = box->icon();
-            QWidget* page = ui->controllerIfMade()->continueScanPage();
+            QWidget* page = ui->previewCoordinator()->continueScanPage();
             if (page) {
                 boxFrame = box->frameGeometry();
                 pageFrame = page->frameGeometry();
@@ -204,14 +205,14 @@ private slots:
         for (auto& s : g_source.seen)
             QCOMPARE(s.record, g_source.seen.front().record);
         QVERIFY(!g_source.seen.back().withImage);
-        QCOMPARE(ui->controllerIfMade()->continueScanPage(), nullptr);
+        QCOMPARE(ui->previewCoordinator()->continueScanPage(), nullptr);
     }
 
     // A page the data source leaves out, or one that is no bitmap, shows the question alone; what
     // was handed over is freed all the same, and one block given as both sides is freed once.
     void whatIsHandedOverIsFreed_data() {
         columns<int, bool, bool, QString>("page", "backIsFront", "shown", "logged");
-        const QString refused = "ERROR: TwainDialogController::showContinueScanPage:";
+        const QString refused = "ERROR: TwPreviewCoordinator::showContinueScanPage:";
         row("no page", int(QuestionSource::NoPage), false, false, "ERROR: pDIB = NULL");
         row("broken page", int(QuestionSource::BrokenPage), false, false, refused);
         row("one block as both sides, shown", int(QuestionSource::Page), true, true, QString());
@@ -226,7 +227,7 @@ private slots:
         g_source.backIsFront = backIsFront;
         bool pageShown = false;
         auto timer = whenModal<QMessageBox>([&](QMessageBox* box) {
-            pageShown = ui->controllerIfMade()->continueScanPage() != nullptr;
+            pageShown = ui->previewCoordinator()->continueScanPage() != nullptr;
             buttonTitled(box, "Stop")->click();
         });
         QCOMPARE(ui->showContinueScanDialog(0), int(kVmxAnswerStop));
@@ -284,7 +285,8 @@ private slots:
         QString saved = u"not taken"_s;
         auto timer = whenModal<QMessageBox>([&](QMessageBox* box) {
             QTest::qWait(300); // laid out and painted
-            saved = saveWindowsPicture(u"ContinueScan"_s, {box, ui->controllerIfMade()->continueScanPage()});
+            saved =
+                saveWindowsPicture(u"ContinueScan"_s, {box, ui->previewCoordinator()->continueScanPage()});
             buttonTitled(box, "Continue")->click();
         });
         ui->showContinueScanDialog(3);

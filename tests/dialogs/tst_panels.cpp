@@ -469,19 +469,19 @@ private slots:
     // ---- Help ----
 
     void helpOpensTheDataSourcesBookOrSaysItIsMissing() {
-        TwainDialogController c;
+        TwHelpBook book;
         const QString bundle = QString::fromStdString(SampleScanner::kBundle);
-        QVERIFY(!c.registerHelp({"/nonexistent", bundle + "/Contents"}));
-        QVERIFY(c.registerHelp({"/nonexistent", bundle}));
-        QCOMPARE(c.helpBookName(), u"Orvanic VMX-S Scanner Help"_s);
+        QVERIFY(!book.registerHelp({"/nonexistent", bundle + "/Contents"}));
+        QVERIFY(book.registerHelp({"/nonexistent", bundle}));
+        QCOMPARE(book.name(), u"Orvanic VMX-S Scanner Help"_s);
 
         QList<QUrl> opened;
         bool launches = true; // a machine without a browser or launcher cannot open the page
-        TwainDialogController::setUrlOpener([&](const QUrl& url) {
+        TwHelpBook::setUrlOpener([&](const QUrl& url) {
             opened << url;
             return launches;
         });
-        TwainDialogController::setHelpRoot(u"/nonexistent-help-root"_s);
+        TwHelpBook::setHelpRoot(u"/nonexistent-help-root"_s);
         auto ui = shown();
         // The main panel's Help button and the other panels' open the page once each.
         QTest::mouseClick(window(*ui)->btnHelp(), Qt::LeftButton);

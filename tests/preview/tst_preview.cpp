@@ -8,6 +8,7 @@
 #include "PreviewPages.h"
 #include "SampleFixture.h"
 #include "TwDlgPreview.h"
+#include "TwPreviewCoordinator.h"
 #include "TwPreviewGeometry.h"
 #include "TwPreviewImage.h"
 #include "TwPreviewView.h"
@@ -339,7 +340,7 @@ private slots:
                      ui->dataForKeyPath("enable.AutoDistinction").boolValue() ? u"67.89(%)"_s : u"-(%)"_s);
             for (int round = 0; sameBlock && round < 2; ++round) {
                 QCOMPARE(p->imageBack(), p->imageFront());
-                ui->controllerIfMade()->previewRescan();
+                ui->previewCoordinator()->rescan();
                 QTest::mouseClick(back, Qt::LeftButton);
                 QTRY_VERIFY(!p->imageBack().isNull());
             }
@@ -461,7 +462,7 @@ private slots:
                 p->onAreaChange();
                 break;
             case 3:
-                ui->controllerIfMade()->previewRescan();
+                ui->previewCoordinator()->rescan();
                 break;
             case 4:
                 set(*ui, "Data.Area.Unit", pick(2));
@@ -535,7 +536,7 @@ private slots:
         QVERIFY(!ui->dataForKeyPath("temp.InMouseDragChangeArea").boolValue());
         QTRY_COMPARE_WITH_TIMEOUT(sentCount(kVmxEventPreviewRescan), 2, 1000);
         ui->setCallback(nullptr); // a rescan without a callback asks nobody
-        ui->controllerIfMade()->previewRescan();
+        ui->previewCoordinator()->rescan();
         QCOMPARE(sentCount(kVmxEventPreviewRescan), 2);
     }
 
@@ -605,7 +606,7 @@ private slots:
         p->setSizeFromScanImage(QSizeF(100, 150));
         TwPreviewRecord record{};
         prescanCallback(kVmxEventPrescan, &record);
-        ui->controllerIfMade()->setPreviewImages(&record, true);
+        ui->previewCoordinator()->setPreviewImages(record, true);
         QCOMPARE(record.front.pDIB, nullptr);
         p->showWindow();
         std::vector<TwAreaOverlay> areas;

@@ -1,13 +1,14 @@
-// What the window controller needs of the prescan preview window. The preview itself lives in the
-// preview library, which builds on the dialogs; the controller makes it through a maker it is
-// given (the facade gives TwDlgPreview's) and talks to it only through this class, so the
-// dependency runs one way.
+// What the preview coordinator hands a preview window before showing it: the pages, the ratios the
+// data source measured, the page size from the bitmap, and the window's modes.
 #pragma once
 
 #include "ImageShared.h"
 #include "TwPanel.h"
 
 #include <QSizeF>
+
+#include <functional>
+#include <utility>
 
 class TwPreviewPanel : public TwPanel {
 public:
@@ -18,6 +19,12 @@ public:
     virtual void setPrescanImage(TwOwnedDIB front, TwOwnedDIB back) = 0;
     // Shows the window with the front page fitted, its tools and, unless display-only, its areas.
     virtual void showWindow() = 0;
+    // What the window calls when a change of the setting needs a new prescan.
+    void setRescanHandler(std::function<void()> handler) { m_rescanHandler = std::move(handler); }
+    void requestRescan() {
+        if (m_rescanHandler)
+            m_rescanHandler();
+    }
 
     // Ratios in percent, measured by the data source; the white ratios are kept, not shown.
     void setColorRatioFront(double v) { m_colorRatioFront = v; }
@@ -45,6 +52,7 @@ public:
     bool displayOnly() const { return m_displayOnly; }
 
 private:
+    std::function<void()> m_rescanHandler;
     double m_colorRatioFront = 0;
     double m_blackRatioFront = 0;
     double m_whiteRatioFront = 0;
