@@ -150,7 +150,7 @@ void TwDlgDoubleExposure::editDoubleExposure() {
     const int chosen = paperSize();
     if (!list || chosen < 0 || std::size_t(chosen) >= list->size() || !(*list)[std::size_t(chosen)].dict()) {
         OrvaLog(kOrvaLogError, "ERROR: %s: paper size %d is not in content.PaperSizeAllPlusNone; kept\n",
-                "TwainDialogController::onDoubleExposure", chosen);
+                "TwDlgDoubleExposure::editDoubleExposure", chosen);
         return;
     }
     model->myChangeValue((*list)[std::size_t(chosen)].dict()->value("value"),

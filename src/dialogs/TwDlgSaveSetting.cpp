@@ -195,7 +195,7 @@ void TwDlgSaveSetting::deleteSetting() {
     }
     if (!current.isString() || !model->IsProfileExist(*current.str())) {
         OrvaLog(kOrvaLogError, "ERROR: %s: '%s' is not a saved setting; nothing to delete\n",
-                "TwainDialogController::onDeleteSetting", current.description().c_str());
+                "TwDlgSaveSetting::deleteSetting", current.description().c_str());
         return;
     }
     const QString text = QString::fromStdString(*current.str());

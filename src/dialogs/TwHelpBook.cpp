@@ -68,16 +68,16 @@ bool TwHelpBook::open(const TwBundle* dataSource) {
     QString folder;
     const QString page = firstPage(dataSource, &folder);
     if (page.isEmpty()) {
-        OrvaLog(kOrvaLogError, "ERROR: %s: no help book (folder '%s')\n", "TwainDialogController::onHelp",
+        OrvaLog(kOrvaLogError, "ERROR: %s: no help book (folder '%s')\n", "TwHelpBook::open",
                 folder.toUtf8().constData());
         return false;
     }
-    OrvaLog(kOrvaLogDebug, "\t%s: %s\n", "TwainDialogController::onHelp", page.toUtf8().constData());
+    OrvaLog(kOrvaLogDebug, "\t%s: %s\n", "TwHelpBook::open", page.toUtf8().constData());
     const QUrl url = QUrl::fromLocalFile(page);
     if (urlOpener() ? urlOpener()(url) : QDesktopServices::openUrl(url))
         return true;
     // No browser or launcher on the machine: as good as no help book.
-    OrvaLog(kOrvaLogError, "ERROR: %s: the desktop could not open %s\n", "TwainDialogController::onHelp",
+    OrvaLog(kOrvaLogError, "ERROR: %s: the desktop could not open %s\n", "TwHelpBook::open",
             page.toUtf8().constData());
     return false;
 }
