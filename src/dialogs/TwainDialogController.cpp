@@ -149,35 +149,17 @@ bool TwainDialogController::isVisible() const {
 bool TwainDialogController::performAction(const QString& action, QObject* sender) {
     OrvaLog(kOrvaLogTrace, "ENTER: %s(%s)\n", "TwainDialogController::performAction",
             action.toUtf8().constData());
-    static const std::pair<const char*, void (TwainDialogController::*)()> plain[] = {
-        {"onOK", &TwainDialogController::onOK},
-        {"onCancel", &TwainDialogController::onCancel},
-        {"onPrescan", &TwainDialogController::onPrescan},
-        {"onScanCancel", &TwainDialogController::onScanCancel},
-        {"onDefault", &TwainDialogController::onDefault},
-        {"onSaveSetting", &TwainDialogController::onSaveSetting},
-        {"onDeleteSetting", &TwainDialogController::onDeleteSetting},
-        {"onAbout", &TwainDialogController::onAbout},
-        {"onCustomize", &TwainDialogController::onCustomize},
-        {"onHelp", &TwainDialogController::onHelp},
-        {"onCustomPaperSize", &TwainDialogController::onCustomPaperSize},
-        {"onDoubleExposure", &TwainDialogController::onDoubleExposure},
-        {"onPageSeparetion", &TwainDialogController::onPageSeparetion},
+    // Only the actions this class declares: a name from a data source must not reach QObject's
+    // own slots (deleteLater).
+    const QByteArray name = action.toLatin1();
+    const QMetaObject* meta = metaObject();
+    const auto declared = [meta](const QByteArray& signature) {
+        return meta->indexOfSlot(signature.constData()) >= meta->methodOffset();
     };
-    if (action == QLatin1String("onStart")) {
-        onStart();
-        return true;
-    }
-    if (action == QLatin1String("onCustomGamma")) {
-        onCustomGamma(sender);
-        return true;
-    }
-    for (auto& [name, method] : plain) {
-        if (action == QLatin1String(name)) {
-            (this->*method)();
-            return true;
-        }
-    }
+    if (declared(name + "(QObject*)"))
+        return QMetaObject::invokeMethod(this, name.constData(), Q_ARG(QObject*, sender));
+    if (declared(name + "()"))
+        return QMetaObject::invokeMethod(this, name.constData());
     OrvaLog(kOrvaLogError, "ERROR: %s: unknown action %s\n", "TwainDialogController::performAction",
             action.toUtf8().constData());
     return false;
@@ -321,7 +303,6 @@ void TwainDialogController::onPageSeparetion() {
 }
 
 void TwainDialogController::onCustomGamma(QObject* sender) {
-    // The button's tag names the image kind: 0 binary, 1 gray, 2 colour.
     auto* button = qobject_cast<QAbstractButton*>(sender);
     bool ok = false;
     const int tag = button ? button->property("tag").toInt(&ok) : -1;

@@ -74,8 +74,11 @@ public:
 
     // ---- Button actions ----
 
-    // Runs the action a button's "action" property names; false for an unknown name.
+    // Runs the action a button's "action" property names: the slot of that name below (given the
+    // button when it takes one); false, logged, for any other name.
     bool performAction(const QString& action, QObject* sender = nullptr) override;
+
+public slots:
     void onOK();
     void onCancel();
     std::uint16_t onStart();
@@ -90,8 +93,10 @@ public:
     void onCustomPaperSize();
     void onDoubleExposure();
     void onPageSeparetion();
+    // The button's "tag" names the image kind: 0 binary, 1 gray, 2 colour.
     void onCustomGamma(QObject* sender);
 
+public:
     // ---- Preview ----
 
     // What shows a prescan's result; the facade gives the preview floor's. Without one a
