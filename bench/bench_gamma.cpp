@@ -45,7 +45,7 @@ int main(int argc, char** argv) {
     ui.setModelDef(&def);
     ui.setDataWithDictionary(capabilities.deepCopy(), 0);
 
-    TwDlgCustomGamma* dialog = ui.controller()->dlgGamma();
+    TwDlgCustomGamma* dialog = ui.controller()->panel<TwDlgCustomGamma>();
     dialog->setIsColor(true);
     dialog->setCurrentGammaName(std::nullopt);
     dialog->showWindow();

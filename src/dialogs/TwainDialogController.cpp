@@ -37,14 +37,7 @@ TwainDialogController::~TwainDialogController() {
         delete m_window;
     }
     // The panels made while there was no main window have no parent to take them along.
-    delete m_dlgScanning;
-    delete m_dlgSaveSetting;
-    delete m_dlgPaperSize;
-    delete m_dlgGamma;
-    delete m_dlgAbout;
-    delete m_dlgCustom;
-    delete m_dlgDoubleExposure;
-    delete m_dlgPageSeparation;
+    std::apply([](auto&... panels) { (delete panels.data(), ...); }, m_panels);
     m_helpBook.clear();
     pfCallback = nullptr;
     _dialogData.reset();
@@ -69,12 +62,12 @@ QWidget* TwainDialogController::mainWindow() const {
     return m_window;
 }
 
-template <class Panel> Panel* TwainDialogController::panelOnFirstUse(QPointer<Panel>& panel) {
+template <class Panel> Panel* TwainDialogController::panel() {
+    QPointer<Panel>& panel = std::get<QPointer<Panel>>(m_panels);
     if (panel)
         return panel;
     if (!QCoreApplication::instance()) {
-        OrvaLog(kOrvaLogError, "ERROR: %s: no application, no panel\n",
-                "TwainDialogController::panelOnFirstUse");
+        OrvaLog(kOrvaLogError, "ERROR: %s: no application, no panel\n", "TwainDialogController::panel");
         return nullptr;
     }
     // Over the main window, and gone with it.
@@ -83,33 +76,14 @@ template <class Panel> Panel* TwainDialogController::panelOnFirstUse(QPointer<Pa
     return panel;
 }
 
-TwDlgSaveSetting* TwainDialogController::dlgSaveSetting() {
-    return panelOnFirstUse(m_dlgSaveSetting);
-}
-
-TwDlgPaperSize* TwainDialogController::dlgPaperSize() {
-    return panelOnFirstUse(m_dlgPaperSize);
-}
-
-TwDlgCustomGamma* TwainDialogController::dlgGamma() {
-    return panelOnFirstUse(m_dlgGamma);
-}
-
-TwDlgAbout* TwainDialogController::dlgAbout() {
-    return panelOnFirstUse(m_dlgAbout);
-}
-
-TwDlgCustom* TwainDialogController::dlgCustom() {
-    return panelOnFirstUse(m_dlgCustom);
-}
-
-TwDlgDoubleExposure* TwainDialogController::dlgDoubleExposure() {
-    return panelOnFirstUse(m_dlgDoubleExposure);
-}
-
-TwDlgPageSeparation* TwainDialogController::dlgPageSeparation() {
-    return panelOnFirstUse(m_dlgPageSeparation);
-}
+template TwDlgSaveSetting* TwainDialogController::panel();
+template TwDlgPaperSize* TwainDialogController::panel();
+template TwDlgCustomGamma* TwainDialogController::panel();
+template TwDlgAbout* TwainDialogController::panel();
+template TwDlgCustom* TwainDialogController::panel();
+template TwDlgDoubleExposure* TwainDialogController::panel();
+template TwDlgPageSeparation* TwainDialogController::panel();
+template TwDlgScanning* TwainDialogController::panel();
 
 void TwainDialogController::showWindow() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::showWindow");
@@ -262,43 +236,43 @@ void TwainDialogController::onSaveSetting() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onSaveSetting");
     if (!commitEditing())
         return;
-    if (TwDlgSaveSetting* dialog = dlgSaveSetting())
+    if (TwDlgSaveSetting* dialog = panel<TwDlgSaveSetting>())
         dialog->saveSetting();
 }
 
 void TwainDialogController::onDeleteSetting() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onDeleteSetting");
-    if (TwDlgSaveSetting* dialog = dlgSaveSetting())
+    if (TwDlgSaveSetting* dialog = panel<TwDlgSaveSetting>())
         dialog->deleteSetting();
 }
 
 void TwainDialogController::onAbout() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onAbout");
-    if (TwDlgAbout* about = dlgAbout())
+    if (TwDlgAbout* about = panel<TwDlgAbout>())
         about->runModal();
 }
 
 void TwainDialogController::onCustomize() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onCustomize");
-    if (TwDlgCustom* custom = dlgCustom())
+    if (TwDlgCustom* custom = panel<TwDlgCustom>())
         custom->runModal();
 }
 
 void TwainDialogController::onCustomPaperSize() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onCustomPaperSize");
-    if (TwDlgPaperSize* dialog = dlgPaperSize())
+    if (TwDlgPaperSize* dialog = panel<TwDlgPaperSize>())
         dialog->editCustomPapers();
 }
 
 void TwainDialogController::onDoubleExposure() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onDoubleExposure");
-    if (TwDlgDoubleExposure* dialog = dlgDoubleExposure())
+    if (TwDlgDoubleExposure* dialog = panel<TwDlgDoubleExposure>())
         dialog->editDoubleExposure();
 }
 
 void TwainDialogController::onPageSeparetion() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::onPageSeparetion");
-    if (TwDlgPageSeparation* dialog = dlgPageSeparation())
+    if (TwDlgPageSeparation* dialog = panel<TwDlgPageSeparation>())
         dialog->editPageSeparation();
 }
 
@@ -310,7 +284,7 @@ void TwainDialogController::onCustomGamma(QObject* sender) {
         return;
     OrvaLog(kOrvaLogTrace, "ENTER: %s(%d)\n", "TwainDialogController::onCustomGamma", tag);
     closePreview();
-    if (TwDlgCustomGamma* dialog = dlgGamma())
+    if (TwDlgCustomGamma* dialog = panel<TwDlgCustomGamma>())
         dialog->editGammaOf(tag);
 }
 
@@ -331,9 +305,11 @@ void TwainDialogController::showProgressDialog() {
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::showProgressDialog");
     if (!QCoreApplication::instance())
         return;
-    if (!m_dlgScanning && panelOnFirstUse(m_dlgScanning))
-        m_dlgScanning->setWindowTitle(m_modelName);
-    m_dlgScanning->showOver(m_window, m_isNoStopScan);
+    const bool made = panelIfMade<TwDlgScanning>();
+    TwDlgScanning* progress = panel<TwDlgScanning>();
+    if (!made)
+        progress->setWindowTitle(m_modelName);
+    progress->showOver(m_window, m_isNoStopScan);
 }
 
 void TwainDialogController::hideProgressDialog() {
@@ -342,19 +318,20 @@ void TwainDialogController::hideProgressDialog() {
         return;
     OrvaLog(kOrvaLogTrace, "ENTER: %s\n", "TwainDialogController::hideProgressDialog");
     TwApplication::runOnGuiThread([this] {
-        if (!m_dlgScanning)
+        TwDlgScanning* progress = panelIfMade<TwDlgScanning>();
+        if (!progress)
             return;
-        m_dlgScanning->stopAnimation();
-        if (m_dlgScanning->isVisible())
-            m_dlgScanning->hide();
+        progress->stopAnimation();
+        if (progress->isVisible())
+            progress->hide();
     });
     busy = false;
     OrvaLog(kOrvaLogTrace, "LEAVE: %s\n", "TwainDialogController::hideProgressDialog");
 }
 
 void TwainDialogController::setProgress(const void* progressRecord) {
-    if (m_dlgScanning)
-        m_dlgScanning->setProgressRecord(progressRecord);
+    if (TwDlgScanning* progress = panelIfMade<TwDlgScanning>())
+        progress->setProgressRecord(progressRecord);
 }
 
 // ---- Messages and texts ------------------------------------------------------------------------

@@ -5,7 +5,6 @@
 #pragma once
 
 #include "TwDlgMain.h"
-#include "TwDlgScanning.h"
 #include "TwHelpBook.h"
 #include "TwPanelHost.h"
 #include "TwPreviewService.h"
@@ -18,6 +17,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <tuple>
 
 class TwBundle;
 class TwDlgAbout;
@@ -26,6 +26,7 @@ class TwDlgCustomGamma;
 class TwDlgDoubleExposure;
 class TwDlgPageSeparation;
 class TwDlgPaperSize;
+class TwDlgScanning;
 class TwDlgSaveSetting;
 class TwainDialogData;
 
@@ -62,15 +63,14 @@ public:
     bool isModal() const { return m_isModal; }
     bool isNoStopScan() const { return m_isNoStopScan; }
 
-    // ---- Sub-dialogs, made on first use over the main window ----
+    // ---- Sub-dialogs ----
 
-    TwDlgSaveSetting* dlgSaveSetting();
-    TwDlgPaperSize* dlgPaperSize();
-    TwDlgCustomGamma* dlgGamma();
-    TwDlgAbout* dlgAbout();
-    TwDlgCustom* dlgCustom();
-    TwDlgDoubleExposure* dlgDoubleExposure();
-    TwDlgPageSeparation* dlgPageSeparation();
+    // The sub-dialog of that class (TwDlgSaveSetting, TwDlgPaperSize, TwDlgCustomGamma, TwDlgAbout,
+    // TwDlgCustom, TwDlgDoubleExposure, TwDlgPageSeparation, TwDlgScanning), made over the main
+    // window, when there is one, on first use; null without a QApplication.
+    template <class Panel> Panel* panel();
+    // The one of that class if it was made.
+    template <class Panel> Panel* panelIfMade() const { return std::get<QPointer<Panel>>(m_panels); }
 
     // ---- Button actions ----
 
@@ -114,7 +114,6 @@ public:
     void hideProgressDialog();
     // Record of 32-bit values: maximum at byte 4, value at byte 8; none shows 0 of 100.
     void setProgress(const void* progressRecord);
-    TwDlgScanning* scanningPanel() const { return m_dlgScanning; }
 
     // ---- Messages, texts, help ----
 
@@ -130,19 +129,13 @@ public:
 private:
     bool commitEditing();
     void logBundleVersion();
-    // The sub-dialog in that member, made over the main window (when there is one) on first use.
-    template <class Panel> Panel* panelOnFirstUse(QPointer<Panel>& panel);
 
     QPointer<TwDlgMain> m_window;
     std::unique_ptr<TwPreviewService> m_preview;
-    QPointer<TwDlgScanning> m_dlgScanning;
-    QPointer<TwDlgSaveSetting> m_dlgSaveSetting;
-    QPointer<TwDlgPaperSize> m_dlgPaperSize;
-    QPointer<TwDlgCustomGamma> m_dlgGamma;
-    QPointer<TwDlgAbout> m_dlgAbout;
-    QPointer<TwDlgCustom> m_dlgCustom;
-    QPointer<TwDlgDoubleExposure> m_dlgDoubleExposure;
-    QPointer<TwDlgPageSeparation> m_dlgPageSeparation;
+    std::tuple<QPointer<TwDlgSaveSetting>, QPointer<TwDlgPaperSize>, QPointer<TwDlgCustomGamma>,
+               QPointer<TwDlgAbout>, QPointer<TwDlgCustom>, QPointer<TwDlgDoubleExposure>,
+               QPointer<TwDlgPageSeparation>, QPointer<TwDlgScanning>>
+        m_panels;
     TwHelpBook m_helpBook;
     VmxUICallback pfCallback = nullptr;
     bool UiOnly = false;

@@ -339,7 +339,7 @@ private slots:
         QCOMPARE(g_opened.load(), kThreads);
         QCOMPARE(g_closedQuestions.load(), kThreads);
         ui->hideProgressDialog();
-        QVERIFY(!ui->controllerIfMade()->scanningPanel()->isVisible());
+        QVERIFY(!ui->controllerIfMade()->panelIfMade<TwDlgScanning>()->isVisible());
     }
 
     // ---- The sample scanner's pages and its simulated scan ----

@@ -70,7 +70,7 @@ class TestCustomGamma : public QObject {
     // The editor of the facade for the kind, opened on the preset of that name.
     static TwDlgCustomGamma* gammaDialog(VmxUIControllerImpl& ui, bool color,
                                          const std::optional<QString>& name = std::nullopt) {
-        auto* dialog = ui.controller()->dlgGamma();
+        auto* dialog = ui.controller()->panel<TwDlgCustomGamma>();
         dialog->setIsColor(color);
         dialog->setCurrentGammaName(name);
         return dialog;

@@ -367,7 +367,7 @@ private slots:
         tabChild<QPushButton>(*ui, "GrayImage", "btnGamma")->click();
         ui->hideUi();
         QCOMPARE(opened, (QStringList{"TwDlgPaperSize", "TwDlgCustomGamma", "TwDlgCustomGamma"}));
-        QVERIFY(!ui->controllerIfMade()->dlgGamma()->isColor());
+        QVERIFY(!ui->controllerIfMade()->panel<TwDlgCustomGamma>()->isColor());
     }
 
     // ---- Settings ----
@@ -418,7 +418,7 @@ private slots:
         auto* c = ui->controllerIfMade();
         c->onPrescan(); // prescans hide the stop button
         ui->showProgressDialog();
-        TwDlgScanning* panel = c->scanningPanel();
+        TwDlgScanning* panel = c->panelIfMade<TwDlgScanning>();
         QVERIFY(panel && panel->isVisible() && panel->isAnimating() && panel->btnStop()->isHidden());
         QCOMPARE(panel->windowModality(), Qt::WindowModal);
 
@@ -454,7 +454,7 @@ private slots:
     void progressWithoutTheDialogOrWithoutIndicators() {
         auto ui = loaded();
         ui->showProgressDialog();
-        auto* panel = ui->controllerIfMade()->scanningPanel();
+        auto* panel = ui->controllerIfMade()->panelIfMade<TwDlgScanning>();
         QVERIFY(panel && panel->isVisible() && panel->btnStop()->isHidden());
         QCOMPARE(panel->windowModality(), Qt::NonModal);
         ui->hideProgressDialog();
@@ -486,9 +486,9 @@ private slots:
         // The main panel's Help button and the other panels' open the page once each.
         QTest::mouseClick(window(*ui)->btnHelp(), Qt::LeftButton);
         auto* panels = ui->controller();
-        for (TwPanel* panel :
-             std::initializer_list<TwPanel*>{panels->dlgCustom(), panels->dlgDoubleExposure(),
-                                             panels->dlgPageSeparation(), panels->dlgPaperSize()})
+        for (TwPanel* panel : std::initializer_list<TwPanel*>{
+                 panels->panel<TwDlgCustom>(), panels->panel<TwDlgDoubleExposure>(),
+                 panels->panel<TwDlgPageSeparation>(), panels->panel<TwDlgPaperSize>()})
             runWith(panel,
                     [](TwPanel* p) { QTest::mouseClick(child<QPushButton>(p, "btnHelp"), Qt::LeftButton); });
         QCOMPARE(opened.size(), 5);
@@ -682,7 +682,7 @@ private slots:
         auto [typed, checkOverwrite, answer, messages, result] = fetch<QString, bool, int, QStringList, int>(
             "typed", "checkOverwrite", "answer", "messages", "result");
         auto ui = sample.load();
-        TwDlgSaveSetting* d = ui->controller()->dlgSaveSetting();
+        TwDlgSaveSetting* d = ui->controller()->panel<TwDlgSaveSetting>();
         d->setType(TwDlgSaveSetting::GammaName);
         QCOMPARE(d->windowTitle(), u"Save Gamma As"_s);
         QCOMPARE(d->labTitle()->text(), u"Gamma name:"_s);
@@ -845,7 +845,7 @@ private slots:
     void customizeConvertsAndStoresTheMargins() {
         auto ui = sample.load();
         set(*ui, "Customize.BorderRemoval.left", 50);
-        TwDlgCustom* custom = ui->controller()->dlgCustom();
+        TwDlgCustom* custom = ui->controller()->panel<TwDlgCustom>();
         QCOMPARE(custom->unit(), std::uint32_t(TwDlgCustom::Millimetre));
         QString shownMillimetres, shownInches;
         double inches = 0;
@@ -884,7 +884,7 @@ private slots:
     // The unit set to itself tells nobody; another unit tells each margin once.
     void aUnitSetToItselfSendsNoNotices() {
         auto ui = sample.load();
-        TwDlgCustom* custom = ui->controller()->dlgCustom();
+        TwDlgCustom* custom = ui->controller()->panel<TwDlgCustom>();
         custom->bindControlAll();
         ChangeRecorder notices(custom->ownValues(), {"unit"});
         for (const char* key : TwDlgCustom::kMarginKeys)
@@ -947,7 +947,7 @@ private slots:
         const std::uint32_t progress[3] = {0, 5, 2};
         ui->setProgress(progress);
         QTest::qWait(200);
-        saved << saveWindowsPicture(u"Scanning"_s, {c->scanningPanel()});
+        saved << saveWindowsPicture(u"Scanning"_s, {c->panelIfMade<TwDlgScanning>()});
         ui->hideProgressDialog();
         ui->hideUi();
         QCOMPARE(saved.size(), 6);

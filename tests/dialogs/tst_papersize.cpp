@@ -50,7 +50,7 @@ private slots:
             fetch<QString, bool, int, QSizeF, QString, QSizeF, QString>("name", "flatbed", "unit", "size",
                                                                         "savedName", "saved", "message");
         auto ui = scanner.load({.flatbed = flatbed});
-        runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
+        runWith(ui->controller()->panel<TwDlgPaperSize>(), [&](TwDlgPaperSize* d) {
             d->ownValues().setValueForKeyPath(unit, "unit");
             enter(d, name.toStdString(), size.width(), size.height());
             d->onSave();
@@ -71,7 +71,7 @@ private slots:
         auto ui = scanner.load();
         for (int i = 0; i < 50; ++i)
             papers(*ui).list()->push_back(customPaper("Paper " + std::to_string(i), 100, 100));
-        runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
+        runWith(ui->controller()->panel<TwDlgPaperSize>(), [&](TwDlgPaperSize* d) {
             enter(d, "One too many", 120, 120);
             d->onSave();
             QCOMPARE(d->papersModel()->rowCount(), 50);
@@ -99,7 +99,7 @@ private slots:
     void switchingUnits() {
         auto ui = scanner.load({.flatbed = false});
         papers(*ui).list()->push_back(customPaper("Card", 85.6, 54.0));
-        runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
+        runWith(ui->controller()->panel<TwDlgPaperSize>(), [&](TwDlgPaperSize* d) {
             auto* formatter = qobject_cast<const TwainNumberFormatter*>(d->txtWidth()->validator());
             auto* label = d->findChild<QLabel*>(u"labADFMaxWidth"_s);
             const QModelIndex size = d->papersModel()->index(0, TwPaperSizeTableModel::SizeColumn);
@@ -134,7 +134,7 @@ private slots:
     void theLimitLabels() {
         auto [flatbed, shown] = fetch<bool, QStringList>("flatbed", "shown");
         auto ui = scanner.load({.flatbed = flatbed});
-        runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
+        runWith(ui->controller()->panel<TwDlgPaperSize>(), [&](TwDlgPaperSize* d) {
             const QStringList labels{"labFlatMinWidth", "labFlatMaxWidth", "labFlatMinLength",
                                      "labFlatMaxLength", "labADFMinLength"};
             QCOMPARE(mapped(labels, [&](const QString& name) { return d->findChild<QLabel*>(name)->text(); }),
@@ -159,7 +159,7 @@ private slots:
         for (int i = 0; i < count; ++i)
             papers(*ui).list()->push_back(customPaper("P" + std::to_string(i), 100 + i, 200));
         scanner.boxAnswer = answer;
-        runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
+        runWith(ui->controller()->panel<TwDlgPaperSize>(), [&](TwDlgPaperSize* d) {
             QVERIFY(!d->btnDelete()->isEnabled());
             d->onDelete(); // nothing selected: nothing asked
             QVERIFY(scanner.boxes.empty());
@@ -189,7 +189,7 @@ private slots:
         {
             auto ui = scanner.load();
             const TwValue list = papers(*ui);
-            runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
+            runWith(ui->controller()->panel<TwDlgPaperSize>(), [&](TwDlgPaperSize* d) {
                 QCOMPARE(d->papersModel()->papers().list(), list.list());
                 QTest::keyClicks(d->txtName(), u"Receipt"_s);
                 d->txtWidth()->selectAll();
@@ -224,7 +224,7 @@ private slots:
             QTest::mouseClick(d->btnClose(), Qt::LeftButton);
         });
         QTest::mouseClick(custom, Qt::LeftButton);
-        QVERIFY(!ui->controller()->dlgPaperSize()->isVisible());
+        QVERIFY(!ui->controller()->panel<TwDlgPaperSize>()->isVisible());
         QCOMPARE(ui->dataForKeyPath("Data.PaperSize"), TwValue("Postcard"));
         const TwValue all = ui->dataForKeyPath("content.PaperSizeAll");
         QCOMPARE(all.list()->back().dict()->value("value"), TwValue("Postcard"));
@@ -251,7 +251,7 @@ private slots:
         for (const TwValue& p : {customPaper("Receipt", 80.0, 297.0), customPaper("Postcard", 100.0, 148.0),
                                  customPaper("Check", 152.4, 69.8)})
             papers(*ui).list()->push_back(p);
-        runWith(ui->controller()->dlgPaperSize(), [&](TwDlgPaperSize* d) {
+        runWith(ui->controller()->panel<TwDlgPaperSize>(), [&](TwDlgPaperSize* d) {
             d->ownValues().setValueForKeyPath(0, "unit");
             d->selectRow(1);
             QVERIFY(saveEditorPicture(d, u"PaperSize"_s));
