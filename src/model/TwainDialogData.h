@@ -3,6 +3,7 @@
 // reads and writes it through the facade.
 #pragma once
 
+#include "TwAreaTable.h"
 #include "TwObservation.h"
 #include "TwValue.h"
 #include "VmxUI.h"
@@ -41,17 +42,6 @@ struct TwSize {
 struct TwRange {
     double start = 0;
     double length = 0;
-};
-
-// One area the user can draw: its working-copy keys and its smallest size in millimetres.
-struct TwAreaValidInfo {
-    const char* xKey;
-    const char* yKey;
-    const char* widthKey;
-    const char* lengthKey;
-    float minWidth;
-    float minLength;
-    std::int64_t subArea;
 };
 
 class TwainDialogData : public TwainDialogDataInterface, public TwObservable, public TwKeyValueObserver {
@@ -172,7 +162,6 @@ public:
 
     // ---- Paper, resolution and area geometry ----
 
-    static const TwAreaValidInfo AreaValidInfos[8];
     // What the current paper in its current orientation is read from: a change of any of them may
     // change GetCurrentPaperSizeInCurrentOrientation and every area range.
     static constexpr const char* kCurrentPaperKeyPaths[] = {

@@ -59,24 +59,12 @@ std::string areaRest(std::string_view keyPath) {
     return {};
 }
 
-} // namespace
+// The main area of a side: its X is the side's own, its Y, width and length are shared.
+const TwAreaInfo& mainArea(bool front) {
+    return TwAreaRow(front, kTwMainAreaId);
+}
 
-const TwAreaValidInfo TwainDialogData::AreaValidInfos[8] = {
-    {"temp.Area.Front.X", "temp.Area.Y", "temp.Area.Width", "temp.Area.Length", 10.0f, 10.0f, 0},
-    {"temp.Area.Front.L1.X", "temp.Area.Front.L1.Y", "temp.Area.Front.L1.Width", "temp.Area.Front.L1.Length",
-     2.0f, 2.0f, 1},
-    {"temp.Area.Front.L2.X", "temp.Area.Front.L2.Y", "temp.Area.Front.L2.Width", "temp.Area.Front.L2.Length",
-     2.0f, 2.0f, 1},
-    {"temp.Area.Front.L3.X", "temp.Area.Front.L3.Y", "temp.Area.Front.L3.Width", "temp.Area.Front.L3.Length",
-     2.0f, 2.0f, 1},
-    {"temp.Area.Back.X", "temp.Area.Y", "temp.Area.Width", "temp.Area.Length", 10.0f, 10.0f, 0},
-    {"temp.Area.Back.L1.X", "temp.Area.Back.L1.Y", "temp.Area.Back.L1.Width", "temp.Area.Back.L1.Length",
-     2.0f, 2.0f, 1},
-    {"temp.Area.Back.L2.X", "temp.Area.Back.L2.Y", "temp.Area.Back.L2.Width", "temp.Area.Back.L2.Length",
-     2.0f, 2.0f, 1},
-    {"temp.Area.Back.L3.X", "temp.Area.Back.L3.Y", "temp.Area.Back.L3.Width", "temp.Area.Back.L3.Length",
-     2.0f, 2.0f, 1},
-};
+} // namespace
 
 // ---- The current paper ---------------------------------------------------------------------------
 
@@ -299,13 +287,14 @@ void TwainDialogData::fitAreas(const std::string* editedKey) {
         return true;
     };
 
-    for (const auto& row : AreaValidInfos) {
+    const std::string backX = areaRest(mainArea(false).dataXKey);
+    for (const TwAreaInfo& row : Comb_AreaInfo) {
         // The shared Y, width and length of the main area are fitted once, with both sides' X.
-        if (!row.subArea && std::string_view(row.xKey) == "temp.Area.Back.X")
+        if (!row.subArea() && !row.front)
             continue;
-        std::string x1 = areaRest(row.xKey), y = areaRest(row.yKey), w = areaRest(row.widthKey),
-                    l = areaRest(row.lengthKey);
-        std::string x2 = row.subArea ? std::string() : std::string("Back.X");
+        std::string x1 = areaRest(row.dataXKey), y = areaRest(row.dataYKey), w = areaRest(row.dataWidthKey),
+                    l = areaRest(row.dataLengthKey);
+        std::string x2 = row.subArea() ? std::string() : backX;
         double vx1 = 0, vx2 = 0, vy = 0, vw = 0, vl = 0;
         bool hasX1 = read(x1, vx1), hasX2 = !x2.empty() && read(x2, vx2);
         if (!read(y, vy) || !read(w, vw) || !read(l, vl))
@@ -360,21 +349,21 @@ TwRange TwainDialogData::GetFormatterRange(const std::string& keyPath) {
     auto range = [](double start, double end) {
         return TwRange{start, std::max(0.0, end - start)};
     };
-    for (const auto& row : AreaValidInfos) {
+    for (const TwAreaInfo& row : Comb_AreaInfo) {
         const double minW = row.minWidth, minL = row.minLength;
-        if (rest == areaRest(row.xKey))
+        if (rest == areaRest(row.dataXKey))
             return range(0, pw - minW);
-        if (rest == areaRest(row.yKey))
+        if (rest == areaRest(row.dataYKey))
             return range(0, pl - minL);
-        if (rest == areaRest(row.widthKey)) {
-            double x = mm(areaRest(row.xKey));
+        if (rest == areaRest(row.dataWidthKey)) {
+            double x = mm(areaRest(row.dataXKey));
             // The main width is shared: it must fit beside the back X too when the back is scanned.
-            if (!row.subArea && valueForKeyPath("enable.Duplex").boolValue())
-                x = std::max(x, mm("Back.X"));
+            if (!row.subArea() && valueForKeyPath("enable.Duplex").boolValue())
+                x = std::max(x, mm(areaRest(mainArea(false).dataXKey)));
             return range(minW, pw - std::max(0.0, x));
         }
-        if (rest == areaRest(row.lengthKey))
-            return range(minL, pl - std::max(0.0, mm(areaRest(row.yKey))));
+        if (rest == areaRest(row.dataLengthKey))
+            return range(minL, pl - std::max(0.0, mm(areaRest(row.dataYKey))));
     }
     return {};
 }
@@ -395,17 +384,19 @@ void TwainDialogData::AdjustLandscapeEnableAndArea() {
     bool paperChanged = before.width > 0 && !(near(before.width, pw, kFullPaperEpsilon) &&
                                               near(before.length, pl, kFullPaperEpsilon));
     if (paperChanged) {
-        auto at = [this](const char* rest, double want) {
-            TwValue v = valueForKeyPath(std::string("Data.Area.Measure.") + rest);
+        auto at = [this](const char* keyPath, double want) {
+            TwValue v = valueForKeyPath(keyPath);
             return v.isNumber() && near(v.doubleValue(), want, kFullPaperEpsilon);
         };
-        TwValue backX = valueForKeyPath("Data.Area.Measure.Back.X");
-        bool wholePaper = at("Front.X", 0) && at("Y", 0) && at("Width", before.width) &&
-                          at("Length", before.length) && (backX.isNull() || at("Back.X", 0));
+        const TwAreaInfo &front = mainArea(true), &back = mainArea(false);
+        TwValue backX = valueForKeyPath(back.dataXKey);
+        bool wholePaper = at(front.dataXKey, 0) && at(front.dataYKey, 0) &&
+                          at(front.dataWidthKey, before.width) && at(front.dataLengthKey, before.length) &&
+                          (backX.isNull() || at(back.dataXKey, 0));
         if (wholePaper) {
             // An area that covered the whole paper keeps covering it.
-            writeAreaValue("Width", pw, nullptr);
-            writeAreaValue("Length", pl, nullptr);
+            writeAreaValue(areaRest(front.dataWidthKey), pw, nullptr);
+            writeAreaValue(areaRest(front.dataLengthKey), pl, nullptr);
         }
     }
     ValidateAreaRectAll();
@@ -423,21 +414,23 @@ void TwainDialogData::setPaperFrame(const TwPaperFrame& frame) {
     }
     double left = std::min(frame.left, frame.right), right = std::max(frame.left, frame.right);
     double top = std::min(frame.top, frame.bottom), bottom = std::max(frame.top, frame.bottom);
-    writeAreaValue("Front.X", left, nullptr);
-    writeAreaValue("Back.X", left, nullptr);
-    writeAreaValue("Y", top, nullptr);
-    writeAreaValue("Width", right - left, nullptr);
-    writeAreaValue("Length", bottom - top, nullptr);
+    const TwAreaInfo &front = mainArea(true), &back = mainArea(false);
+    writeAreaValue(areaRest(front.dataXKey), left, nullptr);
+    writeAreaValue(areaRest(back.dataXKey), left, nullptr);
+    writeAreaValue(areaRest(front.dataYKey), top, nullptr);
+    writeAreaValue(areaRest(front.dataWidthKey), right - left, nullptr);
+    writeAreaValue(areaRest(front.dataLengthKey), bottom - top, nullptr);
     ValidateAreaRectAll();
 }
 
 void TwainDialogData::getPaperFrame(TwPaperFrame* frame) {
     if (!frame)
         return;
-    TwValue x = valueForKeyPath("Data.Area.Measure.Front.X");
-    TwValue y = valueForKeyPath("Data.Area.Measure.Y");
-    TwValue w = valueForKeyPath("Data.Area.Measure.Width");
-    TwValue l = valueForKeyPath("Data.Area.Measure.Length");
+    const TwAreaInfo& front = mainArea(true);
+    TwValue x = valueForKeyPath(front.dataXKey);
+    TwValue y = valueForKeyPath(front.dataYKey);
+    TwValue w = valueForKeyPath(front.dataWidthKey);
+    TwValue l = valueForKeyPath(front.dataLengthKey);
     if (x.isNumber() && y.isNumber() && isPositiveNumber(w) && isPositiveNumber(l)) {
         *frame = {x.doubleValue(), y.doubleValue(), x.doubleValue() + w.doubleValue(),
                   y.doubleValue() + l.doubleValue()};

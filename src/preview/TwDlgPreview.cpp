@@ -19,29 +19,6 @@
 
 #include <utility>
 
-const std::array<TwAreaInfo, 8> Comb_AreaInfo = {{
-    {kTwMainAreaId, "IDS_AREA_MAIN", "enable.Area.Front", "temp.Area.Front.X", "temp.Area.Y",
-     "temp.Area.Width", "temp.Area.Length", "", Qt::red, true},
-    {0, "IDS_AREA_SUB1", "Data.Area.Front.L1.Enable", "temp.Area.Front.L1.X", "temp.Area.Front.L1.Y",
-     "temp.Area.Front.L1.Width", "temp.Area.Front.L1.Length", "Data.Area.Front.L1.Brightness", Qt::cyan,
-     true},
-    {1, "IDS_AREA_SUB2", "Data.Area.Front.L2.Enable", "temp.Area.Front.L2.X", "temp.Area.Front.L2.Y",
-     "temp.Area.Front.L2.Width", "temp.Area.Front.L2.Length", "Data.Area.Front.L2.Brightness", Qt::blue,
-     true},
-    {2, "IDS_AREA_SUB3", "Data.Area.Front.L3.Enable", "temp.Area.Front.L3.X", "temp.Area.Front.L3.Y",
-     "temp.Area.Front.L3.Width", "temp.Area.Front.L3.Length", "Data.Area.Front.L3.Brightness", Qt::magenta,
-     true},
-    {kTwMainAreaId, "IDS_AREA_MAIN", "enable.Area.Back", "temp.Area.Back.X", "temp.Area.Y", "temp.Area.Width",
-     "temp.Area.Length", "", Qt::red, false},
-    {0, "IDS_AREA_SUB1", "Data.Area.Back.L1.Enable", "temp.Area.Back.L1.X", "temp.Area.Back.L1.Y",
-     "temp.Area.Back.L1.Width", "temp.Area.Back.L1.Length", "Data.Area.Back.L1.Brightness", Qt::cyan, false},
-    {1, "IDS_AREA_SUB2", "Data.Area.Back.L2.Enable", "temp.Area.Back.L2.X", "temp.Area.Back.L2.Y",
-     "temp.Area.Back.L2.Width", "temp.Area.Back.L2.Length", "Data.Area.Back.L2.Brightness", Qt::blue, false},
-    {2, "IDS_AREA_SUB3", "Data.Area.Back.L3.Enable", "temp.Area.Back.L3.X", "temp.Area.Back.L3.Y",
-     "temp.Area.Back.L3.Width", "temp.Area.Back.L3.Length", "Data.Area.Back.L3.Brightness", Qt::magenta,
-     false},
-}};
-
 namespace {
 constexpr int kStatusInterval = 100; // ms between two looks at the rescan flag
 constexpr const char* kInMouseDrag = "temp.InMouseDragChangeArea";
@@ -60,6 +37,10 @@ bool endsWith(const std::string& s, std::string_view suffix) {
 
 bool contains(const std::vector<std::string>& list, const std::string& key) {
     return std::find(list.begin(), list.end(), key) != list.end();
+}
+
+QColor areaColour(const TwAreaInfo& row) {
+    return QColor(row.color.red, row.color.green, row.color.blue);
 }
 
 QCursor bundleCursor(const char* name, int hot, Qt::CursorShape fallback) {
@@ -292,7 +273,7 @@ bool TwDlgPreview::GetAreas(std::vector<TwAreaOverlay>& areas) {
             continue;
         QRectF rect(millimetres(row.xKey), millimetres(row.yKey), millimetres(row.widthKey),
                     millimetres(row.lengthKey));
-        TwAreaOverlay overlay{::Data2ScreenRect(map, rect), QColor(row.color), TwValue()};
+        TwAreaOverlay overlay{::Data2ScreenRect(map, rect), areaColour(row), TwValue()};
         if (*row.brightnessKey)
             overlay.brightness = m->valueForKeyPath(row.brightnessKey);
         areas.push_back(overlay);
@@ -301,10 +282,7 @@ bool TwDlgPreview::GetAreas(std::vector<TwAreaOverlay>& areas) {
 }
 
 const TwAreaInfo* TwDlgPreview::selectedRecord() const {
-    for (const TwAreaInfo& row : Comb_AreaInfo)
-        if (row.front == (m_selectedSide == 0) && row.id == m_selectedArea)
-            return &row;
-    return nullptr;
+    return TwFindArea(m_selectedSide == 0, m_selectedArea);
 }
 
 void TwDlgPreview::setSelectedArea(std::int16_t area) {
@@ -391,7 +369,7 @@ void TwDlgPreview::createAreaImageIcon() {
         swatch.fill(Qt::transparent);
         QPainter painter(&swatch);
         painter.setPen(QPen(Qt::black, 2));
-        painter.setBrush(QColor(row.color));
+        painter.setBrush(areaColour(row));
         painter.drawRect(QRectF(2, 2, 14, 14));
         painter.end();
         m_areaImages.insert(swatchKey(row.front, row.id), QIcon(swatch));

@@ -9,6 +9,7 @@
 // page itself wrong (paper, resolution, profile, ...) close the window.
 #pragma once
 
+#include "TwAreaTable.h"
 #include "TwPreviewGeometry.h"
 #include "TwPreviewPanel.h"
 #include "TwValue.h"
@@ -36,24 +37,6 @@ class TwainDialogData;
 namespace Ui {
 class TwDlgPreview;
 }
-
-inline constexpr std::int16_t kTwMainAreaId = 1000;
-
-// One area the preview shows: its name key, its key paths and its colour. Main areas share Y,
-// width and length between the sides; only X is per side.
-struct TwAreaInfo {
-    std::int16_t id; // 1000 main area, 0..2 sub-areas L1..L3
-    const char* nameKey;
-    const char* enableKey;
-    const char* xKey;
-    const char* yKey;
-    const char* widthKey;
-    const char* lengthKey;
-    const char* brightnessKey; // empty for the main area
-    Qt::GlobalColor color;
-    bool front;
-};
-extern const std::array<TwAreaInfo, 8> Comb_AreaInfo;
 
 // An outline to draw: the area in page millimetres as shown, its colour and, for a sub-area, the
 // value of its brightness key.

@@ -1,6 +1,7 @@
 #include "TwainViewArea.h"
 
 #include "OrvaDebug.h"
+#include "TwAreaTable.h"
 #include "TwRangeHelpers.h"
 #include "TwainNumberFormatter.h"
 
@@ -17,12 +18,13 @@ constexpr const char* kAreaPrefix = "temp.Area.";
 constexpr const char* kHiddenFront = "hidden.Area.Front";
 constexpr const char* kHiddenBack = "hidden.Area.Back";
 
-std::string subKey(int side, int n, const char* item) {
-    return std::string(kAreaPrefix) + kSideNames[side] + ".L" + std::to_string(n + 1) + "." + item;
+// The table's row of a side's sub-area (side 0 front, 1 back; n 0 ... 2 for L1 ... L3) or main area.
+const TwAreaInfo& subArea(int side, int n) {
+    return TwAreaRow(side == 0, std::int16_t(n));
 }
 
-std::string dataSubKey(int side, int n, const char* item) {
-    return std::string("Data.Area.") + kSideNames[side] + ".L" + std::to_string(n + 1) + "." + item;
+const TwAreaInfo& mainArea(int side) {
+    return TwAreaRow(side == 0, kTwMainAreaId);
 }
 
 // Truncation toward zero of a bound already offset by one half, as a formatter takes it.
@@ -83,22 +85,24 @@ TwainViewArea::TwainViewArea(QWidget* parent) : TwainView(parent) {
     }
 
     // The back sub-areas' X and Y and the back X share the front formatters: no entries of their own.
+    const TwAreaInfo& main = mainArea(0);
     _dictFmtMap = {
-        {"temp.Area.Front.X", fmtAreaOffsetX},       {"temp.Area.Y", fmtAreaOffsetY},
-        {"temp.Area.Width", fmtAreaWidth},           {"temp.Area.Length", fmtAreaLength},
-        {"temp.Area.Front.L1.X", fmtSubAreaOffsetX}, {"temp.Area.Front.L1.Y", fmtSubAreaOffsetY},
+        {main.xKey, fmtAreaOffsetX},
+        {main.yKey, fmtAreaOffsetY},
+        {main.widthKey, fmtAreaWidth},
+        {main.lengthKey, fmtAreaLength},
+        {subArea(0, 0).xKey, fmtSubAreaOffsetX},
+        {subArea(0, 0).yKey, fmtSubAreaOffsetY},
     };
-    _dictEffectedMap = {
-        {"temp.Area.Front.X", "temp.Area.Width"},
-        {"temp.Area.Back.X", "temp.Area.Width"},
-        {"temp.Area.Y", "temp.Area.Length"},
-    };
+    // Each area's X limits its width and its Y its length (the main areas share Y and width).
+    for (const TwAreaInfo& row : Comb_AreaInfo) {
+        _dictEffectedMap[row.xKey] = row.widthKey;
+        _dictEffectedMap[row.yKey] = row.lengthKey;
+    }
     for (int s = 0; s < kSides; ++s) {
         for (int n = 0; n < kSubAreas; ++n) {
-            _dictFmtMap[subKey(s, n, "Width")] = fmtSubAreaWidth[s][n];
-            _dictFmtMap[subKey(s, n, "Length")] = fmtSubAreaLength[s][n];
-            _dictEffectedMap[subKey(s, n, "X")] = subKey(s, n, "Width");
-            _dictEffectedMap[subKey(s, n, "Y")] = subKey(s, n, "Length");
+            _dictFmtMap[subArea(s, n).widthKey] = fmtSubAreaWidth[s][n];
+            _dictFmtMap[subArea(s, n).lengthKey] = fmtSubAreaLength[s][n];
         }
     }
 
@@ -133,18 +137,19 @@ QList<QWidget*> TwainViewArea::sideControls(int side) const {
 }
 
 TwBindList TwainViewArea::valuesList() const {
+    const TwAreaInfo &front = mainArea(0), &back = mainArea(1);
     TwBindList values{
-        "Data.Area.Unit", ui.cmbUnit, "temp.Area.Front.X", ui.txtFrontX, "temp.Area.Back.X", ui.txtBackX,
-        "temp.Area.Y",    ui.txtY,    "temp.Area.Width",   ui.txtWidth,  "temp.Area.Length", ui.txtLength,
-        "temp.Area.Side", ui.tblSide,
+        "Data.Area.Unit", ui.cmbUnit,   front.xKey,       ui.txtFrontX,   back.xKey,
+        ui.txtBackX,      front.yKey,   ui.txtY,          front.widthKey, ui.txtWidth,
+        front.lengthKey,  ui.txtLength, "temp.Area.Side", ui.tblSide,
     };
     for (int s = 0; s < kSides; ++s) {
         for (int n = 0; n < kSubAreas; ++n) {
             const SubArea& a = sub(s, n);
-            values.insert(values.end(), {dataSubKey(s, n, "Enable"), a.area, subKey(s, n, "X"), a.x,
-                                         subKey(s, n, "Y"), a.y, subKey(s, n, "Width"), a.width,
-                                         subKey(s, n, "Length"), a.length, dataSubKey(s, n, "Brightness"),
-                                         a.brightness, dataSubKey(s, n, "Brightness"), a.stepper});
+            const TwAreaInfo& row = subArea(s, n);
+            values.insert(values.end(), {row.enableKey, a.area, row.xKey, a.x, row.yKey, a.y, row.widthKey,
+                                         a.width, row.lengthKey, a.length, row.brightnessKey, a.brightness,
+                                         row.brightnessKey, a.stepper});
         }
     }
     values.insert(values.end(), {"Data.Area.Front.Halftone", ui.cmbFrontHalftone, "Data.Area.Back.Halftone",
@@ -200,7 +205,7 @@ void TwainViewArea::bindControlsToObject(TwainDialogData* model) {
         for (int n = 0; n < kSubAreas; ++n) {
             const SubArea& a = sub(s, n);
             binding->bind(kTwEnabledBinding, {a.x, a.y, a.width, a.length, a.brightness, a.stepper}, model,
-                          dataSubKey(s, n, "Enable"));
+                          subArea(s, n).enableKey);
         }
     }
     for (int s = 0; s < kSides; ++s) {

@@ -31,11 +31,14 @@ inline TwValue sideValues(int brightness, int contrast, int gamma) {
     return dict({{"Brightness", brightness}, {"Contrast", contrast}, {"Gamma", gamma}});
 }
 
-// A Data section with every family the reactions touch, the area in millimetres on A4.
+// A Data section with every family the reactions touch, the areas (the main area and three
+// sub-areas per side) in millimetres on A4.
 inline TwValue sampleData() {
     auto side = [] {
-        return dict(
-            {{"X", 0.0}, {"L1", dict({{"X", 10.0}, {"Y", 10.0}, {"Width", 50.0}, {"Length", 20.0}})}});
+        auto sub = [](double y) {
+            return dict({{"X", 10.0}, {"Y", y}, {"Width", 50.0}, {"Length", 20.0}});
+        };
+        return dict({{"X", 0.0}, {"L1", sub(10.0)}, {"L2", sub(40.0)}, {"L3", sub(70.0)}});
     };
     auto area = dict({{"Front", side()}, {"Back", side()}, {"Y", 0.0}, {"Width", 210.0}, {"Length", 297.0}});
     return dict({{"PaperSource", 0},

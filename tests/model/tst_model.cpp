@@ -841,6 +841,39 @@ private slots:
         compareArea(*model, "Width=210 Length=297");
     }
 
+    // Every area of the table is one the model mirrors and keeps: its working copies reach its
+    // setting keys, a width or length below its smallest size is raised to it, and its field
+    // ranges start there and end that far before the paper's edge.
+    void eachAreaOfTheTableKeepsItsSmallestSize_data() {
+        QTest::addColumn<int>("index");
+        for (std::size_t i = 0; i < Comb_AreaInfo.size(); ++i) {
+            const TwAreaInfo& area = Comb_AreaInfo[i];
+            const QString name = area.subArea() ? QString("L%1").arg(area.id + 1) : QString("main");
+            row(qPrintable(QString(area.front ? "front " : "back ") + name), int(i));
+        }
+    }
+    void eachAreaOfTheTableKeepsItsSmallestSize() {
+        QFETCH(int, index);
+        const TwAreaInfo& area = Comb_AreaInfo[std::size_t(index)];
+        model->setValueForKeyPath(TwValue(0.5), area.widthKey);
+        model->setValueForKeyPath(TwValue(0.5), area.lengthKey);
+        QCOMPARE(number(*model, area.dataWidthKey), double(area.minWidth));
+        QCOMPARE(number(*model, area.dataLengthKey), double(area.minLength));
+        QCOMPARE(number(*model, area.widthKey), double(area.minWidth));
+        model->setValueForKeyPath(TwValue(7.0), area.xKey);
+        model->setValueForKeyPath(TwValue(9.0), area.yKey);
+        QCOMPARE(number(*model, area.dataXKey), 7.0);
+        QCOMPARE(number(*model, area.dataYKey), 9.0);
+        for (const char* key : {area.widthKey, area.dataWidthKey})
+            QCOMPARE(model->GetFormatterRange(key).start, double(area.minWidth));
+        QCOMPARE(model->GetFormatterRange(area.lengthKey).start, double(area.minLength));
+        QCOMPARE(model->GetFormatterRange(area.xKey).length, 210.0 - area.minWidth);
+        QCOMPARE(model->GetFormatterRange(area.yKey).length, 297.0 - area.minLength);
+        // The main areas are 10 mm at least, the sub-areas 2 mm.
+        QCOMPARE(area.minWidth, area.subArea() ? 2.0f : 10.0f);
+        QCOMPARE(area.minLength, area.minWidth);
+    }
+
     void validateAllBringsEveryAreaBack() {
         placeArea(*model, "Front.X=300 Back.L1.Y=296 Front.L1.Width=0.5 Back.L1.X=nan Back.L1.Width=inf");
         model->ValidateAreaRectAll();

@@ -309,6 +309,40 @@ private slots:
         QCOMPARE(p->cmbArea()->currentData().toInt(), int(kTwMainAreaId));
     }
 
+    // Every key path of every row of the area table holds a value in the sample scanner's model as
+    // the facade loads it, in either unit: the switch, the working copies (showing the setting in
+    // the user's unit), the setting and, for a sub-area, the brightness; each name has a text.
+    void theAreaTableNamesWhatTheModelHolds_data() {
+        QTest::addColumn<int>("unit");
+        row("inches", 0);
+        row("millimetres", 1);
+    }
+    void theAreaTableNamesWhatTheModelHolds() {
+        QFETCH(int, unit);
+        auto ui = shown();
+        set(*ui, "Data.Area.Unit", unit);
+        const double perUnit = unit == 0 ? 25.4 : 1.0;
+        QSet<QString> places;
+        for (const TwAreaInfo& row : Comb_AreaInfo) {
+            const char* working[] = {row.xKey, row.yKey, row.widthKey, row.lengthKey};
+            const char* setting[] = {row.dataXKey, row.dataYKey, row.dataWidthKey, row.dataLengthKey};
+            for (int i = 0; i < 4; ++i) {
+                const TwValue shown = ui->dataForKeyPath(working[i]), kept = ui->dataForKeyPath(setting[i]);
+                QVERIFY2(shown.isNumber() && kept.isNumber(), working[i]);
+                QVERIFY2(near(shown.doubleValue() * perUnit, kept.doubleValue(), 1e-9), working[i]);
+            }
+            QVERIFY2(ui->dataForKeyPath(row.enableKey).isBoolean(), row.enableKey);
+            if (row.subArea())
+                QVERIFY2(ui->dataForKeyPath(row.brightnessKey).isNumber(), row.brightnessKey);
+            else
+                QCOMPARE(row.brightnessKey, "");
+            QVERIFY(ui->controllerIfMade()->localizedString(row.nameKey) != QString(row.nameKey));
+            // Sub-areas are places of their own; the main areas share all but X.
+            places << QString("%1 %2").arg(row.xKey, row.yKey);
+        }
+        QCOMPARE(places.size(), int(Comb_AreaInfo.size()));
+    }
+
     // The back page can be chosen for paper sources 1, 4 and 5 when there is one.
     void theBackSideByPaperSource_data() {
         // sameBlock: the front's block given as the back too, by events 3 and 5; it is freed once
@@ -474,7 +508,7 @@ private slots:
         }
         const TwSize paper = ui->model()->GetCurrentPaperSizeInCurrentOrientation();
         const double perUnit = ui->model()->AreaUnitIsInch() ? 25.4 : 1.0;
-        for (const TwAreaValidInfo& row : TwainDialogData::AreaValidInfos) {
+        for (const TwAreaInfo& row : Comb_AreaInfo) {
             const char* parts[4] = {row.xKey, row.yKey, row.widthKey, row.lengthKey};
             double mm[4];
             for (int i = 0; i < 4; ++i) {
