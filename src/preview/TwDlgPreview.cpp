@@ -203,18 +203,14 @@ TwainDialogData* TwDlgPreview::model() const {
 
 // ---- Units and coordinates -----------------------------------------------------------------------
 
-double TwDlgPreview::millimetres(const char* keyPath) const {
+QRectF TwDlgPreview::settingRect(const TwAreaInfo& row) const {
     TwainDialogData* m = model();
     if (!m)
-        return 0;
-    double value = m->valueForKeyPath(keyPath).floatValue();
-    return m->AreaUnitIsInch() ? value * kTwMillimetresPerInch : value;
-}
-
-TwValue TwDlgPreview::modelValue(double mm) const {
-    TwainDialogData* m = model();
-    double value = m && m->AreaUnitIsInch() ? mm / kTwMillimetresPerInch : mm;
-    return TwValue(double(float(value)));
+        return {};
+    auto value = [m](const char* keyPath) {
+        return double(m->valueForKeyPath(keyPath).floatValue());
+    };
+    return QRectF(value(row.xKey), value(row.yKey), value(row.widthKey), value(row.lengthKey));
 }
 
 bool TwDlgPreview::IsEnableArea() {
@@ -230,29 +226,32 @@ QSizeF TwDlgPreview::GetCurrentPaperSize() {
     return QSizeF(paper.width / 10.0, paper.length / 10.0);
 }
 
-TwPageMapping TwDlgPreview::mapping() {
-    TwPageMapping m;
-    m.front = m_bFront;
-    if (TwainDialogData* data = model()) {
-        m.duplexType = int(data->valueForKeyPath("Data.Layout.DuplexType").intValue());
-        m.mirror = data->valueForKeyPath("Data.Image.Mirror").boolValue();
+void TwDlgPreview::updateMapping() {
+    TwPagePlacement placement;
+    placement.page = GetCurrentPaperSize();
+    placement.front = m_bFront;
+    if (TwainDialogData* m = model()) {
+        placement.unitIsInch = m->AreaUnitIsInch();
+        placement.duplexType = int(m->valueForKeyPath("Data.Layout.DuplexType").intValue());
+        placement.mirror = m->valueForKeyPath("Data.Image.Mirror").boolValue();
     }
-    const bool changes = m.mirror || (m.duplexType == 1 && !m.front);
-    if (changes)
-        m.page = GetCurrentPaperSize();
-    return m;
+    ui->viewPreview->setPlacement(placement);
+}
+
+const TwPreviewMapping& TwDlgPreview::mapping() const {
+    return ui->viewPreview->mapping();
 }
 
 QPointF TwDlgPreview::Data2ScreenPoint(QPointF point) {
-    return ::Data2ScreenPoint(mapping(), point);
+    return mapping().Data2ScreenPoint(point);
 }
 
 QRectF TwDlgPreview::Data2ScreenRect(const QRectF& rect) {
-    return ::Data2ScreenRect(mapping(), rect);
+    return mapping().Data2ScreenRect(rect);
 }
 
 QRectF TwDlgPreview::Screen2DataRect(const QRectF& rect) {
-    return ::Data2ScreenRect(mapping(), rect);
+    return mapping().Screen2DataRect(rect);
 }
 
 // ---- Areas ---------------------------------------------------------------------------------------
@@ -261,7 +260,6 @@ bool TwDlgPreview::GetAreas(std::vector<TwAreaOverlay>& areas) {
     TwainDialogData* m = model();
     if (displayOnly() || !m)
         return true;
-    const TwPageMapping map = mapping();
     const bool subAreas = m->valueForKeyPath("enable.Area.SubArea").boolValue();
     for (const TwAreaInfo& row : Comb_AreaInfo) {
         if (row.front != m_bFront)
@@ -273,9 +271,7 @@ bool TwDlgPreview::GetAreas(std::vector<TwAreaOverlay>& areas) {
         if (!(m->valueForKeyPath(row.widthKey).floatValue() > 0) ||
             !(m->valueForKeyPath(row.lengthKey).floatValue() > 0))
             continue;
-        QRectF rect(millimetres(row.xKey), millimetres(row.yKey), millimetres(row.widthKey),
-                    millimetres(row.lengthKey));
-        TwAreaOverlay overlay{::Data2ScreenRect(map, rect), areaColour(row), TwValue()};
+        TwAreaOverlay overlay{mapping().pageFromSetting(settingRect(row)), areaColour(row), TwValue()};
         if (*row.brightnessKey)
             overlay.brightness = m->valueForKeyPath(row.brightnessKey);
         areas.push_back(overlay);
@@ -295,8 +291,7 @@ void TwDlgPreview::setSelectedArea(std::int16_t area) {
 void TwDlgPreview::setSelectedArea() {
     const TwAreaInfo* row = selectedRecord();
     if (row && model()) {
-        QRectF rect = Data2ScreenRect(QRectF(millimetres(row->xKey), millimetres(row->yKey),
-                                             millimetres(row->widthKey), millimetres(row->lengthKey)));
+        const QRectF rect = mapping().pageFromSetting(settingRect(*row));
         // Single precision, as the view keeps its edges.
         ui->viewPreview->setAreaEdges({double(float(rect.left())), double(float(rect.top())),
                                        double(float(rect.left() + rect.width())),
@@ -310,11 +305,12 @@ void TwDlgPreview::ModifyArea(const QRectF& rect) {
     const TwAreaInfo* row = selectedRecord();
     if (!m || !row)
         return;
-    QRectF data = Screen2DataRect(rect);
-    m->myChangeValue(modelValue(data.x()), row->xKey);
-    m->myChangeValue(modelValue(data.y()), row->yKey);
-    m->myChangeValue(modelValue(data.width()), row->widthKey);
-    m->myChangeValue(modelValue(data.height()), row->lengthKey);
+    const QRectF setting = mapping().settingFromPage(rect);
+    // Written as single-precision numbers, in this order, each validated by the model as it comes.
+    m->myChangeValue(TwValue(double(float(setting.x()))), row->xKey);
+    m->myChangeValue(TwValue(double(float(setting.y()))), row->yKey);
+    m->myChangeValue(TwValue(double(float(setting.width()))), row->widthKey);
+    m->myChangeValue(TwValue(double(float(setting.height()))), row->lengthKey);
     setSelectedArea();
 }
 
@@ -402,13 +398,9 @@ void TwDlgPreview::setSelectedSide(std::uint16_t side) {
 
 void TwDlgPreview::ChangeSide() {
     const int side = ui->segSide->selectedIndex();
-    if (side == 1) {
-        ui->viewPreview->setScanImage(imageBack());
-        m_bFront = false;
-    } else {
-        ui->viewPreview->setScanImage(m_imageFront);
-        m_bFront = true;
-    }
+    m_bFront = side != 1;
+    ui->viewPreview->setScanImage(m_bFront ? m_imageFront : imageBack());
+    updateMapping();
     ResetAreaContent();
     setCmbArea();
     setSelectedArea();
@@ -529,6 +521,7 @@ void TwDlgPreview::showWindow() {
     ui->cmbArea->setVisible(!displayOnly());
     setTool(select ? 0 : 1);
     view->setScanImage(m_imageFront);
+    updateMapping();
     // The scroll area gets its size from the layout before the page is fitted into it.
     if (layout())
         layout()->activate();
@@ -559,6 +552,8 @@ void TwDlgPreview::bindControlAll() {
                 binding->addResponderObserver(m, key);
     }
     binding->addResponderObserver(m, "temp.Area.Side");
+    // The unit the working copies are in: the mapping converts them.
+    binding->addResponderObserver(m, "Data.Area.Unit");
     // The sub-area switch decides which outlines show.
     binding->addResponderObserver(m, "enable.Area.SubArea");
     for (const std::string& key : dataNeedCloseWindow())
@@ -572,6 +567,13 @@ void TwDlgPreview::observeValueForKeyPath(const std::string& k, TwObservable*, c
     const bool enableKey =
         k == "enable.Area.Front" || k == "enable.Area.Back" ||
         ((startsWith(k, "Data.Area.Front.") || startsWith(k, "Data.Area.Back.")) && endsWith(k, ".Enable"));
+    const bool workingCopy = startsWith(k, "temp.Area");
+    // How the page lies (unit, mirror, duplex type, the page itself with the area switch): the
+    // view's mapping follows first. The unit's reaction rewrites the working copies before this
+    // window hears of the unit itself, so a working copy's change looks at the unit too.
+    const bool placement = k == "Data.Area.Unit" || k == "Data.Image.Mirror" || k == "Data.Layout.DuplexType";
+    if (placement || k == "enable.Area.Front" || workingCopy)
+        updateMapping();
     if (enableKey) {
         if (k == "enable.Area.Back")
             setEnableSide();
@@ -580,12 +582,15 @@ void TwDlgPreview::observeValueForKeyPath(const std::string& k, TwObservable*, c
         ui->viewPreview->update();
         if (!GetInMouseDrag())
             m_NeedRescan = true;
-    } else if (startsWith(k, "temp.Area")) {
+    } else if (workingCopy) {
         setSelectedArea();
         ui->viewPreview->update();
         if ((startsWith(k, "temp.Area.Front.L") || startsWith(k, "temp.Area.Back.L")) && !GetInMouseDrag())
             m_NeedRescan = true;
     } else if (k == "enable.Area.SubArea") {
+        ui->viewPreview->update();
+    } else if (placement) {
+        setSelectedArea(); // the edges lie elsewhere on the page now
         ui->viewPreview->update();
     } else if (startsWith(k, "Data.Area.") && endsWith(k, "Brightness")) {
         ui->viewPreview->update();

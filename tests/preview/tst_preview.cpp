@@ -79,10 +79,10 @@ class TestPreview : public QObject {
                  {"temp.Area.Front.L1.Width", mm.width()},
                  {"temp.Area.Front.L1.Length", mm.height()}});
     }
-    static QPoint at(const TwPreviewView* v, QPointF mm) { return v->viewFromPage(mm).toPoint(); }
+    static QPoint at(const TwPreviewView* v, QPointF mm) { return v->mapping().viewFromPage(mm).toPoint(); }
     // The pointer moved over the view with no button down.
     static void hover(TwPreviewView* v, QPointF mm) {
-        const QPointF p = v->viewFromPage(mm);
+        const QPointF p = v->mapping().viewFromPage(mm);
         QMouseEvent move(QEvent::MouseMove, p, v->mapToGlobal(p), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
         QCoreApplication::sendEvent(v, &move);
     }
@@ -193,7 +193,7 @@ private slots:
         for (QPointF point : path.mid(1))
             QTest::mouseMove(v, at(v, point));
         QTest::mouseRelease(v, Qt::LeftButton, {}, at(v, path.last()));
-        const double mm = 1.5 / v->scale(), perUnit = unit == 0 ? 25.4 : 1.0;
+        const double mm = 1.5 / v->mapping().scale(), perUnit = unit == 0 ? 25.4 : 1.0;
         for (const QString& item : written.split(' ')) {
             const QString key = item.section('=', 0, 0);
             const double actual = value(*ui, qPrintable(key));
@@ -242,26 +242,54 @@ private slots:
         QScrollArea* area = p->sclPreview();
         QTest::mouseClick(p->segControl()->buttons()[2], Qt::LeftButton);
         QCOMPARE(v->opMode(), int(TwPreviewView::kOpZoomIn));
-        const double fit = v->scale();
+        const double fit = v->mapping().scale();
         for (int i = 0; i < 7; ++i)
             QTest::mouseClick(v, Qt::LeftButton, {}, QPoint(v->width() / 2, v->height() / 2));
         QCOMPARE(v->zoomIndex(), kZoomIndexMax);
-        QVERIFY(near(v->scale(), fit * 8, 1e-6));
-        const QPointF centre = v->pageFromView(
-            QPointF(area->horizontalScrollBar()->value(), area->verticalScrollBar()->value()) +
-            QPointF(area->viewport()->width(), area->viewport()->height()) / 2);
+        QVERIFY(near(v->mapping().scale(), fit * 8, 1e-6));
+        // The page point in the middle of the visible part.
+        auto visibleCentre = [&] {
+            return v->mapping().pageFromView(
+                QPointF(area->horizontalScrollBar()->value(), area->verticalScrollBar()->value()) +
+                QPointF(area->viewport()->width(), area->viewport()->height()) / 2);
+        };
+        auto text = [](QPointF c) {
+            return u"%1, %2"_s.arg(c.x()).arg(c.y());
+        };
+        const QPointF centre = visibleCentre();
         QVERIFY2(near(centre.x(), p->GetCurrentPaperSize().width() / 2, 2) &&
                      near(centre.y(), p->GetCurrentPaperSize().height() / 2, 2),
-                 qPrintable(u"%1, %2"_s.arg(centre.x()).arg(centre.y())));
+                 qPrintable(text(centre)));
 
         // The hand scrolls the page with the pointer.
         QTest::mouseClick(p->segControl()->buttons()[1], Qt::LeftButton);
+        QCOMPARE(v->opMode(), int(TwPreviewView::kOpHand));
         const int before = area->horizontalScrollBar()->value();
-        const QPoint grab = v->mapFrom(area->viewport(), QPoint(100, 100));
-        QTest::mousePress(v, Qt::LeftButton, {}, grab);
-        QTest::mouseMove(v, grab + QPoint(40, 0));
-        QTest::mouseRelease(v, Qt::LeftButton, {}, grab + QPoint(40, 0));
+        const int beforeDown = area->verticalScrollBar()->value();
+        // Where the pointer is over the scroll area: the view moves under it.
+        auto over = [&](QPoint inViewport) {
+            return v->mapFrom(area->viewport(), inViewport);
+        };
+        QTest::mousePress(v, Qt::LeftButton, {}, over(QPoint(100, 100)));
+        QTest::mouseMove(v, over(QPoint(140, 100)));
+        QTest::mouseMove(v, over(QPoint(140, 75)));
+        QTest::mouseRelease(v, Qt::LeftButton, {}, over(QPoint(140, 75)));
         QCOMPARE(area->horizontalScrollBar()->value(), before - 40);
+        QCOMPARE(area->verticalScrollBar()->value(), beforeDown + 25);
+
+        // Off the page's middle now, each step out and in keeps the middle where it is (within the
+        // rounding of a pixel or two), wherever the click lands.
+        const QPointF scrolled = visibleCentre();
+        QVERIFY(!near(scrolled.x(), centre.x(), 1));
+        for (int tool : {3, 2}) {
+            QTest::mouseClick(p->segControl()->buttons()[tool], Qt::LeftButton);
+            QTest::mouseClick(v, Qt::LeftButton, {}, v->mapFrom(area->viewport(), QPoint(30, 40)));
+            QCOMPARE(v->zoomIndex(), tool == 3 ? kZoomIndexMax - 1 : kZoomIndexMax);
+            const QPointF now = visibleCentre();
+            QVERIFY2(near(now.x(), scrolled.x(), 2 / v->mapping().scale()) &&
+                         near(now.y(), scrolled.y(), 2 / v->mapping().scale()),
+                     qPrintable(text(now) + " after " + text(scrolled)));
+        }
 
         QTest::mouseClick(p->segControl()->buttons()[3], Qt::LeftButton);
         for (int i = 0; i < 7; ++i)
@@ -271,7 +299,7 @@ private slots:
         QTest::mouseClick(v, Qt::LeftButton, {}, QPoint(10, 10));
         QTest::mouseClick(p->btnZoomFit(), Qt::LeftButton);
         QCOMPARE(v->zoomIndex(), 0);
-        QCOMPARE(v->scale(), double(fitRate(p->GetCurrentPaperSize(), QSizeF(area->size()))));
+        QCOMPARE(v->mapping().scale(), double(fitRate(p->GetCurrentPaperSize(), QSizeF(area->size()))));
     }
 
     // ---- Area list and sides ----
@@ -409,7 +437,7 @@ private slots:
                 ++runs.last();
             }
             QVERIFY2(runs.size() >= 10, qPrintable(QString("%1 runs").arg(runs.size())));
-            const double dash = 2.0 * v->scale();
+            const double dash = 2.0 * v->mapping().scale();
             for (int run : runs.mid(1, runs.size() - 2))
                 QVERIFY2(std::abs(run - dash) <= 1.5,
                          qPrintable(QString("run %1, dash %2").arg(run).arg(dash)));
@@ -706,14 +734,66 @@ private slots:
     void pointsMapByMirrorAndDuplexBack() {
         auto [duplexType, mirror, front, expected] =
             fetch<int, bool, bool, QPointF>("duplexType", "mirror", "front", "expected");
-        const TwPageMapping m{kA4, duplexType, mirror, front};
-        QCOMPARE(Data2ScreenPoint(m, QPointF(10, 20)), expected);
-        QCOMPARE(Data2ScreenPoint(m, expected), QPointF(10, 20)); // its own inverse
+        const TwPreviewMapping m({.page = kA4, .front = front, .mirror = mirror, .duplexType = duplexType});
+        QCOMPARE(m.Data2ScreenPoint(QPointF(10, 20)), expected);
+        QCOMPARE(m.Data2ScreenPoint(expected), QPointF(10, 20)); // its own inverse
         // A rectangle keeps a positive size and comes back as it was.
         const QRectF rect(10, 20, 50, 30);
-        const QRectF shown = Data2ScreenRect(m, rect);
+        const QRectF shown = m.Data2ScreenRect(rect);
         QCOMPARE(shown.size(), rect.size());
-        QCOMPARE(Data2ScreenRect(m, shown), rect);
+        QCOMPARE(m.Screen2DataRect(shown), rect);
+    }
+
+    // One mapping from the setting's unit to the page as shown to the view's pixels and back, for
+    // every side, mirror, duplex type, unit and a few zoom steps: a rectangle lands where the
+    // turns put it, at the zoom's scale, and comes back as it was.
+    void theMappingRoundTrips_data() {
+        columns<bool, bool, int, bool, int>("front", "mirror", "duplexType", "inch", "zoom");
+        for (bool front : {true, false})
+            for (bool mirror : {false, true})
+                for (int duplexType : {0, 1, 2})
+                    for (bool inch : {false, true})
+                        for (int zoom : {0, 3, kZoomIndexMax})
+                            row(qPrintable(u"%1%2, duplex %3, %4, zoom %5"_s.arg(front ? "front" : "back")
+                                               .arg(mirror ? " mirrored" : "")
+                                               .arg(duplexType)
+                                               .arg(inch ? "inches" : "mm")
+                                               .arg(zoom)),
+                                front, mirror, duplexType, inch, zoom);
+    }
+    void theMappingRoundTrips() {
+        auto [front, mirror, duplexType, inch, zoom] =
+            fetch<bool, bool, int, bool, int>("front", "mirror", "duplexType", "inch", "zoom");
+        TwPreviewMapping m({kA4, inch, front, mirror, duplexType});
+        m.setFitRate(2.5f);
+        m.setZoomIndex(zoom);
+        const double scale = 2.5 * ZoomRates[std::size_t(zoom)];
+        QCOMPARE(m.scale(), scale);
+        const double perUnit = inch ? 25.4 : 1.0;
+        auto near4 = [](const QRectF& a, const QRectF& b, double tolerance) {
+            return near(a.x(), b.x(), tolerance) && near(a.y(), b.y(), tolerance) &&
+                   near(a.width(), b.width(), tolerance) && near(a.height(), b.height(), tolerance);
+        };
+        auto text = [](const QRectF& r) {
+            return u"%1, %2, %3 x %4"_s.arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height());
+        };
+        // 30, 40 mm from the fed page's top left, 50 x 20 mm, as the setting holds it in the unit.
+        const QRectF setting(30 / perUnit, 40 / perUnit, 50 / perUnit, 20 / perUnit);
+        // The back of duplex type 1 is turned half round; a mirror turns left and right once more.
+        const bool halfTurn = duplexType == 1 && !front;
+        const bool acrossTurned = mirror != halfTurn;
+        const QRectF expected(acrossTurned ? 210 - 30 - 50 : 30, halfTurn ? 297 - 40 - 20 : 40, 50, 20);
+        const QRectF page = m.pageFromSetting(setting);
+        QVERIFY2(near4(page, expected, 1e-9), qPrintable(text(page)));
+        const QRectF view = m.viewFromPage(page);
+        QVERIFY2(near4(view, QRectF(expected.topLeft() * scale, expected.size() * scale), 1e-9),
+                 qPrintable(text(view)));
+        const QRectF pageAgain(m.pageFromView(view.topLeft()), m.pageFromView(view.bottomRight()));
+        QVERIFY2(near4(m.settingFromPage(pageAgain), setting, 1e-9),
+                 qPrintable(text(m.settingFromPage(pageAgain))));
+        QVERIFY(near(m.millimetres(m.settingValue(123.4)), 123.4, 1e-12));
+        QCOMPARE(m.millimetres(1.0), perUnit);
+        QVERIFY(near(m.pageLength(4.0), 4.0 / scale, 1e-12));
     }
 
     // Zones are d wide on each side of every edge; a mouse-down takes the first zone, the cursor
