@@ -15,6 +15,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QSignalBlocker>
 
@@ -307,11 +308,17 @@ void TwDlgPreview::ModifyArea(const QRectF& rect) {
         return;
     const QRectF setting = mapping().settingFromPage(rect);
     // Written as single-precision numbers, in this order, each validated by the model as it comes.
-    m->myChangeValue(TwValue(double(float(setting.x()))), row->xKey);
-    m->myChangeValue(TwValue(double(float(setting.y()))), row->yKey);
-    m->myChangeValue(TwValue(double(float(setting.width()))), row->widthKey);
-    m->myChangeValue(TwValue(double(float(setting.height()))), row->lengthKey);
+    // This window hears of every working copy it writes (and of those the validation corrects):
+    // the edges and the picture follow once, after the last write.
+    {
+        QScopedValueRollback<bool> grouped(m_writingArea, true);
+        m->myChangeValue(TwValue(double(float(setting.x()))), row->xKey);
+        m->myChangeValue(TwValue(double(float(setting.y()))), row->yKey);
+        m->myChangeValue(TwValue(double(float(setting.width()))), row->widthKey);
+        m->myChangeValue(TwValue(double(float(setting.height()))), row->lengthKey);
+    }
     setSelectedArea();
+    ui->viewPreview->update();
 }
 
 void TwDlgPreview::SetInMouseDrag(bool dragging) {
@@ -399,7 +406,7 @@ void TwDlgPreview::setSelectedSide(std::uint16_t side) {
 void TwDlgPreview::ChangeSide() {
     const int side = ui->segSide->selectedIndex();
     m_bFront = side != 1;
-    ui->viewPreview->setScanImage(m_bFront ? m_imageFront : imageBack());
+    showPage(m_bFront ? m_imageFront : imageBack());
     updateMapping();
     ResetAreaContent();
     setCmbArea();
@@ -463,16 +470,18 @@ void TwDlgPreview::onZoomFit() {
 // ---- Pages ---------------------------------------------------------------------------------------
 
 void TwDlgPreview::setPrescanImage(TwOwnedDIB front, TwOwnedDIB back) {
-    ui->viewPreview->setScanImage(QImage());
     if (front)
         m_imageFront = CreateImage(front);
     if (back) {
         m_imageBack = QImage();
         m_backPage = std::move(back);
     }
-    // A hidden window shows the front when it opens: its back page need not be read yet.
-    const int side = isVisible() ? ui->segSide->selectedIndex() : 0;
-    ui->viewPreview->setScanImage(side == 0 ? m_imageFront : side == 1 ? imageBack() : QImage());
+    // A hidden window gets its page when it opens (showWindow); its back page need not be read
+    // yet. A window that is up shows the new page of the side it shows.
+    if (isVisible()) {
+        const int side = ui->segSide->selectedIndex();
+        showPage(side == 0 ? m_imageFront : side == 1 ? imageBack() : QImage());
+    }
     setEnableSide();
     SetSideBottomLable(m_selectedSide);
 }
@@ -483,8 +492,16 @@ const QImage& TwDlgPreview::imageBack() {
     return m_imageBack;
 }
 
+void TwDlgPreview::showPage(const QImage& page) {
+    // The page the view shows already (the same picture data) is not handed over again.
+    const QImage& shown = ui->viewPreview->scanImage();
+    if (shown.isNull() == page.isNull() && shown.cacheKey() == page.cacheKey())
+        return;
+    ui->viewPreview->setScanImage(page);
+}
+
 void TwDlgPreview::dropPages() {
-    ui->viewPreview->setScanImage(QImage());
+    showPage(QImage());
     m_imageFront = QImage();
     m_imageBack = QImage();
     m_backPage = TwOwnedDIB();
@@ -520,24 +537,22 @@ void TwDlgPreview::showWindow() {
     // A page only: there are no areas to pick.
     ui->cmbArea->setVisible(!displayOnly());
     setTool(select ? 0 : 1);
-    view->setScanImage(m_imageFront);
     updateMapping();
     // The scroll area gets its size from the layout before the page is fitted into it.
     if (layout())
         layout()->activate();
     view->doZoominit(GetCurrentPaperSize(), QSizeF(ui->sclPreview->size()));
+    // Binding (bindControlAll) hands the view the front page and makes the area list, once.
+    const bool bound = isVisible();
     TwPanel::showWindow();
+    if (bound)
+        ChangeSide(); // already up and bound: the front page and its areas all the same
     // Shown, the window has the size its layout and the window system settled on.
     view->doZoominit(GetCurrentPaperSize(), QSizeF(ui->sclPreview->size()));
-    ResetAreaContent();
-    setCmbArea();
-    setSelectedArea();
 }
 
 void TwDlgPreview::bindControlAll() {
     TwPreviewPanel::bindControlAll();
-    ResetAreaContent();
-    setCmbArea();
     setEnableSide();
     setSelectedSide(0);
     ChangeSide();
@@ -570,9 +585,10 @@ void TwDlgPreview::observeValueForKeyPath(const std::string& k, TwObservable*, c
     const bool workingCopy = startsWith(k, "temp.Area");
     // How the page lies (unit, mirror, duplex type, the page itself with the area switch): the
     // view's mapping follows first. The unit's reaction rewrites the working copies before this
-    // window hears of the unit itself, so a working copy's change looks at the unit too.
+    // window hears of the unit itself, so a working copy's change looks at the unit too; the
+    // writes of a drag step (m_writingArea) change none of it.
     const bool placement = k == "Data.Area.Unit" || k == "Data.Image.Mirror" || k == "Data.Layout.DuplexType";
-    if (placement || k == "enable.Area.Front" || workingCopy)
+    if (placement || k == "enable.Area.Front" || (workingCopy && !m_writingArea))
         updateMapping();
     if (enableKey) {
         if (k == "enable.Area.Back")
@@ -583,8 +599,11 @@ void TwDlgPreview::observeValueForKeyPath(const std::string& k, TwObservable*, c
         if (!GetInMouseDrag())
             m_NeedRescan = true;
     } else if (workingCopy) {
-        setSelectedArea();
-        ui->viewPreview->update();
+        // The writes of a drag step are followed once, after the last (ModifyArea).
+        if (!m_writingArea) {
+            setSelectedArea();
+            ui->viewPreview->update();
+        }
         if ((startsWith(k, "temp.Area.Front.L") || startsWith(k, "temp.Area.Back.L")) && !GetInMouseDrag())
             m_NeedRescan = true;
     } else if (k == "enable.Area.SubArea") {

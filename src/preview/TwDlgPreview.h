@@ -5,7 +5,7 @@
 // Areas live in the settings model only (their keys: the area table, Comb_AreaInfo). The window
 // reads every area through the model's working copies ("temp.Area.*", in the user's unit) and
 // writes each drag step back with myChangeValue, X, Y, width and length; the model validates each
-// write, and the window follows from its observations. It keeps the view's mapping
+// write, and the window follows from its observations, once per step. It keeps the view's mapping
 // (TwPreviewMapping) told how the page lies: its size, the side shown, mirror, duplex type and
 // unit. Changes of image settings ask for a new prescan (one for every burst: a 100 ms timer
 // looks at the request flag); changes that make the page itself wrong (paper, resolution,
@@ -150,6 +150,8 @@ private:
     void updateMapping();
     // An area's working copies (x, y, width, length in the user's unit), single precision.
     QRectF settingRect(const TwAreaInfo& row) const;
+    // Hands the view a page unless it shows that page already.
+    void showPage(const QImage& page);
     void createAreaImageIcon();
     void makeCursors();
     void setTool(int segment);
@@ -179,4 +181,5 @@ private:
     QMap<QString, QIcon> m_areaImages;
     QTimer m_rescanTimer;
     bool m_NeedRescan = false;
+    bool m_writingArea = false; // ModifyArea is writing a drag step's rectangle
 };

@@ -57,6 +57,18 @@ std::uint16_t prescanCallback(std::uint16_t event, void* data) {
     return 0;
 }
 
+// Counts the paints of a widget while it lives.
+class PaintCount : public QObject {
+public:
+    explicit PaintCount(QWidget* widget) { widget->installEventFilter(this); }
+    int paints = 0;
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint)
+            ++paints;
+        return false;
+    }
+};
+
 } // namespace
 
 class TestPreview : public QObject {
@@ -442,6 +454,86 @@ private slots:
                 QVERIFY2(std::abs(run - dash) <= 1.5,
                          qPrintable(QString("run %1, dash %2").arg(run).arg(dash)));
         }
+    }
+
+    // A drag step hands the window one rectangle; it writes X, Y, width and length, each validated
+    // by the model, and follows once: one new set of edges and one paint per step, whether the
+    // step moves the area or drags an edge or a corner. The drag flag is up while the button is.
+    void oneRefreshAndOnePaintPerDragStep_data() {
+        // grab: where the main area (0, 0, 100 x 100 mm) is pressed; step: mm per move, five moves
+        // after: where it ends (a dragged edge trails the pointer by one move)
+        columns<QPointF, QPointF, QString>("grab", "step", "after");
+        row("moved", QPointF(50, 50), QPointF(3, 2), "temp.Area.Front.X=15 temp.Area.Y=10");
+        row("right edge", QPointF(100, 50), QPointF(4, 0), "temp.Area.Width=116 temp.Area.Length=100");
+        row("bottom right corner", QPointF(100, 100), QPointF(2, 5),
+            "temp.Area.Width=108 temp.Area.Length=120");
+    }
+    void oneRefreshAndOnePaintPerDragStep() {
+        auto [grab, step, after] = fetch<QPointF, QPointF, QString>("grab", "step", "after");
+        auto ui = shown();
+        set(*ui, {{"temp.Area.Width", 100.0}, {"temp.Area.Length", 100.0}});
+        TwDlgPreview* p = prescan(*ui);
+        TwPreviewView* v = p->viewPreview();
+        QCoreApplication::processEvents();
+        QSignalSpy edges(v, &TwPreviewView::areaEdgesChanged);
+        PaintCount painted(v);
+        QTest::mousePress(v, Qt::LeftButton, {}, at(v, grab));
+        for (int i = 1; i <= 5; ++i) {
+            QCoreApplication::processEvents();
+            edges.clear();
+            painted.paints = 0;
+            QTest::mouseMove(v, at(v, grab + step * i));
+            QCoreApplication::processEvents();
+            QVERIFY(ui->dataForKeyPath("temp.InMouseDragChangeArea").boolValue());
+            // A dragged edge goes to the previous position: on the first move, where it was
+            // pressed, which is the edge itself give or take a pixel.
+            const bool edgeChanged = edges.count() == 1 || (i == 1 && edges.count() == 0 && grab.x() == 100);
+            QVERIFY2(edgeChanged, qPrintable(u"step %1: %2 edge changes"_s.arg(i).arg(edges.count())));
+            QVERIFY2(painted.paints == 1, qPrintable(u"step %1: %2 paints"_s.arg(i).arg(painted.paints)));
+        }
+        QTest::mouseRelease(v, Qt::LeftButton, {}, at(v, grab + step * 5));
+        QVERIFY(!ui->dataForKeyPath("temp.InMouseDragChangeArea").boolValue());
+        const double tolerance = 1.5 / v->mapping().scale();
+        for (const QString& item : after.split(' ')) {
+            const double actual = value(*ui, qPrintable(item.section('=', 0, 0)));
+            QVERIFY2(near(actual, item.section('=', 1).toDouble(), tolerance),
+                     qPrintable(item + " is " + QString::number(actual)));
+        }
+        const QRectF area(value(*ui, "temp.Area.Front.X"), value(*ui, "temp.Area.Y"),
+                          value(*ui, "temp.Area.Width"), value(*ui, "temp.Area.Length"));
+        QVERIFY(near(v->areaEdges().right, area.right(), 1e-4));
+        QVERIFY(near(v->areaEdges().bottom, area.bottom(), 1e-4));
+    }
+
+    // Opening hands the view its page once and makes the area list once; choosing the back hands
+    // over the back page, and a rescan the new page of the side shown, once each.
+    void onePageHandOverAndOneAreaListPerPrescan() {
+        auto ui = shown();
+        set(*ui, "Data.PaperSource", 1);
+        placeSubArea(*ui, QRectF(10, 10, 40, 20));
+        TwDlgPreview* p = prescan(*ui);
+        QVERIFY(p);
+        ui->controllerIfMade()->closePreview();
+        TwPreviewView* v = p->viewPreview();
+        QSignalSpy handed(v, &TwPreviewView::scanImageChanged);
+        QSignalSpy listed(p->cmbArea()->model(), &QAbstractItemModel::rowsInserted);
+        QCOMPARE(prescan(*ui), p);
+        QVERIFY(p->isVisible());
+        QCOMPARE(handed.count(), 1);
+        QCOMPARE(v->scanImage().cacheKey(), p->imageFront().cacheKey());
+        QCOMPARE(p->cmbArea()->count(), 2);
+        QCOMPARE(listed.count(), 2); // one row inserted per entry, once
+
+        handed.clear();
+        QTest::mouseClick(p->segSide()->buttons()[1], Qt::LeftButton);
+        QCOMPARE(handed.count(), 1);
+        QCOMPARE(v->scanImage().cacheKey(), p->imageBack().cacheKey());
+        const qint64 oldBack = p->imageBack().cacheKey();
+        handed.clear();
+        ui->controllerIfMade()->previewRescan();
+        QCOMPARE(handed.count(), 1);
+        QVERIFY(v->scanImage().cacheKey() != oldBack);
+        QCOMPARE(v->scanImage().cacheKey(), p->imageBack().cacheKey());
     }
 
     // On a large desktop, a small one and at twice the scale, the preview comes up wholly on the
