@@ -470,8 +470,10 @@ void TwDlgPreview::onZoomFit() {
 // ---- Pages ---------------------------------------------------------------------------------------
 
 void TwDlgPreview::setPrescanImage(TwOwnedDIB front, TwOwnedDIB back) {
-    if (front)
-        m_imageFront = CreateImage(front);
+    if (front) {
+        m_imageFront = QImage(); // the old page goes before the new one comes
+        m_imageFront = CreateImage(std::move(front));
+    }
     if (back) {
         m_imageBack = QImage();
         m_backPage = std::move(back);
@@ -488,7 +490,7 @@ void TwDlgPreview::setPrescanImage(TwOwnedDIB front, TwOwnedDIB back) {
 
 const QImage& TwDlgPreview::imageBack() {
     if (m_backPage)
-        m_imageBack = CreateImage(std::exchange(m_backPage, TwOwnedDIB()));
+        m_imageBack = CreateImage(std::move(m_backPage));
     return m_imageBack;
 }
 

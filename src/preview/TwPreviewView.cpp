@@ -12,6 +12,11 @@
 #include <cmath>
 #include <utility>
 
+namespace {
+// At most this many page pixels per pixel of the picture made of them are made 32-bit first.
+constexpr qint64 kPiecePixels = 4;
+} // namespace
+
 TwPreviewView::TwPreviewView(QWidget* parent) : QWidget(parent) {
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -158,6 +163,8 @@ void TwPreviewView::ensurePageCache(const QRect& needed) {
             .united(needed)
             .intersected(rect());
     m_pageCacheRect = area;
+    // The old picture goes before the new one is made: never two at once.
+    m_pageCache = QImage();
     m_pageCache = QImage(area.size(), QImage::Format_RGB32);
     m_pageCache.fill(Qt::white);
     const QRectF page(QPointF(0, 0), m_mapping.page() * m_mapping.scale());
@@ -170,6 +177,21 @@ void TwPreviewView::ensurePageCache(const QRect& needed) {
     QPainter painter(&m_pageCache);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.translate(-area.topLeft());
+    // Qt scales 32-bit pictures fastest, and a page taken as the bitmap's rows is 8 or 24 bits.
+    // Where the part of the page drawn has at most kPiecePixels times the pixels of the picture
+    // made of it (the page enlarged, or reduced by no more than half), that part is made 32-bit
+    // first: a passing picture of a few screens at most. A page reduced further, as it is fitted
+    // into the window, is drawn from its own rows.
+    const QRect part = source.toAlignedRect().intersected(m_imageScan.rect());
+    const bool fast = m_imageScan.format() == QImage::Format_RGB32 ||
+                      m_imageScan.format() == QImage::Format_ARGB32_Premultiplied;
+    if (!fast && !part.isEmpty() &&
+        qint64(part.width()) * part.height() <= kPiecePixels * qint64(area.width()) * area.height()) {
+        QImage piece(part.size(), QImage::Format_RGB32);
+        QPainter(&piece).drawImage(QPoint(0, 0), m_imageScan, part);
+        painter.drawImage(target, piece, source.translated(-part.topLeft()));
+        return;
+    }
     painter.drawImage(target, m_imageScan, source);
 }
 

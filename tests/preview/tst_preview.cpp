@@ -69,6 +69,30 @@ public:
     }
 };
 
+// A bitmap of the given depth as a data source makes it (header, palette, rows top down, each
+// padded to whole words), width x height pixels with a pattern that differs by row and column and
+// padding bytes of 0xAB; an 8-bit palette is the grey ramp or, when colours is set, a spread of
+// colours. The caller frees it with free().
+void* makePatternBitmap(int bits, int width, int height, bool colours, std::size_t* length) {
+    const std::optional<TwDibLayout> layout = TwDibLayoutFor(width, height, bits);
+    *length = std::size_t(layout->totalSize());
+    auto* dib = static_cast<unsigned char*>(std::malloc(*length));
+    std::memset(dib, 0xAB, *length);
+    SetDIBHeader(dib, width, height, 0, 150, std::uint16_t(bits));
+    if (bits == 8 && colours)
+        for (int i = 0; i < 256; ++i) {
+            const TwRGBQuad entry{std::uint8_t(i * 7), std::uint8_t(255 - i), std::uint8_t(i * 3 + 40), 0};
+            std::memcpy(dib + 40 + 4 * i, &entry, 4);
+        }
+    for (int y = 0; y < height; ++y) {
+        unsigned char* rowBytes = dib + layout->headerSize + std::size_t(y) * layout->stride;
+        const int packed = (width * bits + 7) / 8;
+        for (int x = 0; x < packed; ++x)
+            rowBytes[x] = std::uint8_t(x * 13 + y * 29 + (y == 0 ? 200 : 0));
+    }
+    return dib;
+}
+
 } // namespace
 
 class TestPreview : public QObject {
@@ -781,12 +805,15 @@ private slots:
     // A bitmap whose header claims more than it holds, or too short for a header, is refused and
     // freed; so is one with a compression Qt's reader does not know; nothing crashes.
     void aBrokenBitmapShowsNoPage_data() {
-        QTest::addColumn<int>("front");
-        row("lying header", int(Front::LyingHeader));
-        row("too short", int(Front::TooShort));
+        columns<int, QString>("front", "logged");
+        row("lying header", int(Front::LyingHeader),
+            "ERROR: CreateBMPFileHeader: a 248 x 351 bitmap of 24 bits needs 261184 bytes; the buffer "
+            "holds 60");
+        row("too short", int(Front::TooShort),
+            "ERROR: CreateBMPFileHeader: a buffer of 8 bytes cannot hold a bitmap header");
     }
     void aBrokenBitmapShowsNoPage() {
-        QFETCH(int, front);
+        auto [front, logged] = fetch<int, QString>("front", "logged");
         auto ui = shown();
         g_pages.front = Front(front);
         g_pages.back = false;
@@ -794,12 +821,45 @@ private slots:
         QVERIFY(p);
         QVERIFY(p->isVisible());
         QVERIFY(p->imageFront().isNull());
+        QVERIFY2(sample.logText().contains(logged), qPrintable(sample.logText()));
         std::uint32_t length = 0;
         TwOwnedDIB odd(makePageBitmap(8, 8, 3937, Qt::red, QString(), &length), length);
         const std::uint32_t compression = 77;
         std::memcpy(static_cast<char*>(odd.data()) + 16, &compression, 4);
-        QVERIFY(CreateImage(odd).isNull());
+        QVERIFY(CreateImage(std::move(odd)).isNull());
         p->grab(); // paints a white page
+    }
+
+    // Uncompressed 8-bit (grey or colour palette) and 24-bit bitmaps become pictures without a
+    // copy: the picture's rows are the bitmap's block, padded rows included, and it looks as Qt's
+    // BMP reader reads the bitmap. Other depths are read.
+    void bitmapsBecomePicturesWithoutACopy_data() {
+        columns<int, bool, int, bool>("bits", "colours", "format", "wrapped");
+        row("24 bits", 24, false, int(QImage::Format_BGR888), true);
+        row("8 bits, grey palette", 8, false, int(QImage::Format_Grayscale8), true);
+        row("8 bits, colour palette", 8, true, int(QImage::Format_Indexed8), true);
+        row("1 bit: read", 1, false, int(QImage::Format_Mono), false);
+        row("32 bits: read", 32, false, int(QImage::Format_RGB32), false);
+    }
+    void bitmapsBecomePicturesWithoutACopy() {
+        auto [bits, colours, format, wrapped] =
+            fetch<int, bool, int, bool>("bits", "colours", "format", "wrapped");
+        constexpr int width = 37, height = 23; // rows of 111 or 37 bytes, padded to 112 or 40
+        std::size_t length = 0;
+        void* dib = makePatternBitmap(bits, width, height, colours, &length);
+        const QImage read = ReadBitmapImage(dib, length);
+        QVERIFY(!read.isNull());
+        const auto layout = TwDibLayoutOf(dib, length, "test");
+        const auto* rows = static_cast<const uchar*>(dib) + layout->headerSize;
+        const QImage picture = CreateImage(TwOwnedDIB(dib, length));
+        QCOMPARE(int(picture.format()), format);
+        QCOMPARE(picture.size(), QSize(width, height));
+        QCOMPARE(picture.constBits() == rows, wrapped);
+        if (wrapped)
+            QCOMPARE(picture.bytesPerLine(), qsizetype(layout->stride));
+        QCOMPARE(picture.convertToFormat(QImage::Format_ARGB32), read.convertToFormat(QImage::Format_ARGB32));
+        if (bits == 8)
+            QCOMPARE(picture.pixel(1, 0), read.pixel(1, 0)); // the first row is the top one
     }
 
     // The five cursor pictures come from the module's bundle with their hot spots.
