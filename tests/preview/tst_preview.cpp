@@ -1,10 +1,12 @@
 // The prescan preview driven from the controller's Prescan with the sample scanner and synthetic
-// pages handed back by the callback: the window and its pages, overlays in either unit, drags with
-// the mouse (edges, crossing, the move at the border, a new area), zoom, the area list, the side
-// choice, the ratios, rescans and closing, modal and modeless, and display-only use. The plane
-// geometry beneath, which needs no window: the mapping of mirrored and duplex back pages, the hit
-// zones, the edges a drag gives (crossing edges, the move kept on the page, the rectangle handed
-// on) and the fit rate.
+// pages handed back by the callback: the window and its pages, overlays in either unit, the area
+// table against the sample's model, the tools with the mouse (edges, crossing, the move at the
+// border, a new area, the hand, zoom steps), one refresh and one paint per drag step, one page
+// handed over per prescan, the area list, the side choice, the ratios, rescans and closing, modal
+// and modeless, and display-only use. Pages made of bitmaps without a copy, and bad bitmaps. The
+// plane geometry beneath, which needs no window: the mapping between the setting, the page shown
+// and the view (mirrored and duplex back pages, units, zoom), the hit zones, the edges a drag gives
+// (crossing edges, the move kept on the page, the rectangle handed on) and the fit rate.
 #include "PreviewPages.h"
 #include "SampleFixture.h"
 #include "TwDlgPreview.h"
