@@ -139,7 +139,7 @@ DragFigures dragStep(TwPreviewView* view, QPointF centreMm, TwainDialogData* mod
     AreaChanges changes(model);
     PaintCount paints;
     int counted = 0;
-    QPointF at = view->viewFromPage(centreMm);
+    QPointF at = view->mapping().viewFromPage(centreMm);
     mouse(view, QEvent::MouseButtonPress, at);
     for (int i = 0; i < 60; ++i) {
         at += QPointF(i % 20 < 10 ? 3 : -3, i % 20 < 10 ? 2 : -2);
@@ -254,7 +254,7 @@ int main(int argc, char** argv) {
     // Bring the area into sight at the largest zoom.
     view->doZoomFit();
     view->doZoom(kZoomIndexMax);
-    QPointF centre = view->viewFromPage(areaCentre);
+    QPointF centre = view->mapping().viewFromPage(areaCentre);
     area->ensureVisible(int(centre.x()), int(centre.y()), area->viewport()->width() / 2,
                         area->viewport()->height() / 2);
     QCoreApplication::processEvents();

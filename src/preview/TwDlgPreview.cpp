@@ -14,6 +14,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QSignalBlocker>
 
@@ -201,18 +202,14 @@ TwainDialogData* TwDlgPreview::model() const {
 
 // ---- Units and coordinates -----------------------------------------------------------------------
 
-double TwDlgPreview::millimetres(const char* keyPath) const {
+QRectF TwDlgPreview::settingRect(const TwAreaInfo& row) const {
     TwainDialogData* m = model();
     if (!m)
-        return 0;
-    double value = m->valueForKeyPath(keyPath).floatValue();
-    return m->AreaUnitIsInch() ? value * kTwMillimetresPerInch : value;
-}
-
-TwValue TwDlgPreview::modelValue(double mm) const {
-    TwainDialogData* m = model();
-    double value = m && m->AreaUnitIsInch() ? mm / kTwMillimetresPerInch : mm;
-    return TwValue(double(float(value)));
+        return {};
+    auto value = [m](const char* keyPath) {
+        return double(m->valueForKeyPath(keyPath).floatValue());
+    };
+    return QRectF(value(row.xKey), value(row.yKey), value(row.widthKey), value(row.lengthKey));
 }
 
 bool TwDlgPreview::IsEnableArea() {
@@ -228,29 +225,32 @@ QSizeF TwDlgPreview::GetCurrentPaperSize() {
     return QSizeF(paper.width / 10.0, paper.length / 10.0);
 }
 
-TwPageMapping TwDlgPreview::mapping() {
-    TwPageMapping m;
-    m.front = m_bFront;
-    if (TwainDialogData* data = model()) {
-        m.duplexType = int(data->valueForKeyPath("Data.Layout.DuplexType").intValue());
-        m.mirror = data->valueForKeyPath("Data.Image.Mirror").boolValue();
+void TwDlgPreview::updateMapping() {
+    TwPagePlacement placement;
+    placement.page = GetCurrentPaperSize();
+    placement.front = m_bFront;
+    if (TwainDialogData* m = model()) {
+        placement.unitIsInch = m->AreaUnitIsInch();
+        placement.duplexType = int(m->valueForKeyPath("Data.Layout.DuplexType").intValue());
+        placement.mirror = m->valueForKeyPath("Data.Image.Mirror").boolValue();
     }
-    const bool changes = m.mirror || (m.duplexType == 1 && !m.front);
-    if (changes)
-        m.page = GetCurrentPaperSize();
-    return m;
+    ui->viewPreview->setPlacement(placement);
+}
+
+const TwPreviewMapping& TwDlgPreview::mapping() const {
+    return ui->viewPreview->mapping();
 }
 
 QPointF TwDlgPreview::Data2ScreenPoint(QPointF point) {
-    return ::Data2ScreenPoint(mapping(), point);
+    return mapping().Data2ScreenPoint(point);
 }
 
 QRectF TwDlgPreview::Data2ScreenRect(const QRectF& rect) {
-    return ::Data2ScreenRect(mapping(), rect);
+    return mapping().Data2ScreenRect(rect);
 }
 
 QRectF TwDlgPreview::Screen2DataRect(const QRectF& rect) {
-    return ::Data2ScreenRect(mapping(), rect);
+    return mapping().Screen2DataRect(rect);
 }
 
 // ---- Areas ---------------------------------------------------------------------------------------
@@ -259,7 +259,6 @@ bool TwDlgPreview::GetAreas(std::vector<TwAreaOverlay>& areas) {
     TwainDialogData* m = model();
     if (displayOnly() || !m)
         return true;
-    const TwPageMapping map = mapping();
     const bool subAreas = m->valueForKeyPath("enable.Area.SubArea").boolValue();
     for (const TwAreaInfo& row : Comb_AreaInfo) {
         if (row.front != m_bFront)
@@ -271,9 +270,7 @@ bool TwDlgPreview::GetAreas(std::vector<TwAreaOverlay>& areas) {
         if (!(m->valueForKeyPath(row.widthKey).floatValue() > 0) ||
             !(m->valueForKeyPath(row.lengthKey).floatValue() > 0))
             continue;
-        QRectF rect(millimetres(row.xKey), millimetres(row.yKey), millimetres(row.widthKey),
-                    millimetres(row.lengthKey));
-        TwAreaOverlay overlay{::Data2ScreenRect(map, rect), areaColour(row), TwValue()};
+        TwAreaOverlay overlay{mapping().pageFromSetting(settingRect(row)), areaColour(row), TwValue()};
         if (*row.brightnessKey)
             overlay.brightness = m->valueForKeyPath(row.brightnessKey);
         areas.push_back(overlay);
@@ -293,8 +290,7 @@ void TwDlgPreview::setSelectedArea(std::int16_t area) {
 void TwDlgPreview::setSelectedArea() {
     const TwAreaInfo* row = selectedRecord();
     if (row && model()) {
-        QRectF rect = Data2ScreenRect(QRectF(millimetres(row->xKey), millimetres(row->yKey),
-                                             millimetres(row->widthKey), millimetres(row->lengthKey)));
+        const QRectF rect = mapping().pageFromSetting(settingRect(*row));
         // Single precision, as the view keeps its edges.
         ui->viewPreview->setAreaEdges({double(float(rect.left())), double(float(rect.top())),
                                        double(float(rect.left() + rect.width())),
@@ -308,12 +304,19 @@ void TwDlgPreview::ModifyArea(const QRectF& rect) {
     const TwAreaInfo* row = selectedRecord();
     if (!m || !row)
         return;
-    QRectF data = Screen2DataRect(rect);
-    m->myChangeValue(modelValue(data.x()), row->xKey);
-    m->myChangeValue(modelValue(data.y()), row->yKey);
-    m->myChangeValue(modelValue(data.width()), row->widthKey);
-    m->myChangeValue(modelValue(data.height()), row->lengthKey);
+    const QRectF setting = mapping().settingFromPage(rect);
+    // Written as single-precision numbers, in this order, each validated by the model as it comes.
+    // This window hears of every working copy it writes (and of those the validation corrects):
+    // the edges and the picture follow once, after the last write.
+    {
+        QScopedValueRollback<bool> grouped(m_writingArea, true);
+        m->myChangeValue(TwValue(double(float(setting.x()))), row->xKey);
+        m->myChangeValue(TwValue(double(float(setting.y()))), row->yKey);
+        m->myChangeValue(TwValue(double(float(setting.width()))), row->widthKey);
+        m->myChangeValue(TwValue(double(float(setting.height()))), row->lengthKey);
+    }
     setSelectedArea();
+    ui->viewPreview->update();
 }
 
 void TwDlgPreview::SetInMouseDrag(bool dragging) {
@@ -398,13 +401,9 @@ void TwDlgPreview::setSelectedSide(std::uint16_t side) {
 
 void TwDlgPreview::ChangeSide() {
     const int side = ui->segSide->selectedIndex();
-    if (side == 1) {
-        ui->viewPreview->setScanImage(imageBack());
-        m_bFront = false;
-    } else {
-        ui->viewPreview->setScanImage(m_imageFront);
-        m_bFront = true;
-    }
+    m_bFront = side != 1;
+    showPage(m_bFront ? m_imageFront : imageBack());
+    updateMapping();
     ResetAreaContent();
     setCmbArea();
     setSelectedArea();
@@ -467,28 +466,40 @@ void TwDlgPreview::onZoomFit() {
 // ---- Pages ---------------------------------------------------------------------------------------
 
 void TwDlgPreview::setPrescanImage(TwOwnedDIB front, TwOwnedDIB back) {
-    ui->viewPreview->setScanImage(QImage());
-    if (front)
-        m_imageFront = CreateImage(front);
+    if (front) {
+        m_imageFront = QImage(); // the old page goes before the new one comes
+        m_imageFront = CreateImage(std::move(front));
+    }
     if (back) {
         m_imageBack = QImage();
         m_backPage = std::move(back);
     }
-    // A hidden window shows the front when it opens: its back page need not be read yet.
-    const int side = isVisible() ? ui->segSide->selectedIndex() : 0;
-    ui->viewPreview->setScanImage(side == 0 ? m_imageFront : side == 1 ? imageBack() : QImage());
+    // A hidden window gets its page when it opens (showWindow); its back page need not be read
+    // yet. A window that is up shows the new page of the side it shows.
+    if (isVisible()) {
+        const int side = ui->segSide->selectedIndex();
+        showPage(side == 0 ? m_imageFront : side == 1 ? imageBack() : QImage());
+    }
     setEnableSide();
     SetSideBottomLable(m_selectedSide);
 }
 
 const QImage& TwDlgPreview::imageBack() {
     if (m_backPage)
-        m_imageBack = CreateImage(std::exchange(m_backPage, TwOwnedDIB()));
+        m_imageBack = CreateImage(std::move(m_backPage));
     return m_imageBack;
 }
 
+void TwDlgPreview::showPage(const QImage& page) {
+    // The page the view shows already (the same picture data) is not handed over again.
+    const QImage& shown = ui->viewPreview->scanImage();
+    if (shown.isNull() == page.isNull() && shown.cacheKey() == page.cacheKey())
+        return;
+    ui->viewPreview->setScanImage(page);
+}
+
 void TwDlgPreview::dropPages() {
-    ui->viewPreview->setScanImage(QImage());
+    showPage(QImage());
     m_imageFront = QImage();
     m_imageBack = QImage();
     m_backPage = TwOwnedDIB();
@@ -524,23 +535,22 @@ void TwDlgPreview::showWindow() {
     // A page only: there are no areas to pick.
     ui->cmbArea->setVisible(!displayOnly());
     setTool(select ? 0 : 1);
-    view->setScanImage(m_imageFront);
+    updateMapping();
     // The scroll area gets its size from the layout before the page is fitted into it.
     if (layout())
         layout()->activate();
     view->doZoominit(GetCurrentPaperSize(), QSizeF(ui->sclPreview->size()));
+    // Binding (bindControlAll) hands the view the front page and makes the area list, once.
+    const bool bound = isVisible();
     TwPanel::showWindow();
+    if (bound)
+        ChangeSide(); // already up and bound: the front page and its areas all the same
     // Shown, the window has the size its layout and the window system settled on.
     view->doZoominit(GetCurrentPaperSize(), QSizeF(ui->sclPreview->size()));
-    ResetAreaContent();
-    setCmbArea();
-    setSelectedArea();
 }
 
 void TwDlgPreview::bindControlAll() {
     TwPreviewPanel::bindControlAll();
-    ResetAreaContent();
-    setCmbArea();
     setEnableSide();
     setSelectedSide(0);
     ChangeSide();
@@ -555,6 +565,8 @@ void TwDlgPreview::bindControlAll() {
                 binding->addResponderObserver(m, key);
     }
     binding->addResponderObserver(m, "temp.Area.Side");
+    // The unit the working copies are in: the mapping converts them.
+    binding->addResponderObserver(m, "Data.Area.Unit");
     // The sub-area switch decides which outlines show.
     binding->addResponderObserver(m, "enable.Area.SubArea");
     for (const std::string& key : dataNeedCloseWindow())
@@ -568,6 +580,14 @@ void TwDlgPreview::observeValueForKeyPath(const std::string& k, TwObservable*, c
     const bool enableKey =
         k == "enable.Area.Front" || k == "enable.Area.Back" ||
         ((startsWith(k, "Data.Area.Front.") || startsWith(k, "Data.Area.Back.")) && endsWith(k, ".Enable"));
+    const bool workingCopy = startsWith(k, "temp.Area");
+    // How the page lies (unit, mirror, duplex type, the page itself with the area switch): the
+    // view's mapping follows first. The unit's reaction rewrites the working copies before this
+    // window hears of the unit itself, so a working copy's change looks at the unit too; the
+    // writes of a drag step (m_writingArea) change none of it.
+    const bool placement = k == "Data.Area.Unit" || k == "Data.Image.Mirror" || k == "Data.Layout.DuplexType";
+    if (placement || k == "enable.Area.Front" || (workingCopy && !m_writingArea))
+        updateMapping();
     if (enableKey) {
         if (k == "enable.Area.Back")
             setEnableSide();
@@ -576,12 +596,18 @@ void TwDlgPreview::observeValueForKeyPath(const std::string& k, TwObservable*, c
         ui->viewPreview->update();
         if (!GetInMouseDrag())
             m_NeedRescan = true;
-    } else if (startsWith(k, "temp.Area")) {
-        setSelectedArea();
-        ui->viewPreview->update();
+    } else if (workingCopy) {
+        // The writes of a drag step are followed once, after the last (ModifyArea).
+        if (!m_writingArea) {
+            setSelectedArea();
+            ui->viewPreview->update();
+        }
         if ((startsWith(k, "temp.Area.Front.L") || startsWith(k, "temp.Area.Back.L")) && !GetInMouseDrag())
             m_NeedRescan = true;
     } else if (k == "enable.Area.SubArea") {
+        ui->viewPreview->update();
+    } else if (placement) {
+        setSelectedArea(); // the edges lie elsewhere on the page now
         ui->viewPreview->update();
     } else if (startsWith(k, "Data.Area.") && endsWith(k, "Brightness")) {
         ui->viewPreview->update();

@@ -2,15 +2,18 @@
 // side, an area list to pick the area the mouse edits, the mouse tools, zoom to fit, and the
 // colour and blank-page ratios of the side shown.
 //
-// Areas live in the settings model only. The window reads every area through the model's working
-// copies ("temp.Area.*", in the user's unit) and writes a drag back with myChangeValue; the model
-// validates, and the window follows from its observations. Changes of image settings ask for a new
-// prescan (one for every burst: a 100 ms timer looks at the request flag); changes that make the
-// page itself wrong (paper, resolution, profile, ...) close the window.
+// Areas live in the settings model only (their keys: the area table, Comb_AreaInfo). The window
+// reads every area through the model's working copies ("temp.Area.*", in the user's unit) and
+// writes each drag step back with myChangeValue, X, Y, width and length; the model validates each
+// write, and the window follows from its observations, once per step. It keeps the view's mapping
+// (TwPreviewMapping) told how the page lies: its size, the side shown, mirror, duplex type and
+// unit. Changes of image settings ask for a new prescan (one for every burst: a 100 ms timer
+// looks at the request flag); changes that make the page itself wrong (paper, resolution,
+// profile, ...) close the window.
 #pragma once
 
 #include "TwAreaTable.h"
-#include "TwPreviewGeometry.h"
+#include "TwPreviewMapping.h"
 #include "TwPreviewPanel.h"
 #include "TwValue.h"
 
@@ -141,10 +144,14 @@ protected:
 private:
     TwainDialogData* model() const;
     const TwAreaInfo* selectedRecord() const;
-    // An area value in millimetres, and the model's value for millimetres.
-    double millimetres(const char* keyPath) const;
-    TwValue modelValue(double millimetres) const;
-    TwPageMapping mapping();
+    // The view's mapping, and telling it how the page lies now (page, side, mirror, duplex
+    // type, unit).
+    const TwPreviewMapping& mapping() const;
+    void updateMapping();
+    // An area's working copies (x, y, width, length in the user's unit), single precision.
+    QRectF settingRect(const TwAreaInfo& row) const;
+    // Hands the view a page unless it shows that page already.
+    void showPage(const QImage& page);
     void createAreaImageIcon();
     void makeCursors();
     void setTool(int segment);
@@ -174,4 +181,5 @@ private:
     QMap<QString, QIcon> m_areaImages;
     QTimer m_rescanTimer;
     bool m_NeedRescan = false;
+    bool m_writingArea = false; // ModifyArea is writing a drag step's rectangle
 };

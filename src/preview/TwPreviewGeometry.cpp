@@ -2,33 +2,6 @@
 
 #include <algorithm>
 
-QPointF Data2ScreenPoint(const TwPageMapping& m, QPointF p) {
-    const bool duplexBack = m.duplexType == 1 && !m.front;
-    if (!m.mirror && !duplexBack)
-        return p;
-    if (m.mirror)
-        p.setX(m.page.width() - p.x());
-    if (duplexBack)
-        p = QPointF(m.page.width() - p.x(), m.page.height() - p.y());
-    return p;
-}
-
-QRectF Data2ScreenRect(const TwPageMapping& m, const QRectF& rect) {
-    QPointF origin = Data2ScreenPoint(m, rect.topLeft());
-    QPointF far = Data2ScreenPoint(m, rect.topLeft() + QPointF(rect.width(), rect.height()));
-    double width = far.x() - origin.x();
-    double height = far.y() - origin.y();
-    if (width < 0) {
-        width = -width;
-        origin.rx() -= width;
-    }
-    if (height < 0) {
-        height = -height;
-        origin.ry() -= height;
-    }
-    return QRectF(origin.x(), origin.y(), width, height);
-}
-
 QRectF MakePointRect(QPointF p, double r) {
     return QRectF(p.x() - r, p.y() - r, 2 * r, 2 * r);
 }

@@ -1,6 +1,6 @@
-// The preview's plane geometry, free of widgets: the mapping between the page as the setting
-// measures it and the page as the image shows it (mirrored and duplex back pages), the hit zones
-// around the selected area, the edges a drag gives, and the zoom steps.
+// The preview's plane geometry, free of widgets: the hit zones around the selected area, the edges
+// a drag gives, and the zoom steps. How the setting, the page and the view meet is
+// TwPreviewMapping's.
 //
 // Every length here is in the preview's data units, millimetres on the page shown.
 #pragma once
@@ -10,21 +10,6 @@
 #include <QSizeF>
 
 #include <array>
-
-// How the image of one side lies relative to the setting's coordinates.
-struct TwPageMapping {
-    QSizeF page;         // the page size (GetCurrentPaperSize)
-    int duplexType = 0;  // "Data.Layout.DuplexType"
-    bool mirror = false; // "Data.Image.Mirror"
-    bool front = true;   // the front side is shown
-};
-
-// Maps a point between setting and image coordinates. The function is its own inverse. A mirrored
-// page turns left and right; the back of duplex type 1 is turned half round; a mirrored back of
-// duplex type 1 has both, so only its y is flipped.
-QPointF Data2ScreenPoint(const TwPageMapping& mapping, QPointF point);
-// Maps both corners and makes the size positive again; its own inverse too (Screen2DataRect).
-QRectF Data2ScreenRect(const TwPageMapping& mapping, const QRectF& rect);
 
 // The square of half-side r around a point.
 QRectF MakePointRect(QPointF point, double r);

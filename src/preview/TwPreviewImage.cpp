@@ -4,10 +4,12 @@
 
 #include <QIODevice>
 #include <QImageReader>
+#include <QList>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -61,7 +63,7 @@ private:
 };
 } // namespace
 
-QImage CreateImage(const void* bitmap, std::size_t length) {
+QImage ReadBitmapImage(const void* bitmap, std::size_t length) {
     const auto fileHeader = CreateBMPFileHeader(bitmap, length);
     if (!fileHeader)
         return {};
@@ -72,4 +74,58 @@ QImage CreateImage(const void* bitmap, std::size_t length) {
         OrvaLog(kOrvaLogError, "ERROR: %s: a bitmap of %zu bytes is refused: %s\n", "CreateImage", length,
                 reader.errorString().toUtf8().constData());
     return page;
+}
+
+namespace {
+constexpr std::uint32_t kUncompressed = 0; // BI_RGB
+
+// The format in which Qt takes the bitmap's rows as they stand, with the colour table of an
+// indexed one; Format_Invalid where they must be read.
+QImage::Format formatAsItStands(const TwBitmapInfoHeader& header, const unsigned char* palette,
+                                QList<QRgb>* colours) {
+    if (header.biCompression != kUncompressed || header.biPlanes != 1)
+        return QImage::Format_Invalid;
+    if (header.biBitCount == 24)
+        return QImage::Format_BGR888;
+    // A palette that claims fewer colours than 256 is the reader's to interpret.
+    if (header.biBitCount != 8 || (header.biClrUsed != 0 && header.biClrUsed != 256))
+        return QImage::Format_Invalid;
+    bool grey = true;
+    colours->resize(256);
+    for (int i = 0; i < 256; ++i) {
+        TwRGBQuad entry;
+        std::memcpy(&entry, palette + 4 * i, sizeof entry);
+        (*colours)[i] = qRgb(entry.rgbRed, entry.rgbGreen, entry.rgbBlue);
+        grey = grey && entry.rgbRed == i && entry.rgbGreen == i && entry.rgbBlue == i;
+    }
+    return grey ? QImage::Format_Grayscale8 : QImage::Format_Indexed8;
+}
+
+void freeBitmap(void* block) {
+    std::free(block);
+}
+} // namespace
+
+QImage CreateImage(TwOwnedDIB page) {
+    // The header is checked as the reader's file header checks it, with the same log lines.
+    if (!CreateBMPFileHeader(page.data(), page.length()))
+        return {};
+    const auto layout = TwDibLayoutOf(page.data(), page.length(), "CreateImage");
+    if (!layout)
+        return {};
+    auto* block = static_cast<unsigned char*>(page.data());
+    TwBitmapInfoHeader header;
+    std::memcpy(&header, block, sizeof header);
+    QList<QRgb> colours;
+    const QImage::Format format = formatAsItStands(header, block + kInfoHeaderSize, &colours);
+    if (format == QImage::Format_Invalid)
+        return ReadBitmapImage(page.data(), page.length());
+    QImage picture(block + layout->headerSize, layout->width, layout->height, qsizetype(layout->stride),
+                   format, &freeBitmap, block);
+    if (picture.isNull())
+        return ReadBitmapImage(page.data(), page.length());
+    page.release(); // the picture frees it
+    if (format == QImage::Format_Indexed8)
+        picture.setColorTable(colours); // the picture's only copy: its rows stay where they are
+    return picture;
 }

@@ -1,6 +1,7 @@
 #include "TwPreviewView.h"
 
 #include "TwDlgPreview.h"
+#include "TwPreviewTools.h"
 
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -9,22 +10,42 @@
 #include <QScrollBar>
 
 #include <cmath>
+#include <utility>
 
 namespace {
-constexpr double kOutlineWidth = 3.0;  // screen points, at every zoom
-constexpr double kZoneHalfWidth = 4.0; // screen points on each side of an edge
+// At most this many page pixels per pixel of the picture made of them are made 32-bit first.
+constexpr qint64 kPiecePixels = 4;
 } // namespace
 
 TwPreviewView::TwPreviewView(QWidget* parent) : QWidget(parent) {
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    auto select = std::make_unique<TwSelectTool>(*this);
+    m_select = select.get();
+    m_tools[kOpSelect] = std::move(select);
+    m_tools[kOpHand] = std::make_unique<TwHandTool>(*this);
+    m_tools[kOpZoomIn] = std::make_unique<TwZoomTool>(*this, +1);
+    m_tools[kOpZoomOut] = std::make_unique<TwZoomTool>(*this, -1);
 }
+
+TwPreviewView::~TwPreviewView() = default;
 
 // ---- Page and areas ------------------------------------------------------------------------------
 
 void TwPreviewView::setScanImage(const QImage& image) {
     m_imageScan = image;
     m_pageCache = QImage();
+    update();
+    emit scanImageChanged();
+}
+
+void TwPreviewView::setPlacement(const TwPagePlacement& placement) {
+    if (placement == m_mapping.placement())
+        return;
+    const bool newPage = placement.page != m_mapping.page();
+    m_mapping.setPlacement(placement);
+    if (newPage && !placement.page.isEmpty())
+        resizeToScale();
     update();
 }
 
@@ -33,10 +54,19 @@ void TwPreviewView::setAreaEdges(const TwAreaEdges& edges) {
         return;
     m_areaEdges = edges;
     update();
+    emit areaEdgesChanged();
 }
 
+// ---- Tools and cursors ---------------------------------------------------------------------------
+
 void TwPreviewView::setOpMode(int mode) {
+    if (mode < kOpSelect || mode > kOpZoomOut)
+        return;
     m_opMode = mode;
+}
+
+int TwPreviewView::subOpMode() const {
+    return m_select->zone();
 }
 
 void TwPreviewView::setToolCursor(const QCursor& cursor) {
@@ -44,25 +74,12 @@ void TwPreviewView::setToolCursor(const QCursor& cursor) {
     setCursor(cursor);
 }
 
-// ---- Coordinates and zoom ------------------------------------------------------------------------
-
-QPointF TwPreviewView::viewFromPage(QPointF page) const {
-    return page * scale();
-}
-
-QPointF TwPreviewView::pageFromView(QPointF view) const {
-    const double s = scale();
-    return s > 0 ? view / s : QPointF();
-}
-
-QRectF TwPreviewView::viewFromPage(const QRectF& page) const {
-    return QRectF(viewFromPage(page.topLeft()), page.size() * scale());
-}
-
 QScrollArea* TwPreviewView::scrollArea() const {
     QWidget* viewport = parentWidget();
     return viewport ? qobject_cast<QScrollArea*>(viewport->parentWidget()) : nullptr;
 }
+
+// ---- Zoom ----------------------------------------------------------------------------------------
 
 QRect TwPreviewView::visibleRect() const {
     if (QScrollArea* area = scrollArea())
@@ -71,7 +88,7 @@ QRect TwPreviewView::visibleRect() const {
 }
 
 void TwPreviewView::resizeToScale() {
-    QSizeF size = m_paperSize * scale();
+    QSizeF size = m_mapping.page() * m_mapping.scale();
     resize(int(std::ceil(size.width())), int(std::ceil(size.height())));
     m_pageCache = QImage();
     update();
@@ -79,7 +96,7 @@ void TwPreviewView::resizeToScale() {
 
 void TwPreviewView::scrollToCentre(QPointF pageCentre) {
     if (QScrollArea* area = scrollArea()) {
-        QPointF c = viewFromPage(pageCentre);
+        QPointF c = m_mapping.viewFromPage(pageCentre);
         QSize visible = area->viewport()->size();
         area->horizontalScrollBar()->setValue(int(std::lround(c.x() - visible.width() / 2.0)));
         area->verticalScrollBar()->setValue(int(std::lround(c.y() - visible.height() / 2.0)));
@@ -92,18 +109,18 @@ void TwPreviewView::doZoominit(QSizeF page, QSizeF frame) {
     const float rate = fitRate(page, frame);
     if (rate <= 0)
         return; // a frame within the margin: keep the scale it has
-    m_paperSize = page;
-    m_zoomIndex = 0;
-    m_initedRate = rate;
+    m_mapping.setPage(page);
+    m_mapping.setZoomIndex(0);
+    m_mapping.setFitRate(rate);
     resizeToScale();
     MakeCursorAreaList();
 }
 
 void TwPreviewView::doZoom(int index) {
-    if (index < 0 || index > kZoomIndexMax || m_paperSize.isEmpty())
+    if (index < 0 || index > kZoomIndexMax || m_mapping.page().isEmpty())
         return;
-    const QPointF centre = pageFromView(QRectF(visibleRect()).center());
-    m_zoomIndex = index;
+    const QPointF centre = m_mapping.pageFromView(QRectF(visibleRect()).center());
+    m_mapping.setZoomIndex(index);
     resizeToScale();
     scrollToCentre(centre);
     MakeCursorAreaList();
@@ -116,42 +133,21 @@ void TwPreviewView::doZoomFit() {
 // ---- Hit zones and cursors -----------------------------------------------------------------------
 
 void TwPreviewView::MakeCursorAreaList() {
-    const double s = scale();
-    m_cursorAreaList = ::MakeCursorAreaList(m_areaEdges, s > 0 ? kZoneHalfWidth / s : 0);
+    m_select->makeZones();
+}
+
+const TwCursorAreaList& TwPreviewView::cursorAreaList() const {
+    return m_select->zones();
 }
 
 void TwPreviewView::resetCursorRects() {
     if (m_opMode == kOpSelect)
         MakeCursorAreaList();
-    showCursorAt(pageFromView(mapFromGlobal(QCursor::pos())));
+    showCursorAt(m_mapping.pageFromView(mapFromGlobal(QCursor::pos())));
 }
 
 void TwPreviewView::showCursorAt(QPointF p) {
-    int zone = m_opMode == kOpSelect ? cursorZone(m_cursorAreaList, p) : kZoneNone;
-    switch (zone) {
-    case kZoneInside:
-        setCursor(m_cursorResizeMove);
-        break;
-    case kZoneLeft:
-    case kZoneRight:
-        setCursor(Qt::SizeHorCursor);
-        break;
-    case kZoneTop:
-    case kZoneBottom:
-        setCursor(Qt::SizeVerCursor);
-        break;
-    case kZoneTopLeft:
-    case kZoneBottomRight:
-        setCursor(m_cursorResizeRightDown);
-        break;
-    case kZoneTopRight:
-    case kZoneBottomLeft:
-        setCursor(m_cursorResizeRightUp);
-        break;
-    default:
-        setCursor(m_cursor);
-        break;
-    }
+    setCursor(tool().cursorAt(p));
 }
 
 // ---- Drawing -------------------------------------------------------------------------------------
@@ -167,9 +163,11 @@ void TwPreviewView::ensurePageCache(const QRect& needed) {
             .united(needed)
             .intersected(rect());
     m_pageCacheRect = area;
+    // The old picture goes before the new one is made: never two at once.
+    m_pageCache = QImage();
     m_pageCache = QImage(area.size(), QImage::Format_RGB32);
     m_pageCache.fill(Qt::white);
-    const QRectF page(QPointF(0, 0), m_paperSize * scale());
+    const QRectF page(QPointF(0, 0), m_mapping.page() * m_mapping.scale());
     const QRectF target = QRectF(area).intersected(page);
     if (target.isEmpty() || page.isEmpty())
         return;
@@ -179,13 +177,28 @@ void TwPreviewView::ensurePageCache(const QRect& needed) {
     QPainter painter(&m_pageCache);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.translate(-area.topLeft());
+    // Qt scales 32-bit pictures fastest, and a page taken as the bitmap's rows is 8 or 24 bits.
+    // Where the part of the page drawn has at most kPiecePixels times the pixels of the picture
+    // made of it (the page enlarged, or reduced by no more than half), that part is made 32-bit
+    // first: a passing picture of a few screens at most. A page reduced further, as it is fitted
+    // into the window, is drawn from its own rows.
+    const QRect part = source.toAlignedRect().intersected(m_imageScan.rect());
+    const bool fast = m_imageScan.format() == QImage::Format_RGB32 ||
+                      m_imageScan.format() == QImage::Format_ARGB32_Premultiplied;
+    if (!fast && !part.isEmpty() &&
+        qint64(part.width()) * part.height() <= kPiecePixels * qint64(area.width()) * area.height()) {
+        QImage piece(part.size(), QImage::Format_RGB32);
+        QPainter(&piece).drawImage(QPoint(0, 0), m_imageScan, part);
+        painter.drawImage(target, piece, source.translated(-part.topLeft()));
+        return;
+    }
     painter.drawImage(target, m_imageScan, source);
 }
 
 void TwPreviewView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const QRect exposed = event->rect();
-    if (m_imageScan.isNull() || m_paperSize.isEmpty()) {
+    if (m_imageScan.isNull() || m_mapping.page().isEmpty()) {
         painter.fillRect(exposed, Qt::white);
     } else {
         ensurePageCache(exposed);
@@ -202,18 +215,9 @@ void TwPreviewView::paintEvent(QPaintEvent* event) {
     for (const TwAreaOverlay& overlay : overlays) {
         pen.setColor(overlay.color);
         painter.setPen(pen);
-        painter.drawRect(viewFromPage(overlay.rect));
+        painter.drawRect(m_mapping.viewFromPage(overlay.rect));
     }
-    if (m_opMode == kOpSelect && m_bDraged && m_subOpMode == kZoneNone) {
-        pen.setColor(Qt::black);
-        // 2 page units (millimetres) on, 2 off; Qt counts dashes in pen widths, and a square cap
-        // would lengthen every dash by a pen width, closing the gaps.
-        const double dash = 2.0 * scale() / kOutlineWidth;
-        pen.setDashPattern({dash, dash});
-        pen.setCapStyle(Qt::FlatCap);
-        painter.setPen(pen);
-        painter.drawRect(QRectF(viewFromPage(m_ptDown), viewFromPage(m_ptDrag)).normalized());
-    }
+    tool().paint(painter);
 }
 
 // ---- Mouse ---------------------------------------------------------------------------------------
@@ -221,80 +225,28 @@ void TwPreviewView::paintEvent(QPaintEvent* event) {
 void TwPreviewView::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton)
         return;
-    m_buttonDown = true;
-    m_ptDown = m_ptDrag = pageFromView(event->position());
-    m_bDraged = false;
-    if (QScrollArea* area = scrollArea())
-        m_handLast = area->viewport()->mapFromGlobal(event->globalPosition().toPoint());
-    if (m_opMode == kOpSelect) {
-        MakeCursorAreaList();
-        m_subOpMode = grabbedZone(m_cursorAreaList, m_ptDown);
-    }
+    // The tool that takes the press has the drag and the release, whatever is chosen meanwhile.
+    m_grabbed = &tool();
+    m_grabbed->press(m_mapping.pageFromView(event->position()), *event);
     if (m_dlgParent)
         m_dlgParent->SetInMouseDrag(false);
-}
-
-void TwPreviewView::dragHand(QMouseEvent* event) {
-    QScrollArea* area = scrollArea();
-    if (!area)
-        return;
-    // The grabbed point stays under the pointer: the view moves with it as far as it can.
-    QPoint now = area->viewport()->mapFromGlobal(event->globalPosition().toPoint());
-    QPoint delta = now - m_handLast;
-    area->horizontalScrollBar()->setValue(area->horizontalScrollBar()->value() - delta.x());
-    area->verticalScrollBar()->setValue(area->verticalScrollBar()->value() - delta.y());
-    m_handLast = now;
 }
 
 void TwPreviewView::mouseMoveEvent(QMouseEvent* event) {
-    const QPointF p = pageFromView(event->position());
-    if (!m_buttonDown) {
+    const QPointF p = m_mapping.pageFromView(event->position());
+    if (m_grabbed)
+        m_grabbed->drag(p, *event);
+    else
         showCursorAt(p);
-        return;
-    }
-    m_bDraged = true;
-    if (m_opMode == kOpHand) {
-        dragHand(event);
-        m_ptDrag = p;
-        return;
-    }
-    if (m_opMode != kOpSelect) {
-        m_ptDrag = p;
-        return;
-    }
-    if (m_subOpMode != kZoneNone && m_dlgParent) {
-        TwDragStep step = dragAreaEdges(m_areaEdges, m_subOpMode, m_ptDrag, p - m_ptDrag, m_paperSize);
-        m_subOpMode = step.zone;
-        m_dlgParent->SetInMouseDrag(true);
-        m_dlgParent->ModifyArea(areaRectForEdges(step.edges));
-    }
-    m_ptDrag = p;
-    update();
 }
 
 void TwPreviewView::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !m_buttonDown)
+    if (event->button() != Qt::LeftButton || !m_grabbed)
         return;
-    m_buttonDown = false;
-    const QPointF p = pageFromView(event->position());
+    TwPreviewTool* grabbed = std::exchange(m_grabbed, nullptr);
     if (m_dlgParent)
         m_dlgParent->SetInMouseDrag(false);
-    if (m_opMode == kOpSelect && m_dlgParent) {
-        if (m_bDraged && m_subOpMode == kZoneNone) {
-            m_dlgParent->ModifyArea(newAreaRect(m_ptDown, p, m_dlgParent->GetCurrentPaperSize()));
-        } else {
-            m_dlgParent->ValidateAreaRect();
-            if (m_dlgParent->selectedArea() == kTwMainAreaId)
-                update();
-            else
-                m_dlgParent->SetRescanFlag(true); // a moved sub-area is prescanned again
-        }
-    } else if (m_opMode == kOpZoomIn && m_zoomIndex < kZoomIndexMax) {
-        doZoom(m_zoomIndex + 1);
-    } else if (m_opMode == kOpZoomOut && m_zoomIndex > 0) {
-        doZoom(m_zoomIndex - 1);
-    }
-    m_bDraged = false;
+    grabbed->release(m_mapping.pageFromView(event->position()), *event);
     update();
     resetCursorRects();
 }

@@ -1,50 +1,76 @@
-// The page view of the preview window: the prescanned page, the outlines of the areas on it and a
-// dashed band while a new area is drawn, with four mouse tools (select and resize an area, scroll
-// by hand, zoom in, zoom out).
+// The page view of the preview window: the prescanned page, the outlines of the areas on it and
+// what the current mouse tool shows (the dashed band of a new area), with four tools (select and
+// resize an area, scroll by hand, zoom in, zoom out; TwPreviewTools.h) that take its mouse events.
 //
 // The view sits in a QScrollArea and owns the zoom: its size is the page times the current scale.
 // It keeps no area of its own. The overlays and the selected area's edges come from the dialog,
-// which reads them from the settings model; a drag hands the dialog a rectangle, the dialog writes
-// it to the model, and the model's answer comes back as new edges and a repaint.
+// which reads them from the settings model; a drag step hands the dialog one rectangle, the dialog
+// writes it to the model, and the model's answer comes back as new edges and a repaint.
 //
-// Page millimetres and view pixels meet in one pair of functions, viewFromPage / pageFromView.
+// The view owns the one mapping between the setting, the page and its pixels (TwPreviewMapping):
+// the window tells it how the page lies, the zoom sets its scale.
 #pragma once
 
 #include "TwPreviewGeometry.h"
+#include "TwPreviewMapping.h"
 
 #include <QCursor>
 #include <QImage>
 #include <QPointer>
 #include <QWidget>
 
+#include <array>
+#include <memory>
+
 class QScrollArea;
 class TwDlgPreview;
+class TwPreviewTool;
+class TwSelectTool;
 
 class TwPreviewView : public QWidget {
     Q_OBJECT
 public:
     enum OpMode { kOpSelect = 0, kOpHand = 1, kOpZoomIn = 2, kOpZoomOut = 3 };
+    // Outlines and the band are this wide (view pixels) at every zoom.
+    static constexpr double kOutlineWidth = 3.0;
 
     explicit TwPreviewView(QWidget* parent = nullptr);
+    ~TwPreviewView() override;
 
     void setDlgParent(TwDlgPreview* dialog) { m_dlgParent = dialog; }
+    TwDlgPreview* dlgParent() const { return m_dlgParent; }
     // The page shown; a null image leaves the page white. The image is shared, not copied.
     void setScanImage(const QImage& image);
     const QImage& scanImage() const { return m_imageScan; }
+
+    // ---- Coordinates ----
+
+    const TwPreviewMapping& mapping() const { return m_mapping; }
+    // How the page lies. A new page size keeps the zoom step and lays the view out again.
+    void setPlacement(const TwPagePlacement& placement);
 
     // Edges of the selected area, in page millimetres as shown; set by the dialog from the model.
     void setAreaEdges(const TwAreaEdges& edges);
     const TwAreaEdges& areaEdges() const { return m_areaEdges; }
 
+    // ---- Tools and cursors ----
+
+    // The tool that takes the mouse (OpMode).
     void setOpMode(int mode);
     int opMode() const { return m_opMode; }
-    // The zone grabbed at the last mouse-down in the select tool (TwAreaZone).
-    int subOpMode() const { return m_subOpMode; }
+    // The zone grabbed at the last press of the select tool (TwAreaZone).
+    int subOpMode() const;
     // The cursor of the current tool, and the three cursors of the area's hit zones.
     void setToolCursor(const QCursor& cursor);
+    const QCursor& toolCursor() const { return m_cursor; }
     void setCursorResizeMove(const QCursor& cursor) { m_cursorResizeMove = cursor; }
     void setCursorResizeRightDown(const QCursor& cursor) { m_cursorResizeRightDown = cursor; }
     void setCursorResizeRightUp(const QCursor& cursor) { m_cursorResizeRightUp = cursor; }
+    const QCursor& cursorResizeMove() const { return m_cursorResizeMove; }
+    const QCursor& cursorResizeRightDown() const { return m_cursorResizeRightDown; }
+    const QCursor& cursorResizeRightUp() const { return m_cursorResizeRightUp; }
+    // The scroll area the view sits in; null outside one.
+    QScrollArea* scrollArea() const;
 
     // ---- Zoom ----
 
@@ -54,23 +80,22 @@ public:
     // Zoom step n of ZoomRates; the point in the middle of the visible part stays there.
     void doZoom(int index);
     void doZoomFit();
-    int zoomIndex() const { return m_zoomIndex; }
-    float initedRate() const { return m_initedRate; }
-    QSizeF paperSize() const { return m_paperSize; }
-    // View pixels per page millimetre at the current step.
-    double scale() const { return double(m_initedRate) * double(ZoomRates[std::size_t(m_zoomIndex)]); }
-
-    QPointF viewFromPage(QPointF page) const;
-    QPointF pageFromView(QPointF view) const;
-    QRectF viewFromPage(const QRectF& page) const;
+    int zoomIndex() const { return m_mapping.zoomIndex(); }
+    float initedRate() const { return m_mapping.fitRate(); }
 
     // ---- Hit zones and cursors ----
 
-    // The zones around the selected area's edges, four view pixels to each side.
+    // The select tool's zones around the selected area's edges, four view pixels to each side.
     void MakeCursorAreaList();
-    const TwCursorAreaList& cursorAreaList() const { return m_cursorAreaList; }
+    const TwCursorAreaList& cursorAreaList() const;
     // Rebuilds the zones (select tool) and shows the cursor for where the pointer is.
     void resetCursorRects();
+
+signals:
+    // A page was handed to the view (setScanImage), a null one included.
+    void scanImageChanged();
+    // The selected area's edges are new.
+    void areaEdgesChanged();
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -79,7 +104,6 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
-    QScrollArea* scrollArea() const;
     // The part of the view the scroll area shows, in view pixels.
     QRect visibleRect() const;
     void resizeToScale();
@@ -87,26 +111,20 @@ private:
     // The page picture at the current scale, for at least the given part of the view.
     void ensurePageCache(const QRect& needed);
     void showCursorAt(QPointF pagePoint);
-    void dragHand(QMouseEvent* event);
+    TwPreviewTool& tool() const { return *m_tools[std::size_t(m_opMode)]; }
 
     QPointer<TwDlgPreview> m_dlgParent;
+    TwPreviewMapping m_mapping;
+    std::array<std::unique_ptr<TwPreviewTool>, 4> m_tools; // by OpMode
+    TwSelectTool* m_select = nullptr;                      // m_tools[kOpSelect]
     QImage m_imageScan;
     QImage m_pageCache; // the page at the current scale over m_pageCacheRect
     QRect m_pageCacheRect;
     TwAreaEdges m_areaEdges;
-    TwCursorAreaList m_cursorAreaList{};
     QCursor m_cursor;
     QCursor m_cursorResizeMove;
     QCursor m_cursorResizeRightDown;
     QCursor m_cursorResizeRightUp;
-    QPointF m_ptDown;
-    QPointF m_ptDrag;
-    QPoint m_handLast; // the pointer in the scroll area's viewport, for the hand tool
+    TwPreviewTool* m_grabbed = nullptr; // the tool that took the press, while the button is held
     int m_opMode = kOpSelect;
-    int m_subOpMode = kZoneNone;
-    int m_zoomIndex = 0;
-    bool m_bDraged = false;
-    bool m_buttonDown = false;
-    float m_initedRate = 1.0f;
-    QSizeF m_paperSize;
 };

@@ -431,6 +431,11 @@ TwOwnedDIB& TwOwnedDIB::operator=(TwOwnedDIB&& other) noexcept {
     return *this;
 }
 
+void* TwOwnedDIB::release() {
+    m_length = 0;
+    return std::exchange(m_dib, nullptr);
+}
+
 // ---- Memory handles ------------------------------------------------------------------------------
 
 TwHandle TwMemAlloc(std::uint32_t size) {

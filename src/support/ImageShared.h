@@ -144,6 +144,8 @@ public:
     void* data() { return m_dib; }
     std::size_t length() const { return m_length; }
     explicit operator bool() const { return m_dib != nullptr; }
+    // Gives the block up: the caller frees it with free(). No bitmap is left.
+    void* release();
 
 private:
     void* m_dib = nullptr;

@@ -1,10 +1,12 @@
 // The prescan preview driven from the controller's Prescan with the sample scanner and synthetic
-// pages handed back by the callback: the window and its pages, overlays in either unit, drags with
-// the mouse (edges, crossing, the move at the border, a new area), zoom, the area list, the side
-// choice, the ratios, rescans and closing, modal and modeless, and display-only use. The plane
-// geometry beneath, which needs no window: the mapping of mirrored and duplex back pages, the hit
-// zones, the edges a drag gives (crossing edges, the move kept on the page, the rectangle handed
-// on) and the fit rate.
+// pages handed back by the callback: the window and its pages, overlays in either unit, the area
+// table against the sample's model, the tools with the mouse (edges, crossing, the move at the
+// border, a new area, the hand, zoom steps), one refresh and one paint per drag step, one page
+// handed over per prescan, the area list, the side choice, the ratios, rescans and closing, modal
+// and modeless, and display-only use. Pages made of bitmaps without a copy, and bad bitmaps. The
+// plane geometry beneath, which needs no window: the mapping between the setting, the page shown
+// and the view (mirrored and duplex back pages, units, zoom), the hit zones, the edges a drag gives
+// (crossing edges, the move kept on the page, the rectangle handed on) and the fit rate.
 #include "PreviewPages.h"
 #include "SampleFixture.h"
 #include "TwDlgPreview.h"
@@ -58,6 +60,42 @@ std::uint16_t prescanCallback(std::uint16_t event, void* data) {
     return 0;
 }
 
+// Counts the paints of a widget while it lives.
+class PaintCount : public QObject {
+public:
+    explicit PaintCount(QWidget* widget) { widget->installEventFilter(this); }
+    int paints = 0;
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint)
+            ++paints;
+        return false;
+    }
+};
+
+// A bitmap of the given depth as a data source makes it (header, palette, rows top down, each
+// padded to whole words), width x height pixels with a pattern that differs by row and column and
+// padding bytes of 0xAB; an 8-bit palette is the grey ramp or, when colours is set, a spread of
+// colours. The caller frees it with free().
+void* makePatternBitmap(int bits, int width, int height, bool colours, std::size_t* length) {
+    const std::optional<TwDibLayout> layout = TwDibLayoutFor(width, height, bits);
+    *length = std::size_t(layout->totalSize());
+    auto* dib = static_cast<unsigned char*>(std::malloc(*length));
+    std::memset(dib, 0xAB, *length);
+    SetDIBHeader(dib, width, height, 0, 150, std::uint16_t(bits));
+    if (bits == 8 && colours)
+        for (int i = 0; i < 256; ++i) {
+            const TwRGBQuad entry{std::uint8_t(i * 7), std::uint8_t(255 - i), std::uint8_t(i * 3 + 40), 0};
+            std::memcpy(dib + 40 + 4 * i, &entry, 4);
+        }
+    for (int y = 0; y < height; ++y) {
+        unsigned char* rowBytes = dib + layout->headerSize + std::size_t(y) * layout->stride;
+        const int packed = (width * bits + 7) / 8;
+        for (int x = 0; x < packed; ++x)
+            rowBytes[x] = std::uint8_t(x * 13 + y * 29 + (y == 0 ? 200 : 0));
+    }
+    return dib;
+}
+
 } // namespace
 
 class TestPreview : public QObject {
@@ -80,10 +118,10 @@ class TestPreview : public QObject {
                  {"temp.Area.Front.L1.Width", mm.width()},
                  {"temp.Area.Front.L1.Length", mm.height()}});
     }
-    static QPoint at(const TwPreviewView* v, QPointF mm) { return v->viewFromPage(mm).toPoint(); }
+    static QPoint at(const TwPreviewView* v, QPointF mm) { return v->mapping().viewFromPage(mm).toPoint(); }
     // The pointer moved over the view with no button down.
     static void hover(TwPreviewView* v, QPointF mm) {
-        const QPointF p = v->viewFromPage(mm);
+        const QPointF p = v->mapping().viewFromPage(mm);
         QMouseEvent move(QEvent::MouseMove, p, v->mapToGlobal(p), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
         QCoreApplication::sendEvent(v, &move);
     }
@@ -194,7 +232,7 @@ private slots:
         for (QPointF point : path.mid(1))
             QTest::mouseMove(v, at(v, point));
         QTest::mouseRelease(v, Qt::LeftButton, {}, at(v, path.last()));
-        const double mm = 1.5 / v->scale(), perUnit = unit == 0 ? 25.4 : 1.0;
+        const double mm = 1.5 / v->mapping().scale(), perUnit = unit == 0 ? 25.4 : 1.0;
         for (const QString& item : written.split(' ')) {
             const QString key = item.section('=', 0, 0);
             const double actual = value(*ui, qPrintable(key));
@@ -243,26 +281,54 @@ private slots:
         QScrollArea* area = p->sclPreview();
         QTest::mouseClick(p->segControl()->buttons()[2], Qt::LeftButton);
         QCOMPARE(v->opMode(), int(TwPreviewView::kOpZoomIn));
-        const double fit = v->scale();
+        const double fit = v->mapping().scale();
         for (int i = 0; i < 7; ++i)
             QTest::mouseClick(v, Qt::LeftButton, {}, QPoint(v->width() / 2, v->height() / 2));
         QCOMPARE(v->zoomIndex(), kZoomIndexMax);
-        QVERIFY(near(v->scale(), fit * 8, 1e-6));
-        const QPointF centre = v->pageFromView(
-            QPointF(area->horizontalScrollBar()->value(), area->verticalScrollBar()->value()) +
-            QPointF(area->viewport()->width(), area->viewport()->height()) / 2);
+        QVERIFY(near(v->mapping().scale(), fit * 8, 1e-6));
+        // The page point in the middle of the visible part.
+        auto visibleCentre = [&] {
+            return v->mapping().pageFromView(
+                QPointF(area->horizontalScrollBar()->value(), area->verticalScrollBar()->value()) +
+                QPointF(area->viewport()->width(), area->viewport()->height()) / 2);
+        };
+        auto text = [](QPointF c) {
+            return u"%1, %2"_s.arg(c.x()).arg(c.y());
+        };
+        const QPointF centre = visibleCentre();
         QVERIFY2(near(centre.x(), p->GetCurrentPaperSize().width() / 2, 2) &&
                      near(centre.y(), p->GetCurrentPaperSize().height() / 2, 2),
-                 qPrintable(u"%1, %2"_s.arg(centre.x()).arg(centre.y())));
+                 qPrintable(text(centre)));
 
         // The hand scrolls the page with the pointer.
         QTest::mouseClick(p->segControl()->buttons()[1], Qt::LeftButton);
+        QCOMPARE(v->opMode(), int(TwPreviewView::kOpHand));
         const int before = area->horizontalScrollBar()->value();
-        const QPoint grab = v->mapFrom(area->viewport(), QPoint(100, 100));
-        QTest::mousePress(v, Qt::LeftButton, {}, grab);
-        QTest::mouseMove(v, grab + QPoint(40, 0));
-        QTest::mouseRelease(v, Qt::LeftButton, {}, grab + QPoint(40, 0));
+        const int beforeDown = area->verticalScrollBar()->value();
+        // Where the pointer is over the scroll area: the view moves under it.
+        auto over = [&](QPoint inViewport) {
+            return v->mapFrom(area->viewport(), inViewport);
+        };
+        QTest::mousePress(v, Qt::LeftButton, {}, over(QPoint(100, 100)));
+        QTest::mouseMove(v, over(QPoint(140, 100)));
+        QTest::mouseMove(v, over(QPoint(140, 75)));
+        QTest::mouseRelease(v, Qt::LeftButton, {}, over(QPoint(140, 75)));
         QCOMPARE(area->horizontalScrollBar()->value(), before - 40);
+        QCOMPARE(area->verticalScrollBar()->value(), beforeDown + 25);
+
+        // Off the page's middle now, each step out and in keeps the middle where it is (within the
+        // rounding of a pixel or two), wherever the click lands.
+        const QPointF scrolled = visibleCentre();
+        QVERIFY(!near(scrolled.x(), centre.x(), 1));
+        for (int tool : {3, 2}) {
+            QTest::mouseClick(p->segControl()->buttons()[tool], Qt::LeftButton);
+            QTest::mouseClick(v, Qt::LeftButton, {}, v->mapFrom(area->viewport(), QPoint(30, 40)));
+            QCOMPARE(v->zoomIndex(), tool == 3 ? kZoomIndexMax - 1 : kZoomIndexMax);
+            const QPointF now = visibleCentre();
+            QVERIFY2(near(now.x(), scrolled.x(), 2 / v->mapping().scale()) &&
+                         near(now.y(), scrolled.y(), 2 / v->mapping().scale()),
+                     qPrintable(text(now) + " after " + text(scrolled)));
+        }
 
         QTest::mouseClick(p->segControl()->buttons()[3], Qt::LeftButton);
         for (int i = 0; i < 7; ++i)
@@ -272,7 +338,7 @@ private slots:
         QTest::mouseClick(v, Qt::LeftButton, {}, QPoint(10, 10));
         QTest::mouseClick(p->btnZoomFit(), Qt::LeftButton);
         QCOMPARE(v->zoomIndex(), 0);
-        QCOMPARE(v->scale(), double(fitRate(p->GetCurrentPaperSize(), QSizeF(area->size()))));
+        QCOMPARE(v->mapping().scale(), double(fitRate(p->GetCurrentPaperSize(), QSizeF(area->size()))));
     }
 
     // ---- Area list and sides ----
@@ -410,11 +476,91 @@ private slots:
                 ++runs.last();
             }
             QVERIFY2(runs.size() >= 10, qPrintable(QString("%1 runs").arg(runs.size())));
-            const double dash = 2.0 * v->scale();
+            const double dash = 2.0 * v->mapping().scale();
             for (int run : runs.mid(1, runs.size() - 2))
                 QVERIFY2(std::abs(run - dash) <= 1.5,
                          qPrintable(QString("run %1, dash %2").arg(run).arg(dash)));
         }
+    }
+
+    // A drag step hands the window one rectangle; it writes X, Y, width and length, each validated
+    // by the model, and follows once: one new set of edges and one paint per step, whether the
+    // step moves the area or drags an edge or a corner. The drag flag is up while the button is.
+    void oneRefreshAndOnePaintPerDragStep_data() {
+        // grab: where the main area (0, 0, 100 x 100 mm) is pressed; step: mm per move, five moves
+        // after: where it ends (a dragged edge trails the pointer by one move)
+        columns<QPointF, QPointF, QString>("grab", "step", "after");
+        row("moved", QPointF(50, 50), QPointF(3, 2), "temp.Area.Front.X=15 temp.Area.Y=10");
+        row("right edge", QPointF(100, 50), QPointF(4, 0), "temp.Area.Width=116 temp.Area.Length=100");
+        row("bottom right corner", QPointF(100, 100), QPointF(2, 5),
+            "temp.Area.Width=108 temp.Area.Length=120");
+    }
+    void oneRefreshAndOnePaintPerDragStep() {
+        auto [grab, step, after] = fetch<QPointF, QPointF, QString>("grab", "step", "after");
+        auto ui = shown();
+        set(*ui, {{"temp.Area.Width", 100.0}, {"temp.Area.Length", 100.0}});
+        TwDlgPreview* p = prescan(*ui);
+        TwPreviewView* v = p->viewPreview();
+        QCoreApplication::processEvents();
+        QSignalSpy edges(v, &TwPreviewView::areaEdgesChanged);
+        PaintCount painted(v);
+        QTest::mousePress(v, Qt::LeftButton, {}, at(v, grab));
+        for (int i = 1; i <= 5; ++i) {
+            QCoreApplication::processEvents();
+            edges.clear();
+            painted.paints = 0;
+            QTest::mouseMove(v, at(v, grab + step * i));
+            QCoreApplication::processEvents();
+            QVERIFY(ui->dataForKeyPath("temp.InMouseDragChangeArea").boolValue());
+            // A dragged edge goes to the previous position: on the first move, where it was
+            // pressed, which is the edge itself give or take a pixel.
+            const bool edgeChanged = edges.count() == 1 || (i == 1 && edges.count() == 0 && grab.x() == 100);
+            QVERIFY2(edgeChanged, qPrintable(u"step %1: %2 edge changes"_s.arg(i).arg(edges.count())));
+            QVERIFY2(painted.paints == 1, qPrintable(u"step %1: %2 paints"_s.arg(i).arg(painted.paints)));
+        }
+        QTest::mouseRelease(v, Qt::LeftButton, {}, at(v, grab + step * 5));
+        QVERIFY(!ui->dataForKeyPath("temp.InMouseDragChangeArea").boolValue());
+        const double tolerance = 1.5 / v->mapping().scale();
+        for (const QString& item : after.split(' ')) {
+            const double actual = value(*ui, qPrintable(item.section('=', 0, 0)));
+            QVERIFY2(near(actual, item.section('=', 1).toDouble(), tolerance),
+                     qPrintable(item + " is " + QString::number(actual)));
+        }
+        const QRectF area(value(*ui, "temp.Area.Front.X"), value(*ui, "temp.Area.Y"),
+                          value(*ui, "temp.Area.Width"), value(*ui, "temp.Area.Length"));
+        QVERIFY(near(v->areaEdges().right, area.right(), 1e-4));
+        QVERIFY(near(v->areaEdges().bottom, area.bottom(), 1e-4));
+    }
+
+    // Opening hands the view its page once and makes the area list once; choosing the back hands
+    // over the back page, and a rescan the new page of the side shown, once each.
+    void onePageHandOverAndOneAreaListPerPrescan() {
+        auto ui = shown();
+        set(*ui, "Data.PaperSource", 1);
+        placeSubArea(*ui, QRectF(10, 10, 40, 20));
+        TwDlgPreview* p = prescan(*ui);
+        QVERIFY(p);
+        ui->controllerIfMade()->closePreview();
+        TwPreviewView* v = p->viewPreview();
+        QSignalSpy handed(v, &TwPreviewView::scanImageChanged);
+        QSignalSpy listed(p->cmbArea()->model(), &QAbstractItemModel::rowsInserted);
+        QCOMPARE(prescan(*ui), p);
+        QVERIFY(p->isVisible());
+        QCOMPARE(handed.count(), 1);
+        QCOMPARE(v->scanImage().cacheKey(), p->imageFront().cacheKey());
+        QCOMPARE(p->cmbArea()->count(), 2);
+        QCOMPARE(listed.count(), 2); // one row inserted per entry, once
+
+        handed.clear();
+        QTest::mouseClick(p->segSide()->buttons()[1], Qt::LeftButton);
+        QCOMPARE(handed.count(), 1);
+        QCOMPARE(v->scanImage().cacheKey(), p->imageBack().cacheKey());
+        const qint64 oldBack = p->imageBack().cacheKey();
+        handed.clear();
+        ui->previewCoordinator()->rescan();
+        QCOMPARE(handed.count(), 1);
+        QVERIFY(v->scanImage().cacheKey() != oldBack);
+        QCOMPARE(v->scanImage().cacheKey(), p->imageBack().cacheKey());
     }
 
     // On a large desktop, a small one and at twice the scale, the preview comes up wholly on the
@@ -662,12 +808,15 @@ private slots:
     // A bitmap whose header claims more than it holds, or too short for a header, is refused and
     // freed; so is one with a compression Qt's reader does not know; nothing crashes.
     void aBrokenBitmapShowsNoPage_data() {
-        QTest::addColumn<int>("front");
-        row("lying header", int(Front::LyingHeader));
-        row("too short", int(Front::TooShort));
+        columns<int, QString>("front", "logged");
+        row("lying header", int(Front::LyingHeader),
+            "ERROR: CreateBMPFileHeader: a 248 x 351 bitmap of 24 bits needs 261184 bytes; the buffer "
+            "holds 60");
+        row("too short", int(Front::TooShort),
+            "ERROR: CreateBMPFileHeader: a buffer of 8 bytes cannot hold a bitmap header");
     }
     void aBrokenBitmapShowsNoPage() {
-        QFETCH(int, front);
+        auto [front, logged] = fetch<int, QString>("front", "logged");
         auto ui = shown();
         g_pages.front = Front(front);
         g_pages.back = false;
@@ -675,12 +824,45 @@ private slots:
         QVERIFY(p);
         QVERIFY(p->isVisible());
         QVERIFY(p->imageFront().isNull());
+        QVERIFY2(sample.logText().contains(logged), qPrintable(sample.logText()));
         std::uint32_t length = 0;
         TwOwnedDIB odd(makePageBitmap(8, 8, 3937, Qt::red, QString(), &length), length);
         const std::uint32_t compression = 77;
         std::memcpy(static_cast<char*>(odd.data()) + 16, &compression, 4);
-        QVERIFY(CreateImage(odd).isNull());
+        QVERIFY(CreateImage(std::move(odd)).isNull());
         p->grab(); // paints a white page
+    }
+
+    // Uncompressed 8-bit (grey or colour palette) and 24-bit bitmaps become pictures without a
+    // copy: the picture's rows are the bitmap's block, padded rows included, and it looks as Qt's
+    // BMP reader reads the bitmap. Other depths are read.
+    void bitmapsBecomePicturesWithoutACopy_data() {
+        columns<int, bool, int, bool>("bits", "colours", "format", "wrapped");
+        row("24 bits", 24, false, int(QImage::Format_BGR888), true);
+        row("8 bits, grey palette", 8, false, int(QImage::Format_Grayscale8), true);
+        row("8 bits, colour palette", 8, true, int(QImage::Format_Indexed8), true);
+        row("1 bit: read", 1, false, int(QImage::Format_Mono), false);
+        row("32 bits: read", 32, false, int(QImage::Format_RGB32), false);
+    }
+    void bitmapsBecomePicturesWithoutACopy() {
+        auto [bits, colours, format, wrapped] =
+            fetch<int, bool, int, bool>("bits", "colours", "format", "wrapped");
+        constexpr int width = 37, height = 23; // rows of 111 or 37 bytes, padded to 112 or 40
+        std::size_t length = 0;
+        void* dib = makePatternBitmap(bits, width, height, colours, &length);
+        const QImage read = ReadBitmapImage(dib, length);
+        QVERIFY(!read.isNull());
+        const auto layout = TwDibLayoutOf(dib, length, "test");
+        const auto* rows = static_cast<const uchar*>(dib) + layout->headerSize;
+        const QImage picture = CreateImage(TwOwnedDIB(dib, length));
+        QCOMPARE(int(picture.format()), format);
+        QCOMPARE(picture.size(), QSize(width, height));
+        QCOMPARE(picture.constBits() == rows, wrapped);
+        if (wrapped)
+            QCOMPARE(picture.bytesPerLine(), qsizetype(layout->stride));
+        QCOMPARE(picture.convertToFormat(QImage::Format_ARGB32), read.convertToFormat(QImage::Format_ARGB32));
+        if (bits == 8)
+            QCOMPARE(picture.pixel(1, 0), read.pixel(1, 0)); // the first row is the top one
     }
 
     // The five cursor pictures come from the module's bundle with their hot spots.
@@ -707,14 +889,66 @@ private slots:
     void pointsMapByMirrorAndDuplexBack() {
         auto [duplexType, mirror, front, expected] =
             fetch<int, bool, bool, QPointF>("duplexType", "mirror", "front", "expected");
-        const TwPageMapping m{kA4, duplexType, mirror, front};
-        QCOMPARE(Data2ScreenPoint(m, QPointF(10, 20)), expected);
-        QCOMPARE(Data2ScreenPoint(m, expected), QPointF(10, 20)); // its own inverse
+        const TwPreviewMapping m({.page = kA4, .front = front, .mirror = mirror, .duplexType = duplexType});
+        QCOMPARE(m.Data2ScreenPoint(QPointF(10, 20)), expected);
+        QCOMPARE(m.Data2ScreenPoint(expected), QPointF(10, 20)); // its own inverse
         // A rectangle keeps a positive size and comes back as it was.
         const QRectF rect(10, 20, 50, 30);
-        const QRectF shown = Data2ScreenRect(m, rect);
+        const QRectF shown = m.Data2ScreenRect(rect);
         QCOMPARE(shown.size(), rect.size());
-        QCOMPARE(Data2ScreenRect(m, shown), rect);
+        QCOMPARE(m.Screen2DataRect(shown), rect);
+    }
+
+    // One mapping from the setting's unit to the page as shown to the view's pixels and back, for
+    // every side, mirror, duplex type, unit and a few zoom steps: a rectangle lands where the
+    // turns put it, at the zoom's scale, and comes back as it was.
+    void theMappingRoundTrips_data() {
+        columns<bool, bool, int, bool, int>("front", "mirror", "duplexType", "inch", "zoom");
+        for (bool front : {true, false})
+            for (bool mirror : {false, true})
+                for (int duplexType : {0, 1, 2})
+                    for (bool inch : {false, true})
+                        for (int zoom : {0, 3, kZoomIndexMax})
+                            row(qPrintable(u"%1%2, duplex %3, %4, zoom %5"_s.arg(front ? "front" : "back")
+                                               .arg(mirror ? " mirrored" : "")
+                                               .arg(duplexType)
+                                               .arg(inch ? "inches" : "mm")
+                                               .arg(zoom)),
+                                front, mirror, duplexType, inch, zoom);
+    }
+    void theMappingRoundTrips() {
+        auto [front, mirror, duplexType, inch, zoom] =
+            fetch<bool, bool, int, bool, int>("front", "mirror", "duplexType", "inch", "zoom");
+        TwPreviewMapping m({kA4, inch, front, mirror, duplexType});
+        m.setFitRate(2.5f);
+        m.setZoomIndex(zoom);
+        const double scale = 2.5 * ZoomRates[std::size_t(zoom)];
+        QCOMPARE(m.scale(), scale);
+        const double perUnit = inch ? 25.4 : 1.0;
+        auto near4 = [](const QRectF& a, const QRectF& b, double tolerance) {
+            return near(a.x(), b.x(), tolerance) && near(a.y(), b.y(), tolerance) &&
+                   near(a.width(), b.width(), tolerance) && near(a.height(), b.height(), tolerance);
+        };
+        auto text = [](const QRectF& r) {
+            return u"%1, %2, %3 x %4"_s.arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height());
+        };
+        // 30, 40 mm from the fed page's top left, 50 x 20 mm, as the setting holds it in the unit.
+        const QRectF setting(30 / perUnit, 40 / perUnit, 50 / perUnit, 20 / perUnit);
+        // The back of duplex type 1 is turned half round; a mirror turns left and right once more.
+        const bool halfTurn = duplexType == 1 && !front;
+        const bool acrossTurned = mirror != halfTurn;
+        const QRectF expected(acrossTurned ? 210 - 30 - 50 : 30, halfTurn ? 297 - 40 - 20 : 40, 50, 20);
+        const QRectF page = m.pageFromSetting(setting);
+        QVERIFY2(near4(page, expected, 1e-9), qPrintable(text(page)));
+        const QRectF view = m.viewFromPage(page);
+        QVERIFY2(near4(view, QRectF(expected.topLeft() * scale, expected.size() * scale), 1e-9),
+                 qPrintable(text(view)));
+        const QRectF pageAgain(m.pageFromView(view.topLeft()), m.pageFromView(view.bottomRight()));
+        QVERIFY2(near4(m.settingFromPage(pageAgain), setting, 1e-9),
+                 qPrintable(text(m.settingFromPage(pageAgain))));
+        QVERIFY(near(m.millimetres(m.settingValue(123.4)), 123.4, 1e-12));
+        QCOMPARE(m.millimetres(1.0), perUnit);
+        QVERIFY(near(m.pageLength(4.0), 4.0 / scale, 1e-12));
     }
 
     // Zones are d wide on each side of every edge; a mouse-down takes the first zone, the cursor
