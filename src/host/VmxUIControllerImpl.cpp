@@ -54,7 +54,6 @@ VmxUIControllerImpl::~VmxUIControllerImpl() {
             _dlgController->close();
             logControllerUseCount("dealloc");
             _dlgController.reset();
-            m_previewCoordinator = nullptr;
         });
     }
     _DialogData.reset();
@@ -234,16 +233,20 @@ void VmxUIControllerImpl::getPaperFrame(TwPaperFrame* frame) {
         _DialogData->getPaperFrame(frame);
 }
 
+TwPreviewCoordinator* VmxUIControllerImpl::previewCoordinator() const {
+    TwainDialogController* c = controllerIfMade();
+    // The facade gives every controller it makes a coordinator as its preview service.
+    return c ? static_cast<TwPreviewCoordinator*>(c->previewService()) : nullptr;
+}
+
 TwainDialogController* VmxUIControllerImpl::controller() {
     std::lock_guard lock(m_controllerLock);
     if (!_dlgController) {
         _dlgController = std::make_unique<TwainDialogController>();
         TwainDialogController* c = _dlgController.get();
-        auto coordinator = std::make_unique<TwPreviewCoordinator>(c, [c](TwPreviewRecord& record) {
+        c->setPreviewService(std::make_unique<TwPreviewCoordinator>(c, [c](TwPreviewRecord& record) {
             return c->hasCallback() && c->sendEvent(kVmxEventPreviewRescan, &record) == 0;
-        });
-        m_previewCoordinator = coordinator.get();
-        c->setPreviewService(std::move(coordinator));
+        }));
         // The controller lives on the GUI thread whoever asked for it first.
         if (auto* app = QCoreApplication::instance())
             if (_dlgController->thread() != app->thread())

@@ -90,7 +90,7 @@ public:
         return _dlgController.get();
     }
     // What shows the controller's prescans and continue-scan pages, once the controller is made.
-    TwPreviewCoordinator* previewCoordinator() const { return m_previewCoordinator; }
+    TwPreviewCoordinator* previewCoordinator() const;
     // Wakes the GUI loop after a modal run was stopped; counts the wake-ups.
     void simulateMouseEvent();
     int wakeUpsPosted() const { return m_wakeUps; }
@@ -122,7 +122,6 @@ private:
 
     mutable std::mutex m_controllerLock; // guards the creation of the dialog controller
     std::unique_ptr<TwainDialogController> _dlgController;
-    TwPreviewCoordinator* m_previewCoordinator = nullptr; // owned by the controller
     bool m_holdsApplication = false;
     int m_wakeUps = 0;
     std::shared_ptr<TwainDialogData> _DialogData;

@@ -196,14 +196,10 @@ QIcon TwDlgPreview::areaImage(bool front, std::int16_t id) const {
     return m_areaImages.value(swatchKey(front, id));
 }
 
-TwainDialogData* TwDlgPreview::model() const {
-    return dialogData();
-}
-
 // ---- Units and coordinates -----------------------------------------------------------------------
 
 QRectF TwDlgPreview::settingRect(const TwAreaInfo& row) const {
-    TwainDialogData* m = model();
+    TwainDialogData* m = dialogData();
     if (!m)
         return {};
     auto value = [m](const char* keyPath) {
@@ -213,12 +209,12 @@ QRectF TwDlgPreview::settingRect(const TwAreaInfo& row) const {
 }
 
 bool TwDlgPreview::IsEnableArea() {
-    TwainDialogData* m = model();
+    TwainDialogData* m = dialogData();
     return m && m->valueForKeyPath("enable.Area.Front").boolValue();
 }
 
 QSizeF TwDlgPreview::GetCurrentPaperSize() {
-    TwainDialogData* m = model();
+    TwainDialogData* m = dialogData();
     if (displayOnly() || !m || !IsEnableArea())
         return sizeFromScanImage();
     TwSize paper = m->GetCurrentPaperSizeInCurrentOrientation();
@@ -229,7 +225,7 @@ void TwDlgPreview::updateMapping() {
     TwPagePlacement placement;
     placement.page = GetCurrentPaperSize();
     placement.front = m_bFront;
-    if (TwainDialogData* m = model()) {
+    if (TwainDialogData* m = dialogData()) {
         placement.unitIsInch = m->AreaUnitIsInch();
         placement.duplexType = int(m->valueForKeyPath("Data.Layout.DuplexType").intValue());
         placement.mirror = m->valueForKeyPath("Data.Image.Mirror").boolValue();
@@ -256,7 +252,7 @@ QRectF TwDlgPreview::Screen2DataRect(const QRectF& rect) {
 // ---- Areas ---------------------------------------------------------------------------------------
 
 bool TwDlgPreview::GetAreas(std::vector<TwAreaOverlay>& areas) {
-    TwainDialogData* m = model();
+    TwainDialogData* m = dialogData();
     if (displayOnly() || !m)
         return true;
     const bool subAreas = m->valueForKeyPath("enable.Area.SubArea").boolValue();
@@ -289,7 +285,7 @@ void TwDlgPreview::setSelectedArea(std::int16_t area) {
 
 void TwDlgPreview::setSelectedArea() {
     const TwAreaInfo* row = selectedRecord();
-    if (row && model()) {
+    if (row && dialogData()) {
         const QRectF rect = mapping().pageFromSetting(settingRect(*row));
         // Single precision, as the view keeps its edges.
         ui->viewPreview->setAreaEdges({double(float(rect.left())), double(float(rect.top())),
@@ -300,7 +296,7 @@ void TwDlgPreview::setSelectedArea() {
 }
 
 void TwDlgPreview::ModifyArea(const QRectF& rect) {
-    TwainDialogData* m = model();
+    TwainDialogData* m = dialogData();
     const TwAreaInfo* row = selectedRecord();
     if (!m || !row)
         return;
@@ -320,23 +316,23 @@ void TwDlgPreview::ModifyArea(const QRectF& rect) {
 }
 
 void TwDlgPreview::SetInMouseDrag(bool dragging) {
-    if (TwainDialogData* m = model())
+    if (TwainDialogData* m = dialogData())
         m->myChangeValue(TwValue(dragging), kInMouseDrag);
 }
 
 bool TwDlgPreview::GetInMouseDrag() {
-    TwainDialogData* m = model();
+    TwainDialogData* m = dialogData();
     return m && m->valueForKeyPath(kInMouseDrag).boolValue();
 }
 
 void TwDlgPreview::ValidateAreaRect() {
-    if (TwainDialogData* m = model())
+    if (TwainDialogData* m = dialogData())
         m->ValidateAreaRectAll();
 }
 
 void TwDlgPreview::ResetAreaContent() {
     m_areaList.clear();
-    TwainDialogData* m = model();
+    TwainDialogData* m = dialogData();
     if (displayOnly() || !m)
         return;
     for (const TwAreaInfo& row : Comb_AreaInfo) {
@@ -387,7 +383,7 @@ void TwDlgPreview::setEnableSide() {
         return;
     sides[0]->setEnabled(true);
     bool back = false;
-    if (TwainDialogData* m = model(); m && !displayOnly()) {
+    if (TwainDialogData* m = dialogData(); m && !displayOnly()) {
         const std::int64_t source = m->valueForKeyPath("Data.PaperSource").intValue();
         back = (source == 1 || source == 4 || source == 5) && hasBackPage();
     }
@@ -412,7 +408,7 @@ void TwDlgPreview::ChangeSide() {
 }
 
 void TwDlgPreview::SetSideBottomLable(int side) {
-    TwainDialogData* m = model();
+    TwainDialogData* m = dialogData();
     const bool back = side == 1;
     auto percent = [](double value) {
         return QString::asprintf("%.2f(%%)", value);
@@ -554,7 +550,7 @@ void TwDlgPreview::bindControlAll() {
     setEnableSide();
     setSelectedSide(0);
     ChangeSide();
-    TwainDialogData* m = model();
+    TwainDialogData* m = dialogData();
     if (displayOnly() || !m)
         return;
     TwResponderBinding* binding = responderBinding();

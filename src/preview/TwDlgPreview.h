@@ -62,7 +62,7 @@ public:
     explicit TwDlgPreview(QWidget* parent = nullptr);
     ~TwDlgPreview() override;
 
-    // ---- From the controller ----
+    // ---- From the coordinator ----
 
     void setPrescanImage(TwOwnedDIB front, TwOwnedDIB back) override;
     void showWindow() override;
@@ -142,7 +142,6 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    TwainDialogData* model() const;
     const TwAreaInfo* selectedRecord() const;
     // The view's mapping, and telling it how the page lies now (page, side, mirror, duplex
     // type, unit).

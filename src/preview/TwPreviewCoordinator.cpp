@@ -7,14 +7,23 @@
 #include "TwPanelHost.h"
 #include "TwainDialogData.h"
 
+#include <QSizeF>
 #include <QTimer>
 
+#include <optional>
 #include <utility>
 
 namespace {
 constexpr int kSessionPoll = 200;        // ms
 constexpr int kPreviewGap = 10;          // points between the dialog and the preview
 constexpr int kContinueScanPageGap = 10; // points between a continue-scan question and its page
+
+// Width and height in millimetres from a bitmap header, or nothing when the header is missing,
+// short or has no resolution.
+std::optional<QSizeF> bitmapSizeMillimetres(const void* bitmap, std::uint32_t length) {
+    auto size = GetDIBSizeMillimetres(bitmap, length);
+    return size ? std::optional<QSizeF>(QSizeF(size->first, size->second)) : std::nullopt;
+}
 } // namespace
 
 TwPreviewCoordinator::TwPreviewCoordinator(TwPanelHost* host, Rescan rescan)
@@ -36,11 +45,6 @@ QWidget* TwPreviewCoordinator::previewWindow() const {
 
 QWidget* TwPreviewCoordinator::continueScanPage() const {
     return m_continueScanPage;
-}
-
-std::optional<QSizeF> TwPreviewCoordinator::bitmapSizeMillimetres(const void* bitmap, std::uint32_t length) {
-    auto size = GetDIBSizeMillimetres(bitmap, length);
-    return size ? std::optional<QSizeF>(QSizeF(size->first, size->second)) : std::nullopt;
 }
 
 TwPreviewPanel* TwPreviewCoordinator::preview() {

@@ -8,11 +8,7 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QSizeF>
-
-#include <cstdint>
 #include <functional>
-#include <optional>
 
 class QTimer;
 class TwPanelHost;
@@ -39,9 +35,6 @@ public:
     // Pages and ratios of a record to the preview window (made when needed): taken over, or copied
     // when the record's owner keeps them.
     void setPreviewImages(TwPreviewRecord& record, bool take);
-    // Width and height in millimetres from a bitmap header, or nothing when the header is
-    // missing, short or has no resolution.
-    static std::optional<QSizeF> bitmapSizeMillimetres(const void* bitmap, std::uint32_t length);
 
 private:
     TwPreviewPanel* preview();

@@ -159,8 +159,7 @@ private:
 std::array<TwOwnedDIB, 2> TwTakePreviewPages(TwPreviewRecord* record, bool take);
 // Frees the bitmaps of a record that will not be shown, and clears its pointers.
 inline void TwReleasePreviewPages(TwPreviewRecord* record) {
-    if (record)
-        TwTakePreviewPages(record, true);
+    TwTakePreviewPages(record, true);
 }
 
 // ---- Memory handles ------------------------------------------------------------------------------
