@@ -11,7 +11,7 @@ endif
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
 DEBIAN_PACKAGES := cmake make g++ pkg-config qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins \
-    libplist-dev libgl-dev fonts-dejavu-core xvfb xauth
+    libplist-dev libsane-dev libgl-dev fonts-dejavu-core xvfb xauth
 
 .PHONY: all deps build test demo format clean bench
 

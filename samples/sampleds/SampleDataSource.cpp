@@ -87,10 +87,56 @@ SampleDataSource::SampleDataSource(SampleOptions options) : m_options(std::move(
 SampleDataSource::~SampleDataSource() {
     // The scan asks the module until it ends: it must end before the module goes.
     m_scan.reset();
+    m_saneScan.reset();
     if (m_ui && m_destroy)
         m_destroy(m_ui);
     if (m_module)
         dlclose(m_module);
+}
+
+std::string SampleDataSource::saneConfigDir(const std::string& bundlePath) {
+    return bundlePath + "/Contents/Resources/sane";
+}
+
+bool SampleDataSource::openDevice() {
+    std::string error;
+    m_sane = SaneScanner::open(m_options.device, saneConfigDir(m_options.bundlePath), m_options.deviceOptions,
+                               &error);
+    if (!m_sane) {
+        std::fprintf(stderr, "sampleds: %s\n", error.c_str());
+        m_exitStatus = 2;
+        return false;
+    }
+    const SaneMapping mapping = MapSaneTraits(m_sane->traits(), m_modelDef.root(), m_capabilities);
+    if (!mapping.refusal.empty()) {
+        std::fprintf(stderr, "sampleds: the SANE device \"%s\" cannot be offered: %s\n",
+                     m_options.device.c_str(), mapping.refusal.c_str());
+        m_sane.reset();
+        m_exitStatus = 2;
+        return false;
+    }
+    m_modelDef = SampleModelDef(mapping.modelDef);
+    m_capabilities = mapping.capabilities;
+    const SaneTraits& t = m_sane->traits();
+    std::string resolutions, modes, sources;
+    for (int dpi : t.resolutions)
+        resolutions += (resolutions.empty() ? "" : " ") + std::to_string(dpi);
+    for (const SaneImageMode& mode : t.modes)
+        modes += (modes.empty() ? "" : ", ") + std::to_string(mode.imageType) + " (" +
+                 (mode.deviceMode.empty() ? std::string("fixed") : mode.deviceMode) +
+                 (mode.depth ? " " + std::to_string(mode.depth) + "-bit" : std::string()) + ")";
+    for (const SaneSource& source : t.sources) {
+        char area[64];
+        std::snprintf(area, sizeof area, " %.0f x %.0f mm", source.maxWidthMm, source.maxLengthMm);
+        sources += (sources.empty() ? "" : ", ") + std::to_string(source.paperSource) + " (" +
+                   (source.deviceName.empty() ? std::string("unnamed") : source.deviceName) + area + ")";
+    }
+    std::printf(
+        "SANE device %s: %s; resolutions %s dpi, prescan at %d dpi; image types %s; paper sources %s\n",
+        m_options.device.c_str(), t.productName.c_str(), resolutions.c_str(), t.prescanResolution,
+        modes.c_str(), sources.c_str());
+    std::fflush(stdout);
+    return true;
 }
 
 bool SampleDataSource::load() {
@@ -105,6 +151,8 @@ bool SampleDataSource::load() {
         std::fprintf(stderr, "sampleds: capability values: %s\n", error.c_str());
         m_capabilities = TwValue::dictionary();
     }
+    if (!m_options.device.empty() && !openDevice())
+        return false;
 
     m_module = dlopen(m_options.modulePath.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!m_module) {
@@ -150,6 +198,8 @@ TwValue SampleDataSource::capabilityValues() const {
         scanInfo = TwValue::dictionary();
         values.dict()->set("ScanInfo", scanInfo);
     }
+    if (m_sane)
+        return values; // the device says what it has
     scanInfo.dict()->set("FlatbedConnected", m_options.flatbed);
     auto support = scanInfo.dict()->value("Support");
     if (!support.isDictionary()) {
@@ -194,6 +244,8 @@ std::string SampleDataSource::describeEvent(std::uint16_t event, const void* dat
     }
     if (std::string scanEvent = SampleScan::describeEvent(event); !scanEvent.empty())
         return scanEvent;
+    if (std::string scanEvent = SaneScan::describeEvent(event); !scanEvent.empty())
+        return scanEvent;
     std::snprintf(line, sizeof line, "event 0x%04x", event);
     return line;
 }
@@ -203,6 +255,9 @@ std::uint16_t SampleDataSource::callback(std::uint16_t event, void* data) {
     std::fflush(stdout);
     if (g_source && g_source->m_scan)
         if (auto answer = g_source->m_scan->answerEvent(event, data))
+            return *answer;
+    if (g_source && g_source->m_saneScan)
+        if (auto answer = g_source->m_saneScan->answerEvent(event, data))
             return *answer;
     if (event == kVmxEventStart) {
         g_scanned = true;
@@ -268,6 +323,8 @@ SampleScanSettings SampleDataSource::prescanSettings() {
 std::uint16_t SampleDataSource::prescan(TwPreviewRecord* record) {
     if (!record || !m_ui)
         return 1;
+    if (m_sane)
+        return prescanFromDevice(record);
     const SampleScanSettings settings = prescanSettings();
     if (!RenderSamplePrescan(settings, record)) {
         std::fprintf(stderr, "sampleds: no prescan image of %.1f x %.1f mm at %d dpi\n", settings.widthMm,
@@ -285,13 +342,100 @@ std::uint16_t SampleDataSource::prescan(TwPreviewRecord* record) {
     return 0;
 }
 
+namespace {
+// The image type a SANE device scans for the sample's: the automatic ones as their richer kind.
+int deviceImageType(const TwValue& imageType) {
+    switch (imageTypeFor(imageType)) {
+    case SampleImageType::Binary:
+        return 0;
+    case SampleImageType::Gray:
+        return 1;
+    case SampleImageType::Color:
+        break;
+    }
+    return 2;
+}
+
+// The sample's paper sources that feed pages: the feeder, duplex and the automatic ones.
+bool isFeederSource(const TwValue& source) {
+    return source.isNumber() && source.intValue() != kSourceFlatbed && source.intValue() != 5;
+}
+} // namespace
+
+SaneScanSettings SampleDataSource::deviceScanSettings() {
+    SaneScanSettings settings;
+    const TwValue source = m_ui->dataForKeyPath("Data.PaperSource");
+    settings.dpi = m_ui->dataForKeyPath("Data.Resolution").intValue();
+    settings.mode = m_sane->modeFor(deviceImageType(m_ui->dataForKeyPath("Data.ImageType")));
+    settings.duplex = isDuplexSource(source);
+    settings.feeder = isFeederSource(source);
+    settings.source = m_sane->sourceFor(settings.duplex   ? kSourceDuplex
+                                        : settings.feeder ? kSourceFeeder
+                                                          : kSourceFlatbed);
+    auto number = [this](const char* keyPath) {
+        return m_ui->dataForKeyPath(keyPath).doubleValue();
+    };
+    settings.frontXMm = number("Data.Area.Measure.Front.X");
+    settings.backXMm = number("Data.Area.Measure.Back.X");
+    settings.yMm = number("Data.Area.Measure.Y");
+    settings.widthMm = number("Data.Area.Measure.Width");
+    settings.lengthMm = number("Data.Area.Measure.Length");
+    settings.maxPages = m_options.devicePages;
+    settings.paperWaitSeconds = m_ui->dataForKeyPath("Data.Feed.ManualFeedUnlimited").boolValue()
+                                    ? 0
+                                    : number("Data.Feed.ManualFeedTimeOut");
+    return settings;
+}
+
+std::uint16_t SampleDataSource::prescanFromDevice(TwPreviewRecord* record) {
+    // The whole page at the prescan resolution, in the image type and from the source set now.
+    SaneScanSettings settings = deviceScanSettings();
+    const SampleScanSettings page = prescanSettings();
+    settings.dpi = m_sane->traits().prescanResolution;
+    settings.frontXMm = settings.backXMm = settings.yMm = 0;
+    settings.widthMm = page.widthMm;
+    settings.lengthMm = page.lengthMm;
+    std::string error;
+    if (!m_sane->prescan(settings, record, &error)) {
+        std::fprintf(stderr, "sampleds: the prescan from %s failed: %s\n", m_options.device.c_str(),
+                     error.c_str());
+        return 1;
+    }
+    TwBitmapInfoHeader header;
+    std::memcpy(&header, record->front.pDIB, sizeof header);
+    std::printf(
+        "prescan from %s: %.1f x %.1f mm at %d dpi, %d-bit, %d x %d pixels, %s; front colour %.1f %%, "
+        "black %.1f %%, white %.1f %%\n",
+        m_options.device.c_str(), settings.widthMm, settings.lengthMm, settings.dpi, int(header.biBitCount),
+        header.biWidth, header.biHeight, settings.duplex ? "front and back" : "front only",
+        record->front.colorRatio, record->front.blackRatio, record->front.whiteRatio);
+    std::fflush(stdout);
+    return 0;
+}
+
 bool SampleDataSource::renderQuestionPage(TwPreviewRecord* record) {
     SampleScanSettings settings = prescanSettings();
     settings.duplex = false;
     return RenderSamplePrescan(settings, record);
 }
 
+void SampleDataSource::joinScan() {
+    if (m_scan)
+        m_scan->join();
+    if (m_saneScan)
+        m_saneScan->join();
+}
+
 void SampleDataSource::startScan() {
+    if (m_sane) {
+        if (!m_saneScan)
+            m_saneScan =
+                std::make_unique<SaneScan>(m_ui, m_sane->device(), m_options.output,
+                                           m_options.scan.autoAnswer, m_options.scan.answerAfterSeconds);
+        if (!m_saneScan->start(deviceScanSettings()))
+            std::printf("scan: already scanning; Scan ignored\n");
+        return;
+    }
     if (!m_scan)
         m_scan = std::make_unique<SampleScan>(m_ui, m_options.scan,
                                               [this](TwPreviewRecord* r) { return renderQuestionPage(r); });
@@ -336,7 +480,7 @@ void SampleDataSource::printData(const char* when) {
 
 int SampleDataSource::runDialog() {
     if (!load())
-        return 1;
+        return m_exitStatus;
     g_source = this;
     g_closed = false;
     g_scanned = false;
@@ -390,8 +534,7 @@ int SampleDataSource::runDialog() {
             }
         }
     }
-    if (m_scan)
-        m_scan->join();
+    joinScan();
     m_ui->hideUi();
     // After event 6 a data source in settings-only mode reads the setting it will scan with; the
     // event is the same for OK and Cancel, so the sample prints it when it pressed OK itself or
@@ -406,7 +549,7 @@ int SampleDataSource::runDialog() {
 
 int SampleDataSource::runHeadless() {
     if (!load())
-        return 1;
+        return m_exitStatus;
     g_source = this;
     for (const char* keyPath : {"ScanInfo.ProductName", "Data.PaperSource", "Data.PaperSize",
                                 "Data.Resolution", "Data.ImageType", "Data.Area.Unit"})
@@ -429,7 +572,7 @@ int SampleDataSource::runHeadless() {
         startScan();
         while (scanRunning())
             m_ui->processEvents(20);
-        m_scan->join();
+        joinScan();
     }
     m_ui->closeDS();
     g_source = nullptr;

@@ -11,6 +11,8 @@ public:
     static SampleModelDef fromFile(const std::string& path, std::string* error);
     explicit SampleModelDef(TwValue root) : m_root(root.isDictionary() ? root : TwValue::dictionary()) {}
 
+    const TwValue& root() const { return m_root; }
+
     TwValue UIEnable() const override { return table("UIEnable"); }
     TwValue UIOptions() const override { return table("UIOptions"); }
     TwValue UIControl() const override { return table("UIControl"); }

@@ -184,32 +184,23 @@ struct PixelCounts {
     std::uint64_t colour = 0, dark = 0, light = 0;
 };
 
-// Writes one painted row in the bitmap's depth and counts its pixels as they end up there.
-void storeRow(const Rgb* painted, int width, int y, int bitCount, unsigned char* out, PixelCounts& counts) {
+// Writes one painted row in the bitmap's depth.
+void storeRow(const Rgb* painted, int width, int y, int bitCount, unsigned char* out) {
     for (int x = 0; x < width; ++x) {
         const Rgb c = painted[x];
         const int grey = TwGreyLevel(c.b, c.g, c.r);
         switch (bitCount) {
-        case 1: {
-            const bool black = grey < kBayer[y % 4][x % 4];
-            if (black)
-                out[x / 8] |= std::uint8_t(0x80 >> (x % 8)); // palette entry 1
-            counts.dark += black;
-            counts.light += !black;
+        case 1:
+            if (grey < kBayer[y % 4][x % 4])
+                out[x / 8] |= std::uint8_t(0x80 >> (x % 8)); // palette entry 1, black
             break;
-        }
         case 8:
             out[x] = std::uint8_t(grey);
-            counts.dark += grey < kDark;
-            counts.light += grey >= kLight;
             break;
         default:
             out[3 * x] = c.b;
             out[3 * x + 1] = c.g;
             out[3 * x + 2] = c.r;
-            counts.dark += grey < kDark;
-            counts.light += grey >= kLight;
-            counts.colour += (std::max({c.r, c.g, c.b}) - std::min({c.r, c.g, c.b})) > kColourSpread;
         }
     }
 }
@@ -245,20 +236,46 @@ SamplePage RenderSamplePage(const SampleScanSettings& settings, SampleSide side)
 
     const PagePainter painter(layout->width, layout->height, side);
     std::vector<Rgb> row(std::size_t(layout->width));
-    PixelCounts counts;
     for (int y = 0; y < layout->height; ++y) {
         painter.paintRow(y, row.data());
         storeRow(row.data(), layout->width, y, bitCount,
-                 dib + layout->headerSize + std::size_t(y) * layout->stride, counts);
+                 dib + layout->headerSize + std::size_t(y) * layout->stride);
     }
-    const double pixels = double(layout->width) * layout->height;
     SamplePage page;
     page.dib = dib;
     page.length = std::uint32_t(layout->totalSize());
+    SampleMeasureRatios(page);
+    return page;
+}
+
+void SampleMeasureRatios(SamplePage& page) {
+    const auto layout = TwDibLayoutOf(page.dib, page.length, "SampleMeasureRatios");
+    if (!layout)
+        return;
+    const auto* rows = static_cast<const unsigned char*>(page.dib) + layout->headerSize;
+    PixelCounts counts;
+    for (int y = 0; y < layout->height; ++y) {
+        const unsigned char* row = rows + std::size_t(y) * layout->stride;
+        for (int x = 0; x < layout->width; ++x) {
+            if (layout->bitCount == 1) {
+                const bool black = (row[x / 8] >> (7 - x % 8)) & 1; // palette entry 1 is black
+                counts.dark += black;
+                counts.light += !black;
+                continue;
+            }
+            const unsigned char* p = row + std::size_t(x) * (layout->bitCount / 8);
+            const int grey = layout->bitCount == 8 ? p[0] : TwGreyLevel(p[0], p[1], p[2]);
+            counts.dark += grey < kDark;
+            counts.light += grey >= kLight;
+            if (layout->bitCount == 24)
+                counts.colour +=
+                    (std::max({p[0], p[1], p[2]}) - std::min({p[0], p[1], p[2]})) > kColourSpread;
+        }
+    }
+    const double pixels = double(layout->width) * layout->height;
     page.colorRatio = 100.0 * double(counts.colour) / pixels;
     page.blackRatio = 100.0 * double(counts.dark) / pixels;
     page.whiteRatio = 100.0 * double(counts.light) / pixels;
-    return page;
 }
 
 bool RenderSamplePrescan(const SampleScanSettings& settings, TwPreviewRecord* record) {

@@ -35,6 +35,9 @@ int SampleBitCount(SampleImageType type);
 // 65535 pixels a side) or memory runs out.
 SamplePage RenderSamplePage(const SampleScanSettings& settings, SampleSide side);
 
+// Counts the colour, black and white shares of a finished bitmap (1, 8 or 24 bits) into page.
+void SampleMeasureRatios(SamplePage& page);
+
 // Fills a zeroed preview record as a data source answers a prescan: the front, and the back when
 // duplex. False, with the record left empty, when a side cannot be rendered. Whoever takes the
 // record frees the bitmaps with free().

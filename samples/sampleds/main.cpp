@@ -1,5 +1,6 @@
 // sampleds: a stand-in data source for trying the settings dialog without a scanner.
 #include "SampleDataSource.h"
+#include "SaneScanner.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -35,14 +36,23 @@ void usage() {
         "  --scan             with --headless: scan without the dialog (no display needed: Qt's\n"
         "                     offscreen platform is used when there is none)\n"
         "  --scan-after S     press Scan by itself after S seconds\n"
-        "  --scan-pages N     pages in the feeder (default 5)\n"
+        "  --scan-pages N     pages in the feeder (default 5); with --device, the most pages a\n"
+        "                     feeder scan takes (default: until the feeder is empty)\n"
         "  --double-feed-at K page K feeds double: the continue-scan question (default 3, 0: never)\n"
         "  --paper-wait S     the feeder is empty for S seconds: a message box that closes by itself\n"
         "                     when paper arrives (default 0)\n"
         "  --page-time MS     time a page takes (default 400)\n"
         "  --auto-answer A    the scanner's own panel answers the question with A (continue or stop)\n"
         "                     --answer-after S seconds after it opened (default 2); with --headless\n"
-        "                     continue unless told otherwise\n");
+        "                     continue unless told otherwise\n"
+        "A SANE scanner instead of the simulated one (the test backend: --device test):\n"
+        "  --list-devices     print the devices SANE finds\n"
+        "  --device NAME      drive that SANE device: its options become the dialog's choices,\n"
+        "                     Prescan and Scan read from it\n"
+        "  --device-option O=V  set a device option first, as scanimage names it, e.g.\n"
+        "                     --device-option test-picture=\"Color pattern\"\n"
+        "  --output DIR       where a scan's pages go: one PNG per page side and scan.pdf\n"
+        "                     (default: scans)\n");
 }
 
 // The number after an option, or nothing (reported) when it is not one within the bounds.
@@ -59,6 +69,7 @@ std::optional<double> numberArgument(const char* option, const char* text, doubl
 
 int main(int argc, char** argv) {
     SampleOptions options;
+    bool listDevices = false;
     options.modulePath = VMXUI_MODULE_PATH;
     options.bundlePath = SAMPLE_BUNDLE_DIR;
     for (int i = 1; i < argc; ++i) {
@@ -120,7 +131,7 @@ int main(int argc, char** argv) {
             else if (arg == "--prescan-after")
                 options.prescanAfter = *value;
             else if (arg == "--scan-pages")
-                options.scan.pages = int(*value);
+                options.scan.pages = options.devicePages = int(*value);
             else if (arg == "--double-feed-at")
                 options.scan.doubleFeedAt = int(*value);
             else if (arg == "--paper-wait")
@@ -133,10 +144,30 @@ int main(int argc, char** argv) {
             options.modulePath = argv[++i];
         else if (arg == "--bundle" && i + 1 < argc)
             options.bundlePath = argv[++i];
-        else {
+        else if (arg == "--list-devices")
+            listDevices = true;
+        else if (arg == "--device" && i + 1 < argc)
+            options.device = argv[++i];
+        else if (arg == "--output" && i + 1 < argc)
+            options.output = argv[++i];
+        else if (arg == "--device-option" && i + 1 < argc) {
+            std::string setting = argv[++i];
+            const auto equals = setting.find('=');
+            if (equals == 0 || equals == std::string::npos) {
+                std::fprintf(stderr, "sampleds: --device-option wants NAME=VALUE\n");
+                return 2;
+            }
+            options.deviceOptions.emplace_back(setting.substr(0, equals), setting.substr(equals + 1));
+        } else {
             usage();
             return arg == "--help" || arg == "-h" ? 0 : 2;
         }
+    }
+    if (listDevices)
+        return SaneScanner::listDevices(SampleDataSource::saneConfigDir(options.bundlePath));
+    if (!options.deviceOptions.empty() && options.device.empty()) {
+        std::fprintf(stderr, "sampleds: --device-option sets an option of a SANE device (--device)\n");
+        return 2;
     }
     if ((!options.screenshot.empty() || !options.screenshotTabs.empty()) && options.closeAfter <= 0) {
         std::fprintf(stderr,
