@@ -494,6 +494,7 @@ int SampleDataSource::runDialog() {
     bool pressed = false;
     bool scanPressed = false;
     bool prescanPressed = false;
+    bool stopPressed = false;
     // A data source without a Qt loop of its own lets the module run its events, also while its
     // scan thread waits for an answer.
     while (!g_closed || scanRunning()) {
@@ -504,6 +505,13 @@ int SampleDataSource::runDialog() {
             std::printf("pressing Scan by itself after %.1f s\n", m_options.scanAfter);
             std::fflush(stdout);
             m_ui->performDialogAction("onStart");
+        }
+        if (m_options.stopAfter > 0 && scanPressed && !stopPressed &&
+            elapsed >= m_options.scanAfter + m_options.stopAfter && scanRunning()) {
+            stopPressed = true;
+            std::printf("pressing Stop by itself %.1f s after Scan\n", m_options.stopAfter);
+            std::fflush(stdout);
+            callback(kVmxEventScanCancel, nullptr); // what the progress panel's Stop sends
         }
         if (m_options.prescanAfter > 0 && !prescanPressed && elapsed >= m_options.prescanAfter) {
             prescanPressed = true;

@@ -37,6 +37,8 @@ struct SampleOptions {
     // Presses Scan, or Prescan, by itself after that many seconds (0: never).
     double scanAfter = 0;
     double prescanAfter = 0;
+    // Presses Stop on the progress panel by itself that many seconds after Scan (0: never).
+    double stopAfter = 0;
     // A SANE device instead of the simulation, the options written to it first, and the folder
     // its scans are written to.
     std::string device;

@@ -290,6 +290,7 @@ SANE_Status SaneDevice::startFrame(SANE_Parameters& parameters) {
 SaneReadResult SaneDevice::read(const std::function<void(std::uint64_t, std::uint64_t)>& progress) {
     std::lock_guard lock(m_readLock);
     m_reading = true;
+    m_cancelRequested = false;
     SaneReadResult result;
     SaneImage& image = result.image;
     auto fail = [&](SANE_Status status, const std::string& what) {
@@ -297,8 +298,7 @@ SaneReadResult SaneDevice::read(const std::function<void(std::uint64_t, std::uin
         result.message = what + ": " + SaneStatusText(status);
         m_reading = false;
         // A frame that ends badly is cancelled, so that the next start begins a new one.
-        if (status != SANE_STATUS_NO_DOCS)
-            sane_cancel(m_handle);
+        sane_cancel(m_handle);
         return result;
     };
 
@@ -333,6 +333,8 @@ SaneReadResult SaneDevice::read(const std::function<void(std::uint64_t, std::uin
         for (;;) {
             SANE_Int got = 0;
             const SANE_Status status = sane_read(m_handle, buffer.data(), SANE_Int(buffer.size()), &got);
+            if (status == SANE_STATUS_EOF && m_cancelRequested)
+                return fail(SANE_STATUS_CANCELLED, "the page was cancelled");
             if (status == SANE_STATUS_EOF)
                 break;
             if (status != SANE_STATUS_GOOD)
@@ -374,6 +376,7 @@ SaneReadResult SaneDevice::read(const std::function<void(std::uint64_t, std::uin
 }
 
 void SaneDevice::cancel() {
+    m_cancelRequested = true;
     sane_cancel(m_handle);
 }
 

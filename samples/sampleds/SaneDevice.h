@@ -112,6 +112,8 @@ private:
     std::string m_name;
     std::atomic_bool m_reading{false};
     bool m_started = false; // a frame started by start(), not yet read
+    // Set by cancel(): some devices end a cancelled frame as if it were whole.
+    std::atomic_bool m_cancelRequested{false};
     std::mutex m_readLock;
 };
 

@@ -36,6 +36,7 @@ void usage() {
         "  --scan             with --headless: scan without the dialog (no display needed: Qt's\n"
         "                     offscreen platform is used when there is none)\n"
         "  --scan-after S     press Scan by itself after S seconds\n"
+        "  --stop-after S     press Stop on the progress panel by itself S seconds after Scan\n"
         "  --scan-pages N     pages in the feeder (default 5); with --device, the most pages a\n"
         "                     feeder scan takes (default: until the feeder is empty)\n"
         "  --double-feed-at K page K feeds double: the continue-scan question (default 3, 0: never)\n"
@@ -119,7 +120,7 @@ int main(int argc, char** argv) {
             }
         } else if ((arg == "--scan-after" || arg == "--prescan-after" || arg == "--scan-pages" ||
                     arg == "--double-feed-at" || arg == "--paper-wait" || arg == "--page-time" ||
-                    arg == "--answer-after") &&
+                    arg == "--answer-after" || arg == "--stop-after") &&
                    i + 1 < argc) {
             const bool count = arg == "--scan-pages" || arg == "--double-feed-at" || arg == "--page-time";
             auto value =
@@ -130,6 +131,8 @@ int main(int argc, char** argv) {
                 options.scanAfter = *value;
             else if (arg == "--prescan-after")
                 options.prescanAfter = *value;
+            else if (arg == "--stop-after")
+                options.stopAfter = *value;
             else if (arg == "--scan-pages")
                 options.scan.pages = options.devicePages = int(*value);
             else if (arg == "--double-feed-at")
