@@ -2,6 +2,10 @@
 // measurements.
 #pragma once
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEvent>
+#include <QWidget>
 #include <QtGlobal>
 
 #include <algorithm>
@@ -28,4 +32,23 @@ inline double percentile(std::vector<double> values, double p) {
 
 inline double median(std::vector<double> values) {
     return percentile(std::move(values), 0.5);
+}
+
+// Processes events until the widget has painted; milliseconds since the clock started, or -1 when
+// it did not paint within 5 seconds.
+inline double untilPainted(QWidget* widget, const QElapsedTimer& clock) {
+    class PaintWatch : public QObject {
+    public:
+        bool painted = false;
+        bool eventFilter(QObject*, QEvent* event) override {
+            if (event->type() == QEvent::Paint)
+                painted = true;
+            return false;
+        }
+    } watch;
+    widget->installEventFilter(&watch);
+    while (!watch.painted && clock.elapsed() < 5000)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+    widget->removeEventFilter(&watch);
+    return watch.painted ? double(clock.nsecsElapsed()) / 1e6 : -1;
 }

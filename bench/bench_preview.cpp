@@ -58,16 +58,6 @@ std::uint16_t callback(std::uint16_t event, void* data) {
     return 0;
 }
 
-class PaintWatch : public QObject {
-public:
-    bool painted = false;
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint)
-            painted = true;
-        return false;
-    }
-};
-
 long statusKilobytes(const char* field) {
     std::ifstream status("/proc/self/status");
     std::string line;
@@ -75,16 +65,6 @@ long statusKilobytes(const char* field) {
         if (line.rfind(field, 0) == 0)
             return std::stol(line.substr(std::string(field).size()));
     return -1;
-}
-
-// Processes events until the view has painted; milliseconds since the clock started.
-double untilPainted(QWidget* view, const QElapsedTimer& clock) {
-    PaintWatch watch;
-    view->installEventFilter(&watch);
-    while (!watch.painted && clock.elapsed() < 5000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
-    view->removeEventFilter(&watch);
-    return watch.painted ? double(clock.nsecsElapsed()) / 1e6 : -1;
 }
 
 void mouse(QWidget* view, QEvent::Type type, QPointF at) {

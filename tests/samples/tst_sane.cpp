@@ -104,7 +104,8 @@ private slots:
         // Learning each source's area leaves the device's own source selected.
         QCOMPARE(scanner->device().text("source").value_or(""), std::string("Flatbed"));
 
-        const TwValue definition = TwPlistReadFile(std::string(SAMPLE_BUNDLE_DIR) + "/Contents/Resources/ModelDef.plist");
+        const TwValue definition =
+            TwPlistReadFile(std::string(SAMPLE_BUNDLE_DIR) + "/Contents/Resources/ModelDef.plist");
         const TwValue capabilities =
             TwPlistReadFile(std::string(SAMPLE_BUNDLE_DIR) + "/Contents/Resources/Capabilities.plist");
         const SaneMapping m = MapSaneTraits(t, definition, capabilities);
@@ -134,18 +135,21 @@ private slots:
         QTest::addColumn<QList<double>>("range"); // min, max, quant
         QTest::addColumn<QList<int>>("choices");
         QTest::addColumn<int>("prescan");
-        QTest::newRow("a range of one value") << QList<double>{} << QList<double>{300, 300, 0} << QList<int>{300} << 300;
-        QTest::newRow("usual steps of a range")
-            << QList<double>{} << QList<double>{75, 600, 25} << QList<int>{75, 100, 150, 200, 300, 400, 600} << 100;
+        QTest::newRow("a range of one value")
+            << QList<double>{} << QList<double>{300, 300, 0} << QList<int>{300} << 300;
+        QTest::newRow("usual steps of a range") << QList<double>{} << QList<double>{75, 600, 25}
+                                                << QList<int>{75, 100, 150, 200, 300, 400, 600} << 100;
         QTest::newRow("steps that miss 100: the highest below")
             << QList<double>{} << QList<double>{60, 600, 30} << QList<int>{150, 240, 300, 600} << 90;
         QTest::newRow("a range above 100: its lowest")
-            << QList<double>{} << QList<double>{150, 1200, 0} << QList<int>{150, 200, 240, 300, 400, 600, 1200} << 150;
-        QTest::newRow("no usual step: the ends") << QList<double>{} << QList<double>{101, 149, 1} << QList<int>{101, 149}
-                                                 << 101;
-        QTest::newRow("a list") << QList<double>{600, 150, 300} << QList<double>{} << QList<int>{150, 300, 600} << 150;
-        QTest::newRow("a list with a prescan step") << QList<double>{50, 75, 200} << QList<double>{}
-                                                    << QList<int>{50, 75, 200} << 75;
+            << QList<double>{} << QList<double>{150, 1200, 0}
+            << QList<int>{150, 200, 240, 300, 400, 600, 1200} << 150;
+        QTest::newRow("no usual step: the ends")
+            << QList<double>{} << QList<double>{101, 149, 1} << QList<int>{101, 149} << 101;
+        QTest::newRow("a list") << QList<double>{600, 150, 300} << QList<double>{}
+                                << QList<int>{150, 300, 600} << 150;
+        QTest::newRow("a list with a prescan step")
+            << QList<double>{50, 75, 200} << QList<double>{} << QList<int>{50, 75, 200} << 75;
     }
     void resolutionChoices() {
         QFETCH(QList<double>, list);
@@ -342,9 +346,9 @@ private slots:
 
     void aThreePageFeederScanWritesThreePages() {
         QTemporaryDir home, output;
-        const Run run = sampleds({"--device", "test", "--set", "Data.Resolution=50", "--set", "Data.ImageType=1",
-                                  "--scan-pages", "3", "--scan-after", "0.3", "--close-after", "0.5", "--output",
-                                  output.path()},
+        const Run run = sampleds({"--device", "test", "--set", "Data.Resolution=50", "--set",
+                                  "Data.ImageType=1", "--scan-pages", "3", "--scan-after", "0.3",
+                                  "--close-after", "0.5", "--output", output.path()},
                                  home.path());
         QVERIFY2(run.exitCode == 0, qPrintable(run.out + run.err));
         QVERIFY2(run.out.contains("source Automatic Document Feeder"), qPrintable(run.out));
@@ -361,9 +365,10 @@ private slots:
 
     void theFeederRunningEmptyEndsTheScan() {
         QTemporaryDir home, output;
-        const Run run = sampleds({"--device", "test", "--set", "Data.Resolution=50", "--set", "Data.ImageType=0",
-                                  "--scan-after", "0.3", "--close-after", "0.5", "--output", output.path()},
-                                 home.path());
+        const Run run =
+            sampleds({"--device", "test", "--set", "Data.Resolution=50", "--set", "Data.ImageType=0",
+                      "--scan-after", "0.3", "--close-after", "0.5", "--output", output.path()},
+                     home.path());
         QCOMPARE(run.exitCode, 0);
         QVERIFY2(run.out.contains("scan: the feeder is empty after page 10"), qPrintable(run.out));
         QCOMPARE(QDir(output.path()).entryList({"*.png"}, QDir::Files).size(), 10);
@@ -373,18 +378,22 @@ private slots:
     void aFailedReadShowsTheMessageBoxAndEndsTheScan_data() {
         QTest::addColumn<QString>("status");
         QTest::addColumn<QString>("message");
-        QTest::newRow("jam") << "SANE_STATUS_JAMMED" << "The paper is jammed in the scanner.";
-        QTest::newRow("cover open") << "SANE_STATUS_COVER_OPEN" << "The scanner's cover is open.";
-        QTest::newRow("I/O error") << "SANE_STATUS_IO_ERROR" << "The scanner reported an error";
+        QTest::newRow("jam") << "SANE_STATUS_JAMMED"
+                             << "The paper is jammed in the scanner.";
+        QTest::newRow("cover open") << "SANE_STATUS_COVER_OPEN"
+                                    << "The scanner's cover is open.";
+        QTest::newRow("I/O error") << "SANE_STATUS_IO_ERROR"
+                                   << "The scanner reported an error";
     }
     void aFailedReadShowsTheMessageBoxAndEndsTheScan() {
         QFETCH(QString, status);
         QFETCH(QString, message);
         QTemporaryDir home, output;
-        const Run run = sampleds({"--device", "test", "--device-option", "read-return-value=" + status, "--set",
-                                  "Data.Resolution=50", "--scan-after", "0.3", "--close-after", "0.5",
-                                  "--auto-answer", "continue", "--answer-after", "0.2", "--output", output.path()},
-                                 home.path());
+        const Run run =
+            sampleds({"--device", "test", "--device-option", "read-return-value=" + status, "--set",
+                      "Data.Resolution=50", "--scan-after", "0.3", "--close-after", "0.5", "--auto-answer",
+                      "continue", "--answer-after", "0.2", "--output", output.path()},
+                     home.path());
         QCOMPARE(run.exitCode, 0);
         QVERIFY2(run.out.contains("scan: message box: " + message), qPrintable(run.out));
         QVERIFY(run.out.contains("event 0x2002: scanner error box poll"));
@@ -398,8 +407,8 @@ private slots:
         // A slow page (a pause after every buffer), so that Stop comes while it is read.
         const Run run = sampleds({"--device", "test", "--device-option", "read-delay=yes", "--device-option",
                                   "read-delay-duration=100000", "--set", "Data.Resolution=600", "--set",
-                                  "Data.ImageType=2", "--scan-after", "0.3", "--stop-after", "1", "--close-after",
-                                  "0.5", "--output", output.path()},
+                                  "Data.ImageType=2", "--scan-after", "0.3", "--stop-after", "1",
+                                  "--close-after", "0.5", "--output", output.path()},
                                  home.path());
         QCOMPARE(run.exitCode, 0);
         QVERIFY2(run.out.contains("scan: cancelled with Stop during page 1 front"), qPrintable(run.out));
@@ -423,9 +432,10 @@ private slots:
         QVERIFY2(list.out.contains("test:0\tNoname frontend-tester"), qPrintable(list.out));
         const Run unknown = sampleds({"--device", "no-such-scanner", "--headless"}, home.path());
         QCOMPARE(unknown.exitCode, 2);
-        QVERIFY2(unknown.err.contains("cannot open the SANE device \"no-such-scanner\""), qPrintable(unknown.err));
-        const Run badOption = sampleds({"--device", "test", "--device-option", "no-such-option=1", "--headless"},
-                                       home.path());
+        QVERIFY2(unknown.err.contains("cannot open the SANE device \"no-such-scanner\""),
+                 qPrintable(unknown.err));
+        const Run badOption =
+            sampleds({"--device", "test", "--device-option", "no-such-option=1", "--headless"}, home.path());
         QCOMPARE(badOption.exitCode, 2);
         QVERIFY2(badOption.err.contains("option no-such-option: the device has no such option"),
                  qPrintable(badOption.err));
