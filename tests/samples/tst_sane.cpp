@@ -402,6 +402,25 @@ private slots:
         QVERIFY(QDir(output.path()).entryList({"*.png"}, QDir::Files).isEmpty());
     }
 
+    void noPaperAtTheStartIsThePolledPaperBox() {
+        QTemporaryDir home, output;
+        // The device finds no documents when it reads; each poll of the box starts a frame again.
+        const Run run = sampleds({"--device", "test", "--device-option",
+                                  "read-return-value=SANE_STATUS_NO_DOCS", "--set", "Data.Resolution=50",
+                                  "--scan-after", "0.3", "--close-after", "0.5", "--output", output.path()},
+                                 home.path());
+        QCOMPARE(run.exitCode, 0);
+        const QStringList lines{"scan: no paper in the feeder: waiting (a polled message box)",
+                                "event 0x2001: paper poll", "scan: paper wait answered 10",
+                                "scan: no paper: nothing scanned", "scan: finished: 0 pages"};
+        qsizetype from = 0;
+        for (const QString& line : lines) {
+            const qsizetype found = run.out.indexOf(line, from);
+            QVERIFY2(found >= 0, qPrintable(line + "\nnot found in order in:\n" + run.out));
+            from = found + line.size();
+        }
+    }
+
     void stopDuringAPageCancelsIt() {
         QTemporaryDir home, output;
         // A slow page (a pause after every buffer), so that Stop comes while it is read.
