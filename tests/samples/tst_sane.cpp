@@ -273,8 +273,10 @@ private slots:
         QCOMPARE(int(layout->bitCount), bitCount);
         QVERIFY(std::abs(layout->width - pixelsFor(widthMm, 100)) <= 1);
         QVERIFY(std::abs(layout->height - pixelsFor(lengthMm, 100)) <= 1);
-        QCOMPARE(record.front.blackRatio, black);
-        QCOMPARE(record.front.whiteRatio, white);
+        // The record is packed: its ratios are read out before they are compared.
+        const double blackRatio = record.front.blackRatio, whiteRatio = record.front.whiteRatio;
+        QCOMPARE(blackRatio, black);
+        QCOMPARE(whiteRatio, white);
     }
 
     void colourComesOutAsColour() {
