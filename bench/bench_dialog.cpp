@@ -29,16 +29,6 @@
 
 namespace {
 
-class PaintWatch : public QObject {
-public:
-    bool painted = false;
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint)
-            painted = true;
-        return false;
-    }
-};
-
 // The resident size once the allocator has returned what it can.
 long trimmedRssKilobytes() {
     malloc_trim(0);
@@ -70,17 +60,10 @@ struct Sample {
 
 // showUi until the window's first paint, in milliseconds.
 double openToFirstPaint(VmxUIControllerImpl& ui) {
-    PaintWatch watch;
     QElapsedTimer clock;
     clock.start();
     ui.showUi(true, false, false);
-    TwDlgMain* window = ui.controllerIfMade()->windowIfLoaded();
-    window->installEventFilter(&watch);
-    while (!watch.painted && clock.elapsed() < 5000)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    double ms = double(clock.nsecsElapsed()) / 1e6;
-    window->removeEventFilter(&watch);
-    return watch.painted ? ms : -1;
+    return untilPainted(ui.controllerIfMade()->windowIfLoaded(), clock);
 }
 
 void settle() {

@@ -3,6 +3,7 @@
 #include <sane/saneopts.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -30,6 +31,30 @@ int channelOf(SANE_Frame format) {
     }
 }
 } // namespace
+
+std::size_t SaneImage::samplesPerLine() const {
+    return std::size_t(std::max(0, width)) * (format == SaneFormat::Rgb ? 3 : 1);
+}
+
+std::size_t SaneImage::packedLineBytes() const {
+    return depth == 1 ? (std::size_t(std::max(0, width)) + 7) / 8 : samplesPerLine();
+}
+
+const std::uint8_t* SaneImage::line8(int y, std::vector<std::uint8_t>& scratch) const {
+    const std::size_t lineBytes = depth == 16 ? 2 * samplesPerLine() : packedLineBytes();
+    if (y < 0 || y >= height || bytesPerLine <= 0 || std::size_t(bytesPerLine) < lineBytes ||
+        bytes.size() < std::size_t(y + 1) * std::size_t(bytesPerLine))
+        return nullptr;
+    const std::uint8_t* line = bytes.data() + std::size_t(y) * std::size_t(bytesPerLine);
+    if (depth != 16)
+        return line;
+    // Samples come in the machine's own byte order.
+    const std::size_t high = std::endian::native == std::endian::little ? 1 : 0;
+    scratch.resize(samplesPerLine());
+    for (std::size_t i = 0; i < scratch.size(); ++i)
+        scratch[i] = line[2 * i + high];
+    return scratch.data();
+}
 
 std::string SaneStatusText(SANE_Status status) {
     return sane_strstatus(status);
@@ -289,14 +314,12 @@ SANE_Status SaneDevice::startFrame(SANE_Parameters& parameters) {
 
 SaneReadResult SaneDevice::read(const std::function<void(std::uint64_t, std::uint64_t)>& progress) {
     std::lock_guard lock(m_readLock);
-    m_reading = true;
     m_cancelRequested = false;
     SaneReadResult result;
     SaneImage& image = result.image;
     auto fail = [&](SANE_Status status, const std::string& what) {
         result.status = status;
         result.message = what + ": " + SaneStatusText(status);
-        m_reading = false;
         // A frame that ends badly is cancelled, so that the next start begins a new one.
         sane_cancel(m_handle);
         return result;
@@ -371,7 +394,6 @@ SaneReadResult SaneDevice::read(const std::function<void(std::uint64_t, std::uin
         if (frame >= 2)
             return fail(SANE_STATUS_UNSUPPORTED, "the device sends more than three colour frames");
     }
-    m_reading = false;
     return result;
 }
 

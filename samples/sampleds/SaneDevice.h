@@ -54,6 +54,13 @@ struct SaneImage {
     int height = 0;
     int bytesPerLine = 0;
     std::vector<std::uint8_t> bytes;
+
+    // Samples in a line (pixels times channels) and the bytes of a line once packed to 1 or 8 bits.
+    std::size_t samplesPerLine() const;
+    std::size_t packedLineBytes() const;
+    // Line y with 1- or 8-bit samples: the line itself, or its 16-bit samples cut to their high
+    // byte in scratch. Null when the bytes do not hold that line.
+    const std::uint8_t* line8(int y, std::vector<std::uint8_t>& scratch) const;
 };
 
 struct SaneReadResult {
@@ -110,7 +117,6 @@ private:
     std::shared_ptr<SaneLibrary> m_library;
     SANE_Handle m_handle;
     std::string m_name;
-    std::atomic_bool m_reading{false};
     bool m_started = false; // a frame started by start(), not yet read
     // Set by cancel(): some devices end a cancelled frame as if it were whole.
     std::atomic_bool m_cancelRequested{false};

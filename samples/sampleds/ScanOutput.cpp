@@ -5,10 +5,10 @@
 #include <QPainter>
 #include <QPdfWriter>
 
-#include <bit>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <vector>
 
 namespace {
 // The side as a QImage: 1-bit line art with white then black (as SANE sets bits for black), 8-bit
@@ -22,17 +22,12 @@ QImage imageOf(const SaneImage& image) {
         return out;
     if (format == QImage::Format_Mono)
         out.setColorTable({qRgb(255, 255, 255), qRgb(0, 0, 0)});
-    const std::size_t samples = std::size_t(image.width) * (image.format == SaneFormat::Rgb ? 3 : 1);
-    const std::size_t high = std::endian::native == std::endian::little ? 1 : 0;
+    std::vector<std::uint8_t> scratch;
     for (int y = 0; y < image.height; ++y) {
-        const std::uint8_t* source = image.bytes.data() + std::size_t(y) * std::size_t(image.bytesPerLine);
-        uchar* row = out.scanLine(y);
-        if (image.depth == 16) {
-            for (std::size_t i = 0; i < samples; ++i)
-                row[i] = source[2 * i + high];
-        } else {
-            std::memcpy(row, source, image.depth == 1 ? (std::size_t(image.width) + 7) / 8 : samples);
-        }
+        const std::uint8_t* line = image.line8(y, scratch);
+        if (!line)
+            return QImage();
+        std::memcpy(out.scanLine(y), line, image.packedLineBytes());
     }
     return out;
 }

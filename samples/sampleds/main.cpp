@@ -7,6 +7,7 @@
 #include <cstring>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace {
 void usage() {
@@ -66,6 +67,16 @@ std::optional<double> numberArgument(const char* option, const char* text, doubl
     }
     return value;
 }
+// NAME=VALUE split at the first "=", or nothing (reported) without a name before it.
+std::optional<std::pair<std::string, std::string>> assignmentArgument(const char* option, const char* form,
+                                                                      const std::string& text) {
+    const auto equals = text.find('=');
+    if (equals == 0 || equals == std::string::npos) {
+        std::fprintf(stderr, "sampleds: %s wants %s\n", option, form);
+        return std::nullopt;
+    }
+    return std::make_pair(text.substr(0, equals), text.substr(equals + 1));
+}
 } // namespace
 
 int main(int argc, char** argv) {
@@ -103,13 +114,10 @@ int main(int argc, char** argv) {
         else if (arg == "--prescan" && i + 1 < argc)
             options.prescanFile = argv[++i];
         else if (arg == "--set" && i + 1 < argc) {
-            std::string setting = argv[++i];
-            const auto equals = setting.find('=');
-            if (equals == 0 || equals == std::string::npos) {
-                std::fprintf(stderr, "sampleds: --set wants KEYPATH=VALUE\n");
+            auto setting = assignmentArgument("--set", "KEYPATH=VALUE", argv[++i]);
+            if (!setting)
                 return 2;
-            }
-            options.settings.emplace_back(setting.substr(0, equals), setting.substr(equals + 1));
+            options.settings.push_back(*setting);
         } else if (arg == "--scan") {
             options.headlessScan = true;
         } else if (arg == "--auto-answer" && i + 1 < argc) {
@@ -154,13 +162,10 @@ int main(int argc, char** argv) {
         else if (arg == "--output" && i + 1 < argc)
             options.output = argv[++i];
         else if (arg == "--device-option" && i + 1 < argc) {
-            std::string setting = argv[++i];
-            const auto equals = setting.find('=');
-            if (equals == 0 || equals == std::string::npos) {
-                std::fprintf(stderr, "sampleds: --device-option wants NAME=VALUE\n");
+            auto setting = assignmentArgument("--device-option", "NAME=VALUE", argv[++i]);
+            if (!setting)
                 return 2;
-            }
-            options.deviceOptions.emplace_back(setting.substr(0, equals), setting.substr(equals + 1));
+            options.deviceOptions.push_back(*setting);
         } else {
             usage();
             return arg == "--help" || arg == "-h" ? 0 : 2;
