@@ -62,17 +62,22 @@ std::string SaneStatusText(SANE_Status status) {
 
 // ---- Library ------------------------------------------------------------------------------------
 
-std::shared_ptr<SaneLibrary> SaneLibrary::acquire(const std::string& configDir, bool withTestBackend,
+std::shared_ptr<SaneLibrary> SaneLibrary::acquire(const std::string& configDir, SaneBackends backends,
                                                   std::string* error) {
     std::lock_guard lock(g_libraryLock);
     if (auto library = g_library.lock())
         return library;
-    if (withTestBackend && !configDir.empty()) {
+    if (backends == SaneBackends::WithTest && !configDir.empty()) {
         // SANE reads its configuration from these folders in turn; the trailing separator keeps the
         // system's folders after the sample's, whose dll.d adds the test backend.
         const char* current = std::getenv("SANE_CONFIG_DIR");
-        std::string path = configDir + ":" + (current ? current : "");
+        const std::string path = configDir + ":" + (current ? current : "");
         setenv("SANE_CONFIG_DIR", path.c_str(), 1);
+    } else if (backends == SaneBackends::TestOnly && !configDir.empty()) {
+        // The test backend alone: looking the device up then probes no other backend, some of
+        // which leave a thread cancelled inside the C library holding its locale lock, so that
+        // the process hangs at exit.
+        setenv("SANE_CONFIG_DIR", (configDir + "/test-only").c_str(), 1);
     }
     SANE_Int version = 0;
     const SANE_Status status = sane_init(&version, nullptr);

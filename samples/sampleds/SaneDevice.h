@@ -18,12 +18,20 @@ struct SaneDeviceEntry {
     std::string name, vendor, model, type;
 };
 
-// sane_init on the first acquire, sane_exit when the last holder lets go.
+// Which backends a session loads. Debian ships the test backend disabled; the sample's configuration
+// folder enables it, added to the system's (dll.d) or alone (test-only/dll.conf).
+enum class SaneBackends {
+    System,   // SANE's configuration as it stands
+    WithTest, // the system's and the test backend, for listing devices
+    TestOnly, // the test backend alone: opening a test device probes no other backend
+};
+
+// sane_init on the first acquire, sane_exit when the last holder lets go. SANE reads where its
+// configuration lies once per process, so the first session's backends hold for the process.
 class SaneLibrary {
 public:
-    // The session, or null with a reason in *error. A name of the test backend ("test", "test:1")
-    // enables that backend for this process from configDir first (Debian ships it disabled).
-    static std::shared_ptr<SaneLibrary> acquire(const std::string& configDir, bool withTestBackend,
+    // The session, or null with a reason in *error.
+    static std::shared_ptr<SaneLibrary> acquire(const std::string& configDir, SaneBackends backends,
                                                 std::string* error);
     ~SaneLibrary();
     SaneLibrary(const SaneLibrary&) = delete;

@@ -13,7 +13,7 @@ bool isTestDevice(const std::string& name) {
 
 int SaneScanner::listDevices(const std::string& configDir) {
     std::string error;
-    auto library = SaneLibrary::acquire(configDir, true, &error);
+    auto library = SaneLibrary::acquire(configDir, SaneBackends::WithTest, &error);
     if (!library) {
         std::fprintf(stderr, "sampleds: %s\n", error.c_str());
         return 2;
@@ -30,7 +30,8 @@ std::unique_ptr<SaneScanner>
 SaneScanner::open(const std::string& name, const std::string& configDir,
                   const std::vector<std::pair<std::string, std::string>>& options, std::string* error) {
     auto scanner = std::unique_ptr<SaneScanner>(new SaneScanner);
-    scanner->m_library = SaneLibrary::acquire(configDir, isTestDevice(name), error);
+    scanner->m_library = SaneLibrary::acquire(
+        configDir, isTestDevice(name) ? SaneBackends::TestOnly : SaneBackends::System, error);
     if (!scanner->m_library)
         return nullptr;
     scanner->m_device = SaneDevice::open(scanner->m_library, name, error);
