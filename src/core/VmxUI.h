@@ -1,10 +1,11 @@
 // The interface between a data source and the scanner settings module.
 //
-// The data source loads the module (dlopen on Linux, a .bundle on macOS), looks up the two
+// The data source loads the module (dlopen on Linux, a .bundle on macOS), looks up the
 // exported C functions below, creates the one facade object and drives it on its GUI thread:
 //
 //   auto create = (VmxUICreateFn)dlsym(handle, "VmxUICreateController");
-//   VmxUIController* ui = create();
+//   VmxUIController* ui = create(VMXUI_INTERFACE_VERSION); // null for a module built apart
+//                                                          // from another header or library
 //   ui->initWithDSBundle("/path/to/DataSource.bundle");
 //   ui->setModelDef(&myModelDefinition);
 //   ui->setDataWithDictionary(capabilityValues, productID);
@@ -17,7 +18,7 @@
 // Only this header and TwValue.h are needed; the interface uses no Qt types. It does pass C++
 // standard-library types (std::string, and TwValue, which is built on std::shared_ptr, std::vector
 // and std::string), so the data source must be built with the same C++ standard library, of a
-// compatible version, as the module.
+// compatible version, as the module: see the version handshake at the end.
 //
 // Values cross the interface as copies. The dictionaries given to setDataWithDictionary and
 // setDataWithKeyPathValue are copied in, so the store never shares a container with the data
@@ -242,12 +243,50 @@ public:
     virtual bool saveDialogPicture(const std::string& pngPath, const std::string& tabIdentifier) = 0;
 };
 
-// ---- The module's exported entry points --------------------------------------------------------
+// ---- The module's exported entry points and their version -------------------------------------
+//
+// A data source and a module are built apart, but this interface hands C++ objects across: virtual
+// calls, std::string, and TwValue (std::shared_ptr, std::vector, std::variant). Both sides must
+// therefore have been built from the same revision of this header and with the same C++ standard
+// library. VMXUI_INTERFACE_VERSION says both: the header's revision in the high 16 bits, the
+// standard library in the low 16 (1: libstdc++ with its C++11 string, 2: libstdc++ with the old
+// string, 3: libc++, 0: another).
+//
+// The rule: any change to this header that changes what crosses the interface (a record's layout,
+// an event, a virtual function added, removed, reordered or given another signature, a type the
+// calls pass) raises VMXUI_INTERFACE_REVISION. Comments and new constants do not.
+//
+// The handshake: the module exports VmxUIInterfaceVersion() beside the factory. A data source may
+// ask it before creating anything and compare it with its own VMXUI_INTERFACE_VERSION; in any
+// case it passes its VMXUI_INTERFACE_VERSION to the factory, which returns null, with a line in
+// the diagnostic log and on standard error, when the two differ:
+//
+//   auto version = (VmxUIInterfaceVersionFn)dlsym(handle, VMXUI_VERSION_SYMBOL);
+//   if (!version || version() != VMXUI_INTERFACE_VERSION) { /* refuse to load this module */ }
+//   VmxUIController* ui = create(VMXUI_INTERFACE_VERSION);
+
+#define VMXUI_INTERFACE_REVISION 1
+
+#if defined(_LIBCPP_VERSION)
+#define VMXUI_STANDARD_LIBRARY 3
+#elif defined(__GLIBCXX__) && defined(_GLIBCXX_USE_CXX11_ABI) && _GLIBCXX_USE_CXX11_ABI
+#define VMXUI_STANDARD_LIBRARY 1
+#elif defined(__GLIBCXX__)
+#define VMXUI_STANDARD_LIBRARY 2
+#else
+#define VMXUI_STANDARD_LIBRARY 0
+#endif
+
+#define VMXUI_INTERFACE_VERSION ((std::uint32_t{VMXUI_INTERFACE_REVISION} << 16) | VMXUI_STANDARD_LIBRARY)
 
 extern "C" {
-typedef VmxUIController* (*VmxUICreateFn)();
+typedef std::uint32_t (*VmxUIInterfaceVersionFn)();
+// Null when interfaceVersion is not the module's VMXUI_INTERFACE_VERSION (or the facade cannot be
+// made).
+typedef VmxUIController* (*VmxUICreateFn)(std::uint32_t interfaceVersion);
 typedef void (*VmxUIDestroyFn)(VmxUIController*);
 }
 
+#define VMXUI_VERSION_SYMBOL "VmxUIInterfaceVersion"
 #define VMXUI_CREATE_SYMBOL "VmxUICreateController"
 #define VMXUI_DESTROY_SYMBOL "VmxUIDestroyController"
