@@ -1,5 +1,6 @@
 # Two entry points: `make demo` and `make test`. Both install any Debian package that is missing,
 # then configure and build. SANITIZE=1 builds everything with ASan and UBSan in build-sanitize/.
+# For data source developers: `make install PREFIX=...` and `make deb`.
 
 SANITIZE ?= 0
 ifeq ($(SANITIZE),1)
@@ -11,9 +12,9 @@ endif
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
 DEBIAN_PACKAGES := cmake make g++ pkg-config qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins \
-    libplist-dev libsane-dev libgl-dev fonts-dejavu-core xvfb xauth
+    libplist-dev libsane-dev libgl-dev fonts-dejavu-core xvfb xauth dpkg-dev file
 
-.PHONY: all deps build test demo format clean bench
+.PHONY: all deps build test demo format clean bench install deb
 
 all: build
 
@@ -48,6 +49,16 @@ demo: build
 	    xvfb-run -a $(BUILD)/samples/sampleds --close-after $(DEMO_SECONDS) \
 	        --screenshot $(BUILD)/demo.png $(DEMO_ARGS); \
 	fi
+
+# The module bundle, headers, toolkit, CMake package, pkg-config file and sample data source.
+PREFIX ?= /usr/local
+install: build
+	cmake --install $(BUILD) --prefix $(abspath $(PREFIX))
+
+# One Debian package of the same, for /usr, into $(BUILD)/packages.
+deb: build
+	cd $(BUILD) && cpack -G DEB -B $(abspath $(BUILD))/packages
+	@ls -l $(BUILD)/packages/*.deb
 
 bench: build
 	@for b in $(BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b"; done

@@ -159,13 +159,19 @@ bool SampleDataSource::load() {
         std::fprintf(stderr, "sampleds: cannot load %s: %s\n", m_options.modulePath.c_str(), dlerror());
         return false;
     }
+    auto version = reinterpret_cast<VmxUIInterfaceVersionFn>(dlsym(m_module, VMXUI_VERSION_SYMBOL));
     auto create = reinterpret_cast<VmxUICreateFn>(dlsym(m_module, VMXUI_CREATE_SYMBOL));
     m_destroy = reinterpret_cast<VmxUIDestroyFn>(dlsym(m_module, VMXUI_DESTROY_SYMBOL));
-    if (!create || !m_destroy) {
+    if (!version || !create || !m_destroy) {
         std::fprintf(stderr, "sampleds: %s lacks the factory functions\n", m_options.modulePath.c_str());
         return false;
     }
-    m_ui = create();
+    if (version() != VMXUI_INTERFACE_VERSION) {
+        std::fprintf(stderr, "sampleds: %s has interface version 0x%08x, this data source 0x%08x\n",
+                     m_options.modulePath.c_str(), unsigned(version()), unsigned(VMXUI_INTERFACE_VERSION));
+        return false;
+    }
+    m_ui = create(VMXUI_INTERFACE_VERSION);
     if (!m_ui)
         return false;
 
@@ -559,6 +565,7 @@ int SampleDataSource::runHeadless() {
     if (!load())
         return m_exitStatus;
     g_source = this;
+    std::printf("module %s\nbundle %s\n", m_options.modulePath.c_str(), m_options.bundlePath.c_str());
     for (const char* keyPath : {"ScanInfo.ProductName", "Data.PaperSource", "Data.PaperSize",
                                 "Data.Resolution", "Data.ImageType", "Data.Area.Unit"})
         std::printf("%s = %s\n", keyPath, m_ui->dataForKeyPath(keyPath).description().c_str());

@@ -1,5 +1,6 @@
 // sampleds: a stand-in data source for trying the settings dialog without a scanner.
 #include "SampleDataSource.h"
+#include "SampleLayout.h"
 #include "SaneScanner.h"
 
 #include <cstdio>
@@ -82,8 +83,9 @@ std::optional<std::pair<std::string, std::string>> assignmentArgument(const char
 int main(int argc, char** argv) {
     SampleOptions options;
     bool listDevices = false;
-    options.modulePath = VMXUI_MODULE_PATH;
-    options.bundlePath = SAMPLE_BUNDLE_DIR;
+    const SampleLayout layout = SampleLayoutBeside(SampleExecutableDir(argv[0]));
+    options.modulePath = layout.modulePath;
+    options.bundlePath = layout.bundlePath;
     for (int i = 1; i < argc; ++i) {
         std::string arg = argv[i];
         if (arg == "--headless")
@@ -170,6 +172,13 @@ int main(int argc, char** argv) {
             usage();
             return arg == "--help" || arg == "-h" ? 0 : 2;
         }
+    }
+    if (options.modulePath.empty() || options.bundlePath.empty()) {
+        std::fprintf(stderr,
+                     "sampleds: no module or sample bundle beside %s (installed or built); give "
+                     "--module PATH and --bundle PATH\n",
+                     SampleExecutableDir(argv[0]).c_str());
+        return 2;
     }
     if (listDevices)
         return SaneScanner::listDevices(SampleDataSource::saneConfigDir(options.bundlePath));
