@@ -53,7 +53,7 @@ demo: build
 # The module bundle, headers, toolkit, CMake package, pkg-config file and sample data source.
 PREFIX ?= /usr/local
 install: build
-	cmake --install $(BUILD) --prefix $(abspath $(PREFIX))
+	cmake --install $(BUILD) --prefix $(abspath $(PREFIX)) --strip
 
 # One Debian package of the same, for /usr, into $(BUILD)/packages.
 deb: build

@@ -31,7 +31,7 @@ install(CODE "
     list(APPEND CMAKE_INSTALL_MANIFEST_FILES \"\${pc}\")")
 
 set(VMXUI_INSTALL_DOCDIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/vmxui)
-install(FILES docs/INTEGRATING.md docs/SANE.md DESTINATION ${VMXUI_INSTALL_DOCDIR})
+install(FILES docs/INTEGRATING.md docs/ARCHITECTURE.md docs/SANE.md DESTINATION ${VMXUI_INSTALL_DOCDIR})
 install(DIRECTORY tests/consumer/ DESTINATION ${VMXUI_INSTALL_DOCDIR}/examples/consumer)
 
 # make deb: one package with the module, the toolkit, the headers and the sample data source.
