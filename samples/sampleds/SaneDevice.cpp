@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -305,13 +306,26 @@ SANE_Status SaneDevice::start() {
     std::lock_guard lock(m_readLock);
     if (m_started)
         return SANE_STATUS_GOOD;
-    const SANE_Status status = sane_start(m_handle);
+    const SANE_Status status = startNow();
     m_started = status == SANE_STATUS_GOOD;
     return status;
 }
 
+SANE_Status SaneDevice::startNow() {
+    m_frameStart = std::chrono::steady_clock::now();
+    return sane_start(m_handle);
+}
+
+void SaneDevice::cancelFrame() {
+    constexpr auto kFrameSettleTime = std::chrono::milliseconds(100);
+    const auto settled = m_frameStart.load() + kFrameSettleTime;
+    if (std::chrono::steady_clock::now() < settled)
+        std::this_thread::sleep_until(settled);
+    sane_cancel(m_handle);
+}
+
 SANE_Status SaneDevice::startFrame(SANE_Parameters& parameters) {
-    SANE_Status status = std::exchange(m_started, false) ? SANE_STATUS_GOOD : sane_start(m_handle);
+    SANE_Status status = std::exchange(m_started, false) ? SANE_STATUS_GOOD : startNow();
     if (status == SANE_STATUS_GOOD)
         status = sane_get_parameters(m_handle, &parameters);
     return status;
@@ -326,7 +340,7 @@ SaneReadResult SaneDevice::read(const std::function<void(std::uint64_t, std::uin
         result.status = status;
         result.message = what + ": " + SaneStatusText(status);
         // A frame that ends badly is cancelled, so that the next start begins a new one.
-        sane_cancel(m_handle);
+        cancelFrame();
         return result;
     };
 
@@ -404,11 +418,11 @@ SaneReadResult SaneDevice::read(const std::function<void(std::uint64_t, std::uin
 
 void SaneDevice::cancel() {
     m_cancelRequested = true;
-    sane_cancel(m_handle);
+    cancelFrame();
 }
 
 void SaneDevice::finish() {
     std::lock_guard lock(m_readLock);
     m_started = false;
-    sane_cancel(m_handle);
+    cancelFrame();
 }

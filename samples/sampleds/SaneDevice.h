@@ -6,6 +6,7 @@
 #include <sane/sane.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -121,6 +122,14 @@ private:
     // The index and descriptor of an active option, or -1.
     int find(const std::string& option, const SANE_Option_Descriptor** descriptor = nullptr) const;
     SANE_Status startFrame(SANE_Parameters& parameters);
+    // sane_start, noting when the frame began.
+    SANE_Status startNow();
+    // sane_cancel, but not in a frame's first moments. A backend that reads in a thread of its own
+    // stops that thread at sane_cancel, asynchronously: stopped while it still sets itself up (in
+    // the C library's allocator), it leaves a lock held, and the process hangs in the next thread
+    // that ends. A frame that fails at once (a jam, an I/O error) is therefore cancelled after it
+    // has been running for kFrameSettleTime.
+    void cancelFrame();
 
     std::shared_ptr<SaneLibrary> m_library;
     SANE_Handle m_handle;
@@ -129,6 +138,7 @@ private:
     // Set by cancel(): some devices end a cancelled frame as if it were whole.
     std::atomic_bool m_cancelRequested{false};
     std::mutex m_readLock;
+    std::atomic<std::chrono::steady_clock::time_point> m_frameStart{};
 };
 
 // SANE's own words for a status.
