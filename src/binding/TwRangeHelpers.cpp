@@ -44,6 +44,17 @@ std::string rangeMessagePattern() {
 }
 } // namespace
 
+std::optional<int> TwAreaUnitPlaces(std::int32_t unit) {
+    switch (unit) {
+    case 0:
+        return 2;
+    case 1:
+        return 1;
+    default:
+        return std::nullopt;
+    }
+}
+
 double TwScaledBound(int value, int places) {
     double v = value;
     for (int i = 0; i < placesOrZero(places); ++i)

@@ -7,11 +7,18 @@
 // real value through it.
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 class QAbstractSlider;
 class QAbstractSpinBox;
 class QObject;
 class QWidget;
 class TwainNumberFormatter;
+
+// Decimal places an area value shows in a unit ("Data.Area.Unit"): 2 for inches (0), 1 for
+// millimetres (1); nothing for another unit, whose values are shown as they are.
+std::optional<int> TwAreaUnitPlaces(std::int32_t unit);
 
 // The real value of the integer divided by 10.0 once per place.
 double TwScaledBound(int value, int places);

@@ -4,10 +4,14 @@
 #include "TwBindingWidgets.h"
 #include "TwBundle.h"
 #include "TwFormPreparation.h"
+#include "TwPageFinder.h"
 #include "TwPreviewImage.h"
 #include "TwPreviewView.h"
+#include "TwRangeHelpers.h"
 #include "TwResponderBinding.h"
+#include "TwStrings.h"
 #include "TwainDialogData.h"
+#include "TwainNumberFormatter.h"
 #include "ui_TwDlgPreview.h"
 
 #include <QAbstractButton>
@@ -16,7 +20,9 @@
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QSignalBlocker>
+#include <QToolTip>
 
 #include <utility>
 
@@ -156,8 +162,43 @@ TwDlgPreview::TwDlgPreview(QWidget* parent)
     });
     connect(ui->segControl, &TwSegmentedControl::segmentClicked, this, [this] { onControl(); });
     connect(ui->btnZoomFit, &QPushButton::clicked, this, [this] { onZoomFit(); });
+    connect(ui->btnFindPage, &QPushButton::clicked, this, [this] { onFindPage(); });
     ui->viewPreview->setDlgParent(this);
     createAreaImageIcon();
+    makeShortcuts();
+}
+
+void TwDlgPreview::makeShortcuts() {
+    auto add = [this](const QKeySequence& keys, QAbstractButton* button, auto action) {
+        auto* shortcut = new QShortcut(keys, this, action);
+        shortcut->setContext(Qt::WindowShortcut);
+        if (button)
+            button->setToolTip(button->toolTip() + QStringLiteral(" (") +
+                               keys.toString(QKeySequence::NativeText) + QLatin1Char(')'));
+    };
+    // The tools by their place in the row, Ctrl+1 ... Ctrl+4, as a click on the segment.
+    const QList<QAbstractButton*> tools = ui->segControl->buttons();
+    for (int i = 0; i < tools.size(); ++i)
+        add(QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_1 + i)), tools[i], [this, i] {
+            QAbstractButton* button = ui->segControl->buttons().value(i);
+            if (button && button->isEnabled()) {
+                ui->segControl->setSelectedIndex(i);
+                onControl();
+            }
+        });
+    add(QKeySequence(Qt::CTRL | Qt::Key_0), ui->btnZoomFit, [this] { onZoomFit(); });
+    add(QKeySequence(Qt::CTRL | Qt::Key_F), ui->btnFindPage, [this] {
+        if (ui->btnFindPage->isEnabled())
+            onFindPage();
+    });
+    // A zoom step in or out around the middle, as the zoom tools' click.
+    auto zoomBy = [this](int step) {
+        ui->viewPreview->doZoom(ui->viewPreview->zoomIndex() + step);
+        ui->viewPreview->resetCursorRects();
+    };
+    for (QKeySequence keys : {QKeySequence(QKeySequence::ZoomIn), QKeySequence(Qt::CTRL | Qt::Key_Equal)})
+        add(keys, nullptr, [zoomBy] { zoomBy(+1); });
+    add(QKeySequence(QKeySequence::ZoomOut), nullptr, [zoomBy] { zoomBy(-1); });
 }
 
 TwDlgPreview::~TwDlgPreview() {
@@ -178,6 +219,9 @@ TwSegmentedControl* TwDlgPreview::segControl() const {
 }
 QPushButton* TwDlgPreview::btnZoomFit() const {
     return ui->btnZoomFit;
+}
+QPushButton* TwDlgPreview::btnFindPage() const {
+    return ui->btnFindPage;
 }
 QLabel* TwDlgPreview::labValue1() const {
     return ui->labValue1;
@@ -266,7 +310,8 @@ bool TwDlgPreview::GetAreas(std::vector<TwAreaOverlay>& areas) {
         if (!(m->valueForKeyPath(row.widthKey).floatValue() > 0) ||
             !(m->valueForKeyPath(row.lengthKey).floatValue() > 0))
             continue;
-        TwAreaOverlay overlay{mapping().pageFromSetting(settingRect(row)), areaColour(row), TwValue()};
+        TwAreaOverlay overlay{mapping().pageFromSetting(settingRect(row)), areaColour(row), TwValue(),
+                              row.id == m_selectedArea && row.front == (m_selectedSide == 0)};
         if (*row.brightnessKey)
             overlay.brightness = m->valueForKeyPath(row.brightnessKey);
         areas.push_back(overlay);
@@ -296,9 +341,13 @@ void TwDlgPreview::setSelectedArea() {
 }
 
 void TwDlgPreview::ModifyArea(const QRectF& rect) {
+    if (const TwAreaInfo* row = selectedRecord())
+        writeArea(*row, rect);
+}
+
+void TwDlgPreview::writeArea(const TwAreaInfo& row, const QRectF& rect) {
     TwainDialogData* m = dialogData();
-    const TwAreaInfo* row = selectedRecord();
-    if (!m || !row)
+    if (!m)
         return;
     const QRectF setting = mapping().settingFromPage(rect);
     // Written as single-precision numbers, in this order, each validated by the model as it comes.
@@ -306,13 +355,63 @@ void TwDlgPreview::ModifyArea(const QRectF& rect) {
     // the edges and the picture follow once, after the last write.
     {
         QScopedValueRollback<bool> grouped(m_writingArea, true);
-        m->myChangeValue(TwValue(double(float(setting.x()))), row->xKey);
-        m->myChangeValue(TwValue(double(float(setting.y()))), row->yKey);
-        m->myChangeValue(TwValue(double(float(setting.width()))), row->widthKey);
-        m->myChangeValue(TwValue(double(float(setting.height()))), row->lengthKey);
+        m->myChangeValue(TwValue(double(float(setting.x()))), row.xKey);
+        m->myChangeValue(TwValue(double(float(setting.y()))), row.yKey);
+        m->myChangeValue(TwValue(double(float(setting.width()))), row.widthKey);
+        m->myChangeValue(TwValue(double(float(setting.height()))), row.lengthKey);
     }
     setSelectedArea();
     ui->viewPreview->update();
+}
+
+QString TwDlgPreview::areaReadout(const QRectF& pageArea) {
+    TwainDialogData* m = dialogData();
+    if (!m)
+        return {};
+    const int unit = m->valueForKeyPath("Data.Area.Unit").intValue();
+    const std::optional<int> places = TwAreaUnitPlaces(unit);
+    if (unit != m_readoutUnit || !m_readoutFormatter) {
+        m_readoutFormatter.reset(places ? CreateTextRangeFormatter(0, 1000000, *places) : nullptr);
+        m_readoutUnit = unit;
+    }
+    auto text = [this](double value) {
+        return (m_readoutFormatter ? m_readoutFormatter->stringFromNumber(value) : QString::number(value))
+            .toStdString();
+    };
+    // The values the model keeps: single precision, as every area write.
+    const QRectF setting = mapping().settingFromPage(pageArea);
+    const char* symbolKey = unit == 0 ? "IDS_UNIT_SYMBOL_INCH" : unit == 1 ? "IDS_UNIT_SYMBOL_MM" : nullptr;
+    const std::string symbol = symbolKey ? localizedString(QString::fromLatin1(symbolKey)).toStdString() : "";
+    return QString::fromStdString(
+        TwFormatString(localizedString(QStringLiteral("IDS_PREVIEW_READOUT")).toStdString(),
+                       {text(float(setting.x())), text(float(setting.y())), text(float(setting.width())),
+                        text(float(setting.height())), symbol}));
+}
+
+bool TwDlgPreview::onFindPage() {
+    const QImage& page = m_bFront ? m_imageFront : imageBack();
+    const TwAreaInfo* main = TwFindArea(m_bFront, kTwMainAreaId);
+    const QSizeF paper = mapping().page();
+    if (displayOnly() || !dialogData() || !main || page.isNull() || paper.isEmpty() || !IsEnableArea())
+        return false;
+    const double scaleX = paper.width() / page.width(), scaleY = paper.height() / page.height();
+    const std::optional<QRect> found = TwFindPageInImage(page, 1.0 / scaleX);
+    if (!found) {
+        OrvaLog(kOrvaLogInfo, "\t%s: no document on the %s page\n", "TwDlgPreview::onFindPage",
+                m_bFront ? "front" : "back");
+        QToolTip::showText(ui->btnFindPage->mapToGlobal(QPoint(0, ui->btnFindPage->height())),
+                           localizedString(QStringLiteral("IDS_PREVIEW_NO_PAGE")), ui->btnFindPage);
+        return false;
+    }
+    const QRectF rect(found->x() * scaleX, found->y() * scaleY, (found->width()) * scaleX,
+                      (found->height()) * scaleY);
+    OrvaLog(kOrvaLogInfo, "\t%s: document at %.1f, %.1f, %.1f x %.1f mm\n", "TwDlgPreview::onFindPage",
+            rect.x(), rect.y(), rect.width(), rect.height());
+    writeArea(*main, rect);
+    ValidateAreaRect();
+    setSelectedArea();
+    ui->viewPreview->update();
+    return true;
 }
 
 void TwDlgPreview::SetInMouseDrag(bool dragging) {
@@ -487,6 +586,7 @@ const QImage& TwDlgPreview::imageBack() {
 }
 
 void TwDlgPreview::showPage(const QImage& page) {
+    ui->btnFindPage->setEnabled(!displayOnly() && !page.isNull() && IsEnableArea());
     // The page the view shows already (the same picture data) is not handed over again.
     const QImage& shown = ui->viewPreview->scanImage();
     if (shown.isNull() == page.isNull() && shown.cacheKey() == page.cacheKey())
@@ -530,6 +630,7 @@ void TwDlgPreview::showWindow() {
     ui->segControl->buttons().value(0)->setEnabled(select);
     // A page only: there are no areas to pick.
     ui->cmbArea->setVisible(!displayOnly());
+    ui->btnFindPage->setVisible(!displayOnly());
     setTool(select ? 0 : 1);
     updateMapping();
     // The scroll area gets its size from the layout before the page is fitted into it.

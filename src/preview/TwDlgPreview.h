@@ -36,6 +36,7 @@ class QPushButton;
 class QScrollArea;
 class TwPreviewView;
 class TwSegmentedControl;
+class TwainNumberFormatter;
 class TwainDialogData;
 namespace Ui {
 class TwDlgPreview;
@@ -47,6 +48,7 @@ struct TwAreaOverlay {
     QRectF rect;
     QColor color;
     TwValue brightness;
+    bool selected = false; // the area the area list has chosen
 };
 
 // An entry of the area list of the side shown.
@@ -77,6 +79,9 @@ public:
     bool GetAreas(std::vector<TwAreaOverlay>& areas);
     // A rectangle in page millimetres as shown, written to the selected area.
     void ModifyArea(const QRectF& rect);
+    // An area's position and size (page millimetres as shown) in the user's unit, as the Area tab
+    // shows them: "X 1.00  Y 2.00  W 8.50  L 11.00 in".
+    QString areaReadout(const QRectF& pageArea);
     void SetInMouseDrag(bool dragging);
     bool GetInMouseDrag();
     void ValidateAreaRect();
@@ -110,6 +115,10 @@ public:
     void onAreaChange();
     void onControl();
     void onZoomFit();
+    // Sets the main area of the side shown to the document found on its prescan, through the model
+    // (validated as any edit); a selected sub-area stays as it is. False, saying so beside the
+    // button, when the page shows no document.
+    bool onFindPage();
 
     void observeValueForKeyPath(const std::string& keyPath, TwObservable* object,
                                 const TwKeyValueChange& change, void* context) override;
@@ -120,6 +129,7 @@ public:
     QComboBox* cmbArea() const;
     TwSegmentedControl* segControl() const;
     QPushButton* btnZoomFit() const;
+    QPushButton* btnFindPage() const;
     QLabel* labValue1() const;
     QLabel* labValue2() const;
     TwPreviewView* viewPreview() const;
@@ -153,6 +163,10 @@ private:
     void showPage(const QImage& page);
     void createAreaImageIcon();
     void makeCursors();
+    // The keys of the tools, the zoom, Fit and Find Page, also named in their tool tips.
+    void makeShortcuts();
+    // Writes a rectangle (page millimetres as shown) to an area's working copies.
+    void writeArea(const TwAreaInfo& row, const QRectF& rect);
     void setTool(int segment);
     // The status timer: looks at the rescan flag every 100 ms while the window is up.
     void createThread();
@@ -180,5 +194,7 @@ private:
     QMap<QString, QIcon> m_areaImages;
     QTimer m_rescanTimer;
     bool m_NeedRescan = false;
-    bool m_writingArea = false; // ModifyArea is writing a drag step's rectangle
+    bool m_writingArea = false;                               // ModifyArea is writing a drag step's rectangle
+    std::unique_ptr<TwainNumberFormatter> m_readoutFormatter; // as the Area tab's, for m_readoutUnit
+    int m_readoutUnit = -1;
 };

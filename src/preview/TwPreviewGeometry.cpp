@@ -145,6 +145,40 @@ QRectF newAreaRect(QPointF a, QPointF b, QSizeF page) {
     return QRectF(origin.x(), origin.y(), far.x() - origin.x(), far.y() - origin.y());
 }
 
+std::optional<TwAreaEdges> keyStepEdges(const TwAreaEdges& edges, int key, bool edgeOnly, double step,
+                                        QSizeF page) {
+    double dx = 0, dy = 0;
+    switch (key) {
+    case Qt::Key_Left:
+        dx = -step;
+        break;
+    case Qt::Key_Right:
+        dx = step;
+        break;
+    case Qt::Key_Up:
+        dy = -step;
+        break;
+    case Qt::Key_Down:
+        dy = step;
+        break;
+    default:
+        return std::nullopt;
+    }
+    if (!edgeOnly)
+        return dragAreaEdges(edges, kZoneInside, QPointF(), QPointF(dx, dy), page).edges;
+    // Not before the opposite edge, and not out beyond the page (or beyond where it lies already).
+    TwAreaEdges e = edges;
+    e.right = std::clamp(e.right + dx, std::min(e.left, e.right), std::max(e.right, page.width()));
+    e.bottom = std::clamp(e.bottom + dy, std::min(e.top, e.bottom), std::max(e.bottom, page.height()));
+    return e;
+}
+
+std::array<QPointF, 8> areaHandlePoints(const QRectF& a) {
+    const QPointF c = a.center();
+    return {a.topLeft(),     QPointF(c.x(), a.top()),    a.topRight(),   QPointF(a.right(), c.y()),
+            a.bottomRight(), QPointF(c.x(), a.bottom()), a.bottomLeft(), QPointF(a.left(), c.y())};
+}
+
 float fitRate(QSizeF page, QSizeF frame) {
     if (page.width() <= 0 || page.height() <= 0)
         return 0;

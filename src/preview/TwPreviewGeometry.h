@@ -10,6 +10,7 @@
 #include <QSizeF>
 
 #include <array>
+#include <optional>
 
 // The square of half-side r around a point.
 QRectF MakePointRect(QPointF point, double r);
@@ -60,6 +61,17 @@ TwDragStep dragAreaEdges(const TwAreaEdges& edges, int zone, QPointF ptDrag, QPo
 QRectF areaRectForEdges(const TwAreaEdges& edges);
 // A new area drawn from ptDown to ptUp, limited to the page.
 QRectF newAreaRect(QPointF ptDown, QPointF ptUp, QSizeF page);
+
+// One keyboard step of the selected area: the arrow keys (Qt::Key_Left ... Qt::Key_Down) move it
+// by step, kept on the page as a move by drag is; with edgeOnly they move its right or bottom edge
+// (left and up make it smaller), kept on the page and not before the opposite edge. Nothing for
+// another key.
+std::optional<TwAreaEdges> keyStepEdges(const TwAreaEdges& edges, int key, bool edgeOnly, double step,
+                                        QSizeF page);
+
+// Where the selected area's eight handles sit: the corners and the middles of the edges, clockwise
+// from the top left corner.
+std::array<QPointF, 8> areaHandlePoints(const QRectF& area);
 
 // Zoom steps relative to the fit rate.
 inline constexpr std::array<float, 6> ZoomRates = {1.0f, 1.25f, 1.5f, 2.0f, 4.0f, 8.0f};

@@ -43,11 +43,12 @@ QCursor TwSelectTool::cursorAt(QPointF page) const {
     }
 }
 
-void TwSelectTool::press(QPointF page, const QMouseEvent&) {
+void TwSelectTool::press(QPointF page, const QMouseEvent& event) {
     m_ptDown = m_ptDrag = page;
     m_dragged = false;
     makeZones();
-    m_zone = grabbedZone(m_zones, m_ptDown);
+    // With Shift a drag draws a new area wherever it starts, over the selected one too.
+    m_zone = event.modifiers() & Qt::ShiftModifier ? int(kZoneNone) : grabbedZone(m_zones, m_ptDown);
 }
 
 void TwSelectTool::drag(QPointF page, const QMouseEvent&) {
@@ -61,6 +62,11 @@ void TwSelectTool::drag(QPointF page, const QMouseEvent&) {
         dialog->ModifyArea(areaRectForEdges(step.edges));
     }
     m_ptDrag = page;
+    const TwPreviewMapping& mapping = m_view.mapping();
+    const TwAreaEdges& e = m_view.areaEdges();
+    m_view.showReadout(m_zone == kZoneNone ? newAreaRect(m_ptDown, page, mapping.page())
+                                           : QRectF(QPointF(e.left, e.top), QPointF(e.right, e.bottom)),
+                       mapping.viewFromPage(page));
     m_view.update();
 }
 
@@ -68,17 +74,14 @@ void TwSelectTool::release(QPointF page, const QMouseEvent&) {
     TwDlgPreview* dialog = m_view.dlgParent();
     const bool drewNewArea = m_dragged && m_zone == kZoneNone;
     m_dragged = false;
+    m_view.hideReadout();
     if (!dialog)
         return;
     if (drewNewArea) {
         dialog->ModifyArea(newAreaRect(m_ptDown, page, m_view.mapping().page()));
         return;
     }
-    dialog->ValidateAreaRect();
-    if (dialog->selectedArea() == kTwMainAreaId)
-        m_view.update();
-    else
-        dialog->SetRescanFlag(true); // a moved sub-area is prescanned again
+    m_view.finishAreaEdit();
 }
 
 void TwSelectTool::paint(QPainter& painter) const {

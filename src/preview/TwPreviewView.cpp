@@ -3,23 +3,34 @@
 #include "TwDlgPreview.h"
 #include "TwPreviewTools.h"
 
+#include <QFontMetricsF>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QWheelEvent>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 namespace {
 // At most this many page pixels per pixel of the picture made of them are made 32-bit first.
 constexpr qint64 kPiecePixels = 4;
+// How long a key step's readout stays (ms), and how far from its point a readout shows (pixels).
+constexpr int kKeyReadoutTime = 1500;
+constexpr QPointF kReadoutOffset(14, 18);
 } // namespace
 
 TwPreviewView::TwPreviewView(QWidget* parent) : QWidget(parent) {
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setFocusPolicy(Qt::StrongFocus);
+    m_readoutExpiry.setSingleShot(true);
+    m_readoutExpiry.setInterval(kKeyReadoutTime);
+    connect(&m_readoutExpiry, &QTimer::timeout, this, &TwPreviewView::hideReadout);
     auto select = std::make_unique<TwSelectTool>(*this);
     m_select = select.get();
     m_tools[kOpSelect] = std::move(select);
@@ -130,6 +141,21 @@ void TwPreviewView::doZoomFit() {
     doZoom(0);
 }
 
+void TwPreviewView::doZoomAt(int index, QPointF viewPoint) {
+    if (index < 0 || index > kZoomIndexMax || index == zoomIndex() || m_mapping.page().isEmpty())
+        return;
+    const QPointF page = m_mapping.pageFromView(viewPoint);
+    const QPointF inViewport = viewPoint + QPointF(pos()); // in the scroll area's viewport
+    m_mapping.setZoomIndex(index);
+    resizeToScale();
+    if (QScrollArea* area = scrollArea()) {
+        const QPointF origin = m_mapping.viewFromPage(page) - inViewport;
+        area->horizontalScrollBar()->setValue(int(std::lround(origin.x())));
+        area->verticalScrollBar()->setValue(int(std::lround(origin.y())));
+    }
+    MakeCursorAreaList();
+}
+
 // ---- Hit zones and cursors -----------------------------------------------------------------------
 
 void TwPreviewView::MakeCursorAreaList() {
@@ -148,6 +174,88 @@ void TwPreviewView::resetCursorRects() {
 
 void TwPreviewView::showCursorAt(QPointF p) {
     setCursor(tool().cursorAt(p));
+}
+
+// ---- Handles and the readout ---------------------------------------------------------------------
+
+QRectF TwPreviewView::selectedOverlay() const {
+    if (!m_dlgParent)
+        return {};
+    std::vector<TwAreaOverlay> overlays;
+    m_dlgParent->GetAreas(overlays);
+    for (const TwAreaOverlay& overlay : overlays)
+        if (overlay.selected)
+            return overlay.rect;
+    return {};
+}
+
+std::vector<QRectF> TwPreviewView::handleRects() const {
+    std::vector<QRectF> handles;
+    const QRectF area = m_opMode == kOpSelect ? selectedOverlay() : QRectF();
+    if (area.isEmpty())
+        return handles;
+    for (QPointF point : areaHandlePoints(area))
+        handles.push_back(MakePointRect(m_mapping.viewFromPage(point), kHandleSize / 2));
+    return handles;
+}
+
+void TwPreviewView::paintHandles(QPainter& painter) const {
+    painter.save();
+    painter.setPen(QPen(Qt::black, 1.0));
+    painter.setBrush(Qt::white);
+    for (const QRectF& handle : handleRects())
+        painter.drawRect(handle.adjusted(0.5, 0.5, -0.5, -0.5));
+    painter.restore();
+}
+
+void TwPreviewView::showReadout(const QRectF& pageArea, QPointF viewPoint) {
+    const QRect old = m_readoutRect.toAlignedRect();
+    m_readoutText = m_dlgParent && pageArea.isValid() ? m_dlgParent->areaReadout(pageArea) : QString();
+    if (m_readoutText.isEmpty()) {
+        m_readoutRect = QRectF();
+    } else {
+        // Beside the point, below and to the right unless that leaves the visible part.
+        const QSizeF text = QFontMetricsF(font()).size(Qt::TextSingleLine, m_readoutText);
+        const QSizeF size(text.width() + 10, text.height() + 6);
+        const QRectF visible(visibleRect());
+        QPointF at = viewPoint + kReadoutOffset;
+        if (at.x() + size.width() > visible.right())
+            at.setX(viewPoint.x() - kReadoutOffset.x() - size.width());
+        if (at.y() + size.height() > visible.bottom())
+            at.setY(viewPoint.y() - kReadoutOffset.y() - size.height());
+        at.setX(std::max(at.x(), visible.left()));
+        at.setY(std::max(at.y(), visible.top()));
+        m_readoutRect = QRectF(at, size);
+    }
+    update(old.united(m_readoutRect.toAlignedRect()).adjusted(-1, -1, 1, 1));
+}
+
+void TwPreviewView::hideReadout() {
+    m_readoutExpiry.stop();
+    showReadout(QRectF(), QPointF());
+}
+
+void TwPreviewView::paintReadout(QPainter& painter) const {
+    if (m_readoutText.isEmpty())
+        return;
+    painter.save();
+    QColor base = palette().color(QPalette::ToolTipBase);
+    base.setAlpha(235);
+    painter.setPen(QPen(palette().color(QPalette::ToolTipText), 1.0));
+    painter.setBrush(base);
+    painter.drawRoundedRect(m_readoutRect.adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
+    painter.drawText(m_readoutRect, Qt::AlignCenter, m_readoutText);
+    painter.restore();
+}
+
+void TwPreviewView::finishAreaEdit() {
+    if (!m_dlgParent)
+        return;
+    m_dlgParent->ValidateAreaRect();
+    if (m_dlgParent->selectedArea() == kTwMainAreaId)
+        update();
+    else
+        m_dlgParent->SetRescanFlag(true); // a moved sub-area is prescanned again
 }
 
 // ---- Drawing -------------------------------------------------------------------------------------
@@ -217,7 +325,15 @@ void TwPreviewView::paintEvent(QPaintEvent* event) {
         painter.setPen(pen);
         painter.drawRect(m_mapping.viewFromPage(overlay.rect));
     }
+    paintHandles(painter);
     tool().paint(painter);
+    paintReadout(painter);
+    if (hasFocus()) {
+        // Where the keys go: a frame just inside the visible part.
+        painter.setPen(QPen(palette().color(QPalette::Highlight), 2.0));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawRect(QRectF(visibleRect()).adjusted(1, 1, -1, -1));
+    }
 }
 
 // ---- Mouse ---------------------------------------------------------------------------------------
@@ -249,4 +365,58 @@ void TwPreviewView::mouseReleaseEvent(QMouseEvent* event) {
     grabbed->release(m_mapping.pageFromView(event->position()), *event);
     update();
     resetCursorRects();
+}
+
+// ---- Keys, wheel and focus -----------------------------------------------------------------------
+
+void TwPreviewView::keyPressEvent(QKeyEvent* event) {
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    const bool edgeOnly = modifiers & Qt::AltModifier;
+    const double step = modifiers & Qt::ShiftModifier ? kKeyStepLarge : kKeyStep;
+    const bool plain = (modifiers & ~(Qt::AltModifier | Qt::ShiftModifier)) == 0;
+    const QRectF area = selectedOverlay();
+    const auto edges = plain && !area.isEmpty()
+                           ? keyStepEdges(m_areaEdges, event->key(), edgeOnly, step, m_mapping.page())
+                           : std::nullopt;
+    if (!edges) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    event->accept();
+    if (*edges != m_areaEdges) {
+        // As one step of a drag, ended as a drag ends.
+        m_dlgParent->SetInMouseDrag(true);
+        m_dlgParent->ModifyArea(areaRectForEdges(*edges));
+        m_dlgParent->SetInMouseDrag(false);
+        finishAreaEdit();
+    }
+    const QRectF now = selectedOverlay();
+    showReadout(now, m_mapping.viewFromPage(now.bottomRight()));
+    m_readoutExpiry.start();
+}
+
+void TwPreviewView::wheelEvent(QWheelEvent* event) {
+    if (!(event->modifiers() & Qt::ControlModifier)) {
+        event->ignore(); // the scroll area scrolls
+        return;
+    }
+    event->accept();
+    // One zoom step per notch; a fine wheel's small turns add up to one.
+    m_wheelTurn += event->angleDelta().y();
+    const int notches = m_wheelTurn / QWheelEvent::DefaultDeltasPerStep;
+    if (notches == 0)
+        return;
+    m_wheelTurn -= notches * QWheelEvent::DefaultDeltasPerStep;
+    doZoomAt(std::clamp(zoomIndex() + (notches > 0 ? 1 : -1), 0, kZoomIndexMax), event->position());
+    resetCursorRects();
+}
+
+void TwPreviewView::focusInEvent(QFocusEvent* event) {
+    QWidget::focusInEvent(event);
+    update();
+}
+
+void TwPreviewView::focusOutEvent(QFocusEvent* event) {
+    QWidget::focusOutEvent(event);
+    update();
 }

@@ -17,10 +17,12 @@
 #include <QCursor>
 #include <QImage>
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 
 #include <array>
 #include <memory>
+#include <vector>
 
 class QScrollArea;
 class TwDlgPreview;
@@ -33,6 +35,11 @@ public:
     enum OpMode { kOpSelect = 0, kOpHand = 1, kOpZoomIn = 2, kOpZoomOut = 3 };
     // Outlines and the band are this wide (view pixels) at every zoom.
     static constexpr double kOutlineWidth = 3.0;
+    // The selected area's handles are squares this wide (view pixels) at every zoom.
+    static constexpr double kHandleSize = 7.0;
+    // An arrow key moves the area this far (millimetres), with Shift ten times as far.
+    static constexpr double kKeyStep = 1.0;
+    static constexpr double kKeyStepLarge = 10.0;
 
     explicit TwPreviewView(QWidget* parent = nullptr);
     ~TwPreviewView() override;
@@ -80,6 +87,9 @@ public:
     // Zoom step n of ZoomRates; the point in the middle of the visible part stays there.
     void doZoom(int index);
     void doZoomFit();
+    // Zoom step n with the page point under viewPoint (view pixels) kept under it: the wheel's
+    // zoom around the pointer.
+    void doZoomAt(int index, QPointF viewPoint);
     int zoomIndex() const { return m_mapping.zoomIndex(); }
     float initedRate() const { return m_mapping.fitRate(); }
 
@@ -90,6 +100,23 @@ public:
     const TwCursorAreaList& cursorAreaList() const;
     // Rebuilds the zones (select tool) and shows the cursor for where the pointer is.
     void resetCursorRects();
+
+    // ---- Handles and the readout ----
+
+    // The handles of the selected area in view pixels, as painted; none while the select tool is
+    // not chosen or no area is selected on the page.
+    std::vector<QRectF> handleRects() const;
+    // The position and size readout shown while an area is drawn, moved or resized (empty when
+    // none shows), and where it shows (view pixels).
+    QString readoutText() const { return m_readoutText; }
+    QRectF readoutRect() const { return m_readoutRect; }
+    // Shows the readout for the area (page millimetres) beside the view point; an empty rectangle
+    // hides it. The tools call it on each step, the keyboard once per key (for a while).
+    void showReadout(const QRectF& pageArea, QPointF viewPoint);
+    void hideReadout();
+    // Ends an edit of the selected area as a drag ends: the model validates the areas, and a
+    // moved sub-area asks for a rescan.
+    void finishAreaEdit();
 
 signals:
     // A page was handed to the view (setScanImage), a null one included.
@@ -102,6 +129,12 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    // Arrows move the selected area (Shift: farther); with Alt they move its right or bottom edge.
+    void keyPressEvent(QKeyEvent* event) override;
+    // Ctrl with the wheel zooms around the pointer; the plain wheel scrolls.
+    void wheelEvent(QWheelEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
     // The part of the view the scroll area shows, in view pixels.
@@ -112,6 +145,10 @@ private:
     void ensurePageCache(const QRect& needed);
     void showCursorAt(QPointF pagePoint);
     TwPreviewTool& tool() const { return *m_tools[std::size_t(m_opMode)]; }
+    // The selected area as painted (page millimetres); empty when none is.
+    QRectF selectedOverlay() const;
+    void paintHandles(QPainter& painter) const;
+    void paintReadout(QPainter& painter) const;
 
     QPointer<TwDlgPreview> m_dlgParent;
     TwPreviewMapping m_mapping;
@@ -126,5 +163,9 @@ private:
     QCursor m_cursorResizeRightDown;
     QCursor m_cursorResizeRightUp;
     TwPreviewTool* m_grabbed = nullptr; // the tool that took the press, while the button is held
+    QString m_readoutText;
+    QRectF m_readoutRect;   // where the readout shows, view pixels
+    QTimer m_readoutExpiry; // a key step's readout goes after a while
+    int m_wheelTurn = 0;    // the wheel's turn not yet made into a zoom step (eighths of a degree)
     int m_opMode = kOpSelect;
 };

@@ -318,22 +318,18 @@ void TwainViewArea::setFormatterForUnitAll(std::int32_t unit) {
 std::optional<TwTextRange> TwainViewArea::rangeForUnit(const TwRange& range, std::int32_t unit) {
     const double lo = float(range.start);
     const double hi = float(range.start + range.length);
-    std::optional<int> minimum, maximum;
-    int places = 0;
-    if (unit == 0) {
-        minimum = roundedBound(lo / kTwMillimetresPerInch * 100.0 + 0.5);
-        maximum = roundedBound(hi / kTwMillimetresPerInch * 100.0 + 0.5);
-        places = 2;
-    } else if (unit == 1) {
-        minimum = roundedBound(lo * 10.0 + 0.5);
-        maximum = roundedBound(hi * 10.0 + 0.5);
-        places = 1;
-    } else {
+    const std::optional<int> places = TwAreaUnitPlaces(unit);
+    if (!places)
         return std::nullopt;
-    }
+    // Inches are divided first, then scaled, as the bounds have always been computed.
+    auto inPlaces = [unit](double mm) {
+        return unit == 0 ? mm / kTwMillimetresPerInch * 100.0 : mm * 10.0;
+    };
+    const std::optional<int> minimum = roundedBound(inPlaces(lo) + 0.5);
+    const std::optional<int> maximum = roundedBound(inPlaces(hi) + 0.5);
     if (!minimum || !maximum)
         return std::nullopt;
-    return TwTextRange{*minimum, *maximum, places};
+    return TwTextRange{*minimum, *maximum, *places};
 }
 
 void TwainViewArea::setFormatter(TwainNumberFormatter* formatter, const std::string& keyPath,
