@@ -12,7 +12,8 @@ endif
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
 DEBIAN_PACKAGES := cmake make g++ pkg-config qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins \
-    libplist-dev libsane-dev libgl-dev fonts-dejavu-core xvfb xauth dpkg-dev file
+    libplist-dev libsane-dev libgl-dev fonts-dejavu-core fonts-noto-cjk xvfb xauth dpkg-dev file \
+    qt6-l10n-tools
 
 .PHONY: all deps build test demo format clean bench install deb
 

@@ -34,7 +34,10 @@ set(VMXUI_INSTALL_DOCDIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/vmxui)
 install(FILES docs/INTEGRATING.md docs/ARCHITECTURE.md docs/SANE.md DESTINATION ${VMXUI_INSTALL_DOCDIR})
 install(DIRECTORY tests/consumer/ DESTINATION ${VMXUI_INSTALL_DOCDIR}/examples/consumer)
 
-# make deb: one package with the module, the toolkit, the headers and the sample data source.
+# make deb: one package with the module, the toolkit, the headers and the sample data source. The
+# package is made of what is built (make deb builds first): packing never starts a build of its
+# own, which a test packing while others run must not.
+set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME vmxui)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})

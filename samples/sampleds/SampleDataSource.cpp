@@ -116,6 +116,7 @@ bool SampleDataSource::openDevice() {
         return false;
     }
     m_modelDef = SampleModelDef(mapping.modelDef);
+    m_modelDef.localize(m_options.bundlePath);
     m_capabilities = mapping.capabilities;
     const SaneTraits& t = m_sane->traits();
     std::string resolutions, modes, sources;
@@ -146,6 +147,7 @@ bool SampleDataSource::load() {
     if (!error.empty())
         std::fprintf(stderr, "sampleds: model definition: %s\n", error.c_str());
     error.clear();
+    m_modelDef.localize(m_options.bundlePath);
     m_capabilities = TwPlistReadFile(m_options.bundlePath + "/Contents/Resources/Capabilities.plist", &error);
     if (!m_capabilities.isDictionary()) {
         std::fprintf(stderr, "sampleds: capability values: %s\n", error.c_str());

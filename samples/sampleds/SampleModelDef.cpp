@@ -1,6 +1,25 @@
 #include "SampleModelDef.h"
 
+#include "TwBundle.h"
 #include "TwPlist.h"
+
+namespace {
+void translateTexts(const TwValue& node, const TwDictionary& table) {
+    if (TwDictionary* d = node.dict()) {
+        for (const char* key : {"display", "localizedText"}) {
+            const TwValue text = d->value(key);
+            if (const std::string* english = text.str())
+                if (TwValue translated = table.value(*english); translated.str())
+                    d->set(key, translated);
+        }
+        for (const auto& entry : *d)
+            translateTexts(entry.second, table);
+    } else if (TwArray* a = node.list()) {
+        for (const TwValue& item : *a)
+            translateTexts(item, table);
+    }
+}
+} // namespace
 
 SampleModelDef SampleModelDef::fromFile(const std::string& path, std::string* error) {
     TwValue root = TwPlistReadFile(path, error);
@@ -22,4 +41,14 @@ double SampleModelDef::getPhysicalWidth() const {
 double SampleModelDef::getMinHeight() const {
     TwValue h = m_root.dict()->value("MinHeight");
     return h.isNumber() ? h.doubleValue() : FeederADF().dict()->value("MinHeight").doubleValue();
+}
+
+void SampleModelDef::localize(const std::string& bundlePath) {
+    const std::shared_ptr<TwBundle> bundle = TwBundle::bundleWithPath(bundlePath);
+    const std::string path = bundle ? bundle->pathForResource("ModelDef", "strings") : std::string();
+    if (path.empty())
+        return;
+    const TwValue table = TwPlistReadFile(path);
+    if (const TwDictionary* d = table.dict())
+        translateTexts(m_root, *d);
 }

@@ -12,6 +12,10 @@ public:
     explicit SampleModelDef(TwValue root) : m_root(root.isDictionary() ? root : TwValue::dictionary()) {}
 
     const TwValue& root() const { return m_root; }
+    // The choice lists' texts ("display", and the tabs' "localizedText") in the user's language:
+    // each text found in the bundle's ModelDef.strings (English text -> text), taken from the
+    // language folder its string tables come from. A bundle without one leaves them as they are.
+    void localize(const std::string& bundlePath);
 
     TwValue UIEnable() const override { return table("UIEnable"); }
     TwValue UIOptions() const override { return table("UIOptions"); }

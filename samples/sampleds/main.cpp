@@ -16,11 +16,13 @@ void usage() {
         "usage: sampleds [--headless] [--modeless] [--settings-only] [--close-after SECONDS [--ok]]\n"
         "                [--screenshot FILE.png] [--screenshot-tabs DIR] [--no-flatbed] [--no-passport]\n"
         "                [--set KEYPATH=VALUE]... [--prescan FILE.bmp] [--prescan-after SECONDS]\n"
-        "                [--module PATH] [--bundle PATH]\n"
+        "                [--module PATH] [--bundle PATH] [--language LANG]\n"
         "                [--scan] [--scan-after SECONDS] [--scan-pages N] [--double-feed-at K]\n"
         "                [--paper-wait SECONDS] [--page-time MS] [--auto-answer continue|stop]\n"
         "                [--answer-after SECONDS]\n"
         "  --headless         no window: read values, change the resolution, send it as event 1\n"
+        "  --language LANG    the user's language (de, fr, ja, ...) instead of the environment's: the\n"
+        "                     dialog's and the sample's texts; a language without them is English\n"
         "  --prescan F        with --headless: prescan through the callback (event 3) and save the\n"
         "                     front image as F, the back one as F with \"-back\" added\n"
         "  --set K=V          write a setting through the facade after loading (true, false, a\n"
@@ -157,6 +159,8 @@ int main(int argc, char** argv) {
             options.modulePath = argv[++i];
         else if (arg == "--bundle" && i + 1 < argc)
             options.bundlePath = argv[++i];
+        else if (arg == "--language" && i + 1 < argc)
+            setenv("LANGUAGE", argv[++i], 1); // as the user's own setting: read by the module too
         else if (arg == "--list-devices")
             listDevices = true;
         else if (arg == "--device" && i + 1 < argc)

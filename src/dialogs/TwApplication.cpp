@@ -1,11 +1,13 @@
 #include "TwApplication.h"
 
 #include "OrvaDebug.h"
+#include "TwBundle.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QPointer>
 #include <QThread>
+#include <QTranslator>
 #include <QWidget>
 
 #include <mutex>
@@ -38,6 +40,34 @@ bool isProcessMainThread() {
 #endif
 }
 
+// The module's forms in the user's language: the translation ("Forms.qm") of the first language
+// folder of the module's bundle that has one, in the order its string tables are chosen (the
+// user's language, the development region, English). Installed on the application once, and again
+// when the language chosen has changed; the translator belongs to the application.
+void translateForms() {
+    const std::shared_ptr<TwBundle> bundle = TwBundle::moduleBundle();
+    const std::string file = bundle ? bundle->pathForResource("Forms", "qm") : std::string();
+    static QPointer<QTranslator> installed;
+    const QString path = QString::fromStdString(file);
+    if (installed && installed->filePath() == path)
+        return;
+    if (installed) {
+        QCoreApplication::removeTranslator(installed);
+        delete installed;
+    }
+    if (path.isEmpty())
+        return; // English, as the forms are written
+    auto* translator = new QTranslator(QCoreApplication::instance());
+    if (!translator->load(path)) {
+        OrvaLog(kOrvaLogError, "ERROR: TwApplication: cannot read the forms' translation %s\n", file.c_str());
+        delete translator;
+        return;
+    }
+    QCoreApplication::installTranslator(translator);
+    installed = translator;
+    OrvaLog(kOrvaLogInfo, "TwApplication: forms translated by %s\n", file.c_str());
+}
+
 } // namespace
 
 namespace TwApplication {
@@ -59,6 +89,7 @@ bool acquire() {
         OrvaLog(kOrvaLogError, "ERROR: TwApplication::acquire: the host's application has no widgets\n");
         return false;
     }
+    translateForms();
     ++g_references;
     return true;
 }
