@@ -3,6 +3,8 @@
 // with the source's placeholders and at most one mnemonic, the sample's choice texts are all
 // translated, and the dialog shown through the facade speaks the user's language, falling back to
 // the development region for a language without tables.
+#include "../preview/PreviewPages.h"
+#include "LayoutFit.h"
 #include "SampleFixture.h"
 
 #include <QRegularExpression>
@@ -84,6 +86,24 @@ public:
 private:
     QByteArray m_old;
 };
+
+// Prescans deliver an A4 page at 50 dpi.
+std::uint16_t pageCallback(std::uint16_t event, void* data) {
+    recordEvent(event, data);
+    if ((event == kVmxEventPrescan || event == kVmxEventPreviewRescan) && data) {
+        auto* record = static_cast<TwPreviewRecord*>(data);
+        record->front.pDIB =
+            makePageBitmap(413, 585, 1969, QColor(70, 110, 200), "PAGE", &record->front.imageLength);
+    }
+    return 0;
+}
+
+QScreen* screenNamed(const QString& name) {
+    for (QScreen* s : QGuiApplication::screens())
+        if (s->name() == name)
+            return s;
+    return nullptr;
+}
 
 } // namespace
 
@@ -213,6 +233,133 @@ private slots:
         for (const QLabel* l : window(*ui)->findChildren<QLabel*>())
             texts << l->text();
         QVERIFY2(texts.contains(label), qPrintable(label + " is not among " + texts.join(" | ")));
+    }
+
+    // The check itself: a label, a button, a check box and a group title squeezed below their
+    // texts, and two labels over each other, are each found; the same widgets with room are not.
+    void theFitCheckFindsCutTexts() {
+        for (bool squeezed : {true, false}) {
+            QWidget window;
+            window.setObjectName("window");
+            window.resize(600, 400);
+            auto* label = new QLabel("A label with a fairly long text", &window);
+            auto* button = new QPushButton("A button with a long title", &window);
+            auto* check = new QCheckBox("A check box with a long title", &window);
+            auto* box = new QGroupBox("A group box with a long title", &window);
+            auto* under = new QLabel("Under", &window);
+            const int w = squeezed ? 60 : 400;
+            label->setGeometry(0, 0, w, 30);
+            button->setGeometry(0, 40, w, 30);
+            check->setGeometry(0, 80, w, 30);
+            box->setGeometry(0, 120, w, 60);
+            under->setGeometry(squeezed ? 10 : 450, 5, 100, 20);
+            window.show();
+            const QStringList problems = unfitTexts(&window);
+            QVERIFY2(problems.size() == (squeezed ? 5 : 0),
+                     qPrintable(problems.join("\n"))); // four cut, one overlap
+        }
+    }
+
+    // Every window in each language, on a desktop and on a screen at twice the scale: the main
+    // dialog with each of its tabs, the preview, the panels its buttons open, the progress panel
+    // and a message box show their whole texts, side by side, on their screen.
+    void everyWindowFits_data() {
+        QTest::addColumn<QByteArray>("language");
+        QTest::addColumn<QString>("screen");
+        for (const char* language : {"en", "de", "fr", "ja"})
+            for (const char* screen : {"desktop", "scaled"})
+                QTest::addRow("%s, %s", language, screen) << QByteArray(language) << QString(screen);
+    }
+    void everyWindowFits() {
+        QFETCH(QByteArray, language);
+        QFETCH(QString, screen);
+        Language user(language.constData());
+        SampleModelDef def(sample.definition.deepCopy());
+        def.localize(SampleScanner::kBundle);
+        auto ui = sample.load({.callback = &pageCallback, .modelDef = &def, .show = true});
+        TwDlgMain* dialog = window(*ui);
+        QScreen* target = screenNamed(screen);
+        QVERIFY(dialog && target);
+        QRect placed = dialog->geometry();
+        placed.moveCenter(target->availableGeometry().center());
+        dialog->setGeometry(placed);
+        QCOMPARE(dialog->screen(), target);
+        QStringList problems;
+        auto check = [&](const QString& where, QWidget* w) {
+            QCoreApplication::processEvents();
+            for (const QString& p : unfitTexts(w))
+                problems << where + ": " + p;
+        };
+        auto* tabs = dialog->findChild<QTabWidget*>();
+        for (int i = 0; i < tabs->count(); ++i) {
+            tabs->setCurrentIndex(i);
+            check("tab " + tabs->tabText(i), dialog);
+        }
+        // The panels the buttons open, each checked and closed while it runs.
+        TwainDialogController* c = ui->controllerIfMade();
+        QList<std::pair<QString, std::function<void()>>> panels{
+            {"About",
+             [c] {
+                 c->onAbout();
+             }},
+            {"Customize",
+             [c] {
+                 c->onCustomize();
+             }},
+            {"Custom paper size",
+             [c] {
+                 c->onCustomPaperSize();
+             }},
+            {"Save setting",
+             [c] {
+                 c->onSaveSetting();
+             }},
+            {"Double exposure",
+             [c] {
+                 c->onDoubleExposure();
+             }},
+            {"Page separation",
+             [c] {
+                 c->onPageSeparetion();
+             }},
+        };
+        // The colour gamma editor, as the Color tab's button opens it.
+        QPushButton colourGamma;
+        colourGamma.setProperty("tag", 2);
+        panels.push_back({"Custom gamma", [c, &colourGamma] {
+                              c->onCustomGamma(&colourGamma);
+                          }});
+        for (const auto& [name, open] : panels) {
+            bool seen = false;
+            auto timer = whenModal<QDialog>([&](QDialog* panel) {
+                seen = true;
+                check(name, panel);
+                panel->reject();
+            });
+            open();
+            QTRY_VERIFY2(seen, qPrintable(name + " did not open"));
+        }
+        QTest::mouseClick(dialog->btnPrescan(), Qt::LeftButton);
+        QWidget* preview = ui->controllerIfMade()->dlgPreview();
+        QVERIFY(preview && preview->isVisible());
+        check("preview", preview);
+        ui->showProgressDialog();
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (w->isVisible() && w->inherits("TwDlgScanning"))
+                check("progress", w);
+        ui->hideProgressDialog();
+        const auto text = [&](const char* key) {
+            return QString::fromStdString(ui->localizedStringNoEmpty(key));
+        };
+        const TwMessageBoxSetup setup = TwMessageBoxSetupFor(
+            text("IDS_MSG_CONTINUE_SCAN"), text("IDS_DOUBLEFEED") + "\n\n" + text("IDS_ContinueMsg"),
+            kVmxButtonsContinueStop | 0x30000, true, text);
+        std::unique_ptr<QMessageBox> box(TwCreateMessageBox(setup, dialog));
+        box->show();
+        check("message box", box.get());
+        for (const QString& p : problems)
+            qWarning("%s", qPrintable(p));
+        QVERIFY2(problems.isEmpty(), qPrintable(QString("%1 texts do not fit").arg(problems.size())));
     }
 };
 
