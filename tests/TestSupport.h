@@ -78,6 +78,20 @@ private:
     QByteArray m_home, m_config;
 };
 
+// Sets the user's language (LANGUAGE, which the module reads first) while it lives.
+class UserLanguage {
+public:
+    explicit UserLanguage(const char* language) : m_old(qgetenv("LANGUAGE")) {
+        qputenv("LANGUAGE", language);
+    }
+    ~UserLanguage() { qputenv("LANGUAGE", m_old); }
+    UserLanguage(const UserLanguage&) = delete;
+    UserLanguage& operator=(const UserLanguage&) = delete;
+
+private:
+    QByteArray m_old;
+};
+
 // Writes the bytes, making the folders on the way.
 inline void writeFile(const QString& path, const QByteArray& bytes) {
     QDir().mkpath(QFileInfo(path).path());

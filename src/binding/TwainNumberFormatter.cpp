@@ -1,8 +1,12 @@
 #include "TwainNumberFormatter.h"
 
+#include "TwBundle.h"
+
+#include <QLocale>
 #include <QRegularExpression>
 
 #include <cmath>
+#include <mutex>
 
 namespace {
 // Bounds are tenths or hundredths divided out in double precision; allow for the last bit.
@@ -62,6 +66,25 @@ int TwainNumberFormatter::shownFractionDigits() const {
     return point < 0 ? 0 : int(m_format.size() - point - 1);
 }
 
+QChar TwDecimalSeparator() {
+    // The language rarely changes within a process: its separator is kept until it does.
+    static std::mutex lock;
+    static std::string language;
+    static QChar separator = '.';
+    const std::string now = TwPreferredLanguage();
+    std::lock_guard guard(lock);
+    if (now != language) {
+        language = now;
+        const QString point = QLocale(QString::fromStdString(now)).decimalPoint();
+        separator = point.size() == 1 ? point[0] : QChar('.');
+    }
+    return separator;
+}
+
+QString TwDecimalText(double value, int places) {
+    return QString::number(value, 'f', std::max(places, 0)).replace('.', TwDecimalSeparator());
+}
+
 QString TwainNumberFormatter::stringFromNumber(double number) const {
     if (!std::isfinite(number))
         return QString();
@@ -78,7 +101,7 @@ QString TwainNumberFormatter::stringFromNumber(double number) const {
     static const QRegularExpression negativeZero(QStringLiteral("^-0(\\.0*)?$"));
     if (negativeZero.match(text).hasMatch())
         text.remove(0, 1);
-    return text;
+    return text.replace('.', TwDecimalSeparator());
 }
 
 QString TwainNumberFormatter::stringForObjectValue(const TwValue& object) const {
@@ -88,7 +111,7 @@ QString TwainNumberFormatter::stringForObjectValue(const TwValue& object) const 
 }
 
 bool TwainNumberFormatter::isPartialStringValid(const QString& partial) const {
-    static const QRegularExpression withPoint(QStringLiteral("^\\s*[+-]?\\d*(\\.(\\d*))?\\s*$"));
+    static const QRegularExpression withPoint(QStringLiteral("^\\s*[+-]?\\d*([.,](\\d*))?\\s*$"));
     static const QRegularExpression withoutPoint(QStringLiteral("^\\s*[+-]?\\d*\\s*$"));
     auto match = (m_allowsFloats ? withPoint : withoutPoint).match(partial);
     if (!match.hasMatch())
@@ -98,7 +121,8 @@ bool TwainNumberFormatter::isPartialStringValid(const QString& partial) const {
 
 bool TwainNumberFormatter::parse(const QString& string, double* number) const {
     static const QRegularExpression shape(QStringLiteral("^[+-]?(\\d+(\\.\\d*)?|\\.\\d+)$"));
-    const QString text = string.trimmed();
+    // Either separator, whatever the language.
+    const QString text = string.trimmed().replace(',', '.');
     if (!shape.match(text).hasMatch())
         return false;
     if (!m_allowsFloats && text.contains('.'))

@@ -1,10 +1,20 @@
 // A decimal number formatter with bounds, a fixed pattern ("0", "0.0", "0.00") and its own
 // rejection text, which names the allowed range ("Must in 10.0 - 356.0").
+//
+// Numbers are shown with the decimal separator of the user's language, as the platform's own
+// formatters show them ("0,5" in German and French, "0.5" in English and Japanese), and a number is
+// taken typed with either separator, so "0,5" and "0.5" are the same number in every language. The
+// range in the rejection text is shown the same way.
 #pragma once
 
 #include "TwFormatter.h"
 
 #include <optional>
+
+// The decimal separator of the user's language (TwPreferredLanguage).
+QChar TwDecimalSeparator();
+// The number with that many places, with the user's decimal separator.
+QString TwDecimalText(double value, int places);
 
 class TwainNumberFormatter : public TwFormatter {
     Q_OBJECT

@@ -510,7 +510,7 @@ void TwDlgPreview::SetSideBottomLable(int side) {
     TwainDialogData* m = dialogData();
     const bool back = side == 1;
     auto percent = [](double value) {
-        return QString::asprintf("%.2f(%%)", value);
+        return TwDecimalText(value, 2) + QStringLiteral("(%)");
     };
     const QString none = QStringLiteral("-(%)");
     bool colour = m && m->valueForKeyPath("enable.AutoDistinction").boolValue();

@@ -14,9 +14,9 @@ namespace fs = std::filesystem;
 namespace {
 std::mutex g_moduleMutex;
 std::string g_moduleBundlePath;
+} // namespace
 
-// The user's language, from the usual environment variables: "de_DE.UTF-8" gives "de".
-std::string preferredLanguage() {
+std::string TwPreferredLanguage() {
     for (const char* var : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"}) {
         const char* v = std::getenv(var);
         if (!v || !*v)
@@ -28,7 +28,6 @@ std::string preferredLanguage() {
     }
     return "en";
 }
-} // namespace
 
 TwBundle::TwBundle(std::string path) : m_path(std::move(path)) {}
 
@@ -104,7 +103,7 @@ std::vector<std::string> TwBundle::localizationFolders() const {
         if (std::find(folders.begin(), folders.end(), f) == folders.end())
             folders.push_back(f);
     };
-    add(preferredLanguage());
+    add(TwPreferredLanguage());
     TwValue region = objectForInfoDictionaryKey("CFBundleDevelopmentRegion");
     if (region.isString() && !region.str()->empty())
         add(*region.str());

@@ -9,6 +9,10 @@
 #include <mutex>
 #include <string>
 
+// The user's language: the first of LANGUAGE, LC_ALL, LC_MESSAGES and LANG that names one, cut
+// to its language ("de_DE.UTF-8" is "de"); "en" when none does (C and POSIX name none).
+std::string TwPreferredLanguage();
+
 class TwBundle {
 public:
     // The bundle at the folder, or null (logged) when it is not a folder.

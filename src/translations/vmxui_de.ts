@@ -1493,7 +1493,7 @@
     </message>
     <message>
         <source>0.01</source>
-        <translation>0.01</translation>
+        <translation>0,01</translation>
     </message>
     <message>
         <source>Color pixel ratio</source>
@@ -1501,7 +1501,7 @@
     </message>
     <message>
         <source>50.0</source>
-        <translation>50.0</translation>
+        <translation>50,0</translation>
     </message>
     <message>
         <source>Color pixel ratio value</source>
@@ -2024,7 +2024,7 @@
     </message>
     <message>
         <source>0.01</source>
-        <translation>0.01</translation>
+        <translation>0,01</translation>
     </message>
     <message>
         <source>Blank page pixel ratio</source>
@@ -2032,7 +2032,7 @@
     </message>
     <message>
         <source>5.0</source>
-        <translation>5.0</translation>
+        <translation>5,0</translation>
     </message>
     <message>
         <source>Blank page pixel ratio value</source>

@@ -572,12 +572,42 @@ private slots:
         QCOMPARE(parsed.isReal(), accepted && places > 0);
     }
 
+    // Numbers show with the user's language's decimal separator and are taken typed with either;
+    // the range in the rejection shows the same way.
+    void numbersInTheUsersLanguage_data() {
+        columns<QByteArray, QString>("language", "separator");
+        row("English", QByteArray("en_US.UTF-8"), ".");
+        row("German", QByteArray("de_DE.UTF-8"), ",");
+        row("French", QByteArray("fr"), ",");
+        row("Japanese", QByteArray("ja_JP"), ".");
+    }
+    void numbersInTheUsersLanguage() {
+        auto [language, separator] = fetch<QByteArray, QString>("language", "separator");
+        UserLanguage user(language.constData());
+        auto f = formatter(100, 3560, 1);
+        QCOMPARE(f->stringFromNumber(12.5), "12" + separator + "5");
+        QCOMPARE(f->stringFromNumber(-0.01), "0" + separator + "0");
+        QCOMPARE(TwDecimalText(0.5, 2), "0" + separator + "50");
+        for (const QString& typed : {QString("12,5"), QString("12.5"), QString(" 12,46 ")}) {
+            TwValue parsed;
+            QString error;
+            QVERIFY2(f->getObjectValue(&parsed, typed, &error), qPrintable(typed));
+            QCOMPARE(parsed.doubleValue(), 12.5); // 12.46 to the field's one place
+            QVERIFY(f->isPartialStringValid(typed.trimmed().left(3)));
+        }
+        QVERIFY2(f->errorString().contains("10" + separator + "0") &&
+                     f->errorString().contains("356" + separator + "0"),
+                 qPrintable(f->errorString()));
+        QVERIFY(!formatter(100, 3560, 0)->isPartialStringValid("12,5"));
+    }
+
     // ---- the message text from the bundles ----
 
     // The range message comes from this module's table in the user's language, else the default.
     void rangeMessage() {
-        // Language (none: no bundle at all), the table's text (none: no table), the message.
-        const char* cases[][3] = {{"de", "Erlaubt: %@ bis %@", "Erlaubt: 0.01 bis 5.00"},
+        // Language (none: no bundle at all), the table's text (none: no table), the message (in
+        // German with German numbers).
+        const char* cases[][3] = {{"de", "Erlaubt: %@ bis %@", "Erlaubt: 0,01 bis 5,00"},
                                   {"en", "From %2$@ down to %1$@ (100%%)", "From 5.00 down to 0.01 (100%)"},
                                   {"en", "", "Must in 0.01 - 5.00"},
                                   {"", "", "Must in 0.01 - 5.00"}};

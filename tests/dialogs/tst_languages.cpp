@@ -77,16 +77,6 @@ QList<FormMessage> readTs(const QString& path) {
     return xml.hasError() ? QList<FormMessage>{} : messages;
 }
 
-// Sets the user's language while it lives.
-class Language {
-public:
-    explicit Language(const char* language) : m_old(qgetenv("LANGUAGE")) { qputenv("LANGUAGE", language); }
-    ~Language() { qputenv("LANGUAGE", m_old); }
-
-private:
-    QByteArray m_old;
-};
-
 // Prescans deliver an A4 page at 50 dpi.
 std::uint16_t pageCallback(std::uint16_t event, void* data) {
     recordEvent(event, data);
@@ -196,7 +186,7 @@ private slots:
         QVERIFY2(missing.isEmpty(), qPrintable(missing.join(", ")));
         // Applied, the sample's paper list speaks the language.
         SampleModelDef def(TwPlistReadFile(SampleScanner::kBundle + "/Contents/Resources/ModelDef.plist"));
-        Language user(qPrintable(language));
+        UserLanguage user(qPrintable(language));
         def.localize(SampleScanner::kBundle);
         const TwValue sizes = def.UIOptions().dict()->value("PaperSize");
         QVERIFY(sizes.list() && !sizes.list()->empty());
@@ -216,7 +206,7 @@ private slots:
     void theDialogSpeaksTheUsersLanguage() {
         QFETCH(QByteArray, language);
         QFETCH(QString, tables);
-        Language user(language.constData());
+        UserLanguage user(language.constData());
         auto ui = sample.load({.show = true});
         const QMap<QString, QString> strings =
             readTable(sampleResources + "/" + tables + ".lproj/Localizable.strings");
@@ -273,7 +263,7 @@ private slots:
     void everyWindowFits() {
         QFETCH(QByteArray, language);
         QFETCH(QString, screen);
-        Language user(language.constData());
+        UserLanguage user(language.constData());
         SampleModelDef def(sample.definition.deepCopy());
         def.localize(SampleScanner::kBundle);
         auto ui = sample.load({.callback = &pageCallback, .modelDef = &def, .show = true});
