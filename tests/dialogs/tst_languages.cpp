@@ -334,10 +334,14 @@ private slots:
         QVERIFY(preview && preview->isVisible());
         check("preview", preview);
         ui->showProgressDialog();
+        int progressPanels = 0;
         for (QWidget* w : QApplication::topLevelWidgets())
-            if (w->isVisible() && w->inherits("TwDlgScanning"))
+            if (w->isVisible() && w->inherits("TwDlgScanning")) {
                 check("progress", w);
+                ++progressPanels;
+            }
         ui->hideProgressDialog();
+        QCOMPARE(progressPanels, 1);
         const auto text = [&](const char* key) {
             return QString::fromStdString(ui->localizedStringNoEmpty(key));
         };
