@@ -5,13 +5,7 @@ file(REMOVE_RECURSE ${out})
 file(MAKE_DIRECTORY ${out})
 set(src ${PREFIX}/share/doc/vmxui/examples/consumer)
 
-function(run)
-    execute_process(COMMAND ${ARGN} RESULT_VARIABLE failed OUTPUT_VARIABLE output ERROR_VARIABLE output)
-    if(failed)
-        message(FATAL_ERROR "${ARGN}\n${output}")
-    endif()
-    set(output "${output}" PARENT_SCOPE)
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 
 if(VARIANT STREQUAL "find_package")
     run(${CMAKE_COMMAND} -S ${src} -B ${out} -DCMAKE_PREFIX_PATH=${PREFIX} -DCMAKE_CXX_COMPILER=${CXX}
