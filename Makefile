@@ -1,6 +1,7 @@
 # Two entry points: `make demo` and `make test`. Both install any Debian package that is missing,
 # then configure and build. SANITIZE=1 builds everything with ASan and UBSan in build-sanitize/.
-# For data source developers: `make install PREFIX=...` and `make deb`.
+# For data source developers: `make install PREFIX=...` and `make deb`. `make cross-test ARCH=arm64`
+# builds for 64-bit Arm and runs the tests under emulation.
 
 SANITIZE ?= 0
 ifeq ($(SANITIZE),1)
@@ -15,7 +16,7 @@ DEBIAN_PACKAGES := cmake make g++ pkg-config qt6-base-dev qt6-base-dev-tools qt6
     libplist-dev libsane-dev libgl-dev fonts-dejavu-core fonts-noto-cjk xvfb xauth dpkg-dev file \
     qt6-l10n-tools
 
-.PHONY: all deps build test demo format clean bench install deb
+.PHONY: all deps build test demo format clean bench install deb cross-deps cross-test
 
 all: build
 
@@ -61,6 +62,31 @@ deb: build
 	cd $(BUILD) && cpack -G DEB -B $(abspath $(BUILD))/packages
 	@ls -l $(BUILD)/packages/*.deb
 
+# A cross build and the test suite under user-mode emulation: make cross-test ARCH=arm64. Debian's
+# arm64 architecture is added and its packages installed beside the machine's own.
+ARCH ?= arm64
+CROSS_BUILD := build-$(ARCH)
+CROSS_PACKAGES := crossbuild-essential-$(ARCH) qt6-base-dev:$(ARCH) libplist-dev:$(ARCH) \
+    libsane-dev:$(ARCH) libgl-dev:$(ARCH) qemu-user-static
+cross-deps: deps
+	@test -f cmake/toolchain-$(ARCH).cmake || { echo "no toolchain for $(ARCH)"; exit 2; }
+	@sudo=""; [ "$$(id -u)" -eq 0 ] || sudo=sudo; \
+	if ! dpkg --print-foreign-architectures | grep -qx $(ARCH); then \
+	    $$sudo dpkg --add-architecture $(ARCH) && $$sudo apt-get update -qq; \
+	fi; \
+	missing=""; for p in $(CROSS_PACKAGES); do \
+	    dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "install ok installed" || missing="$$missing $$p"; \
+	done; \
+	if [ -n "$$missing" ]; then \
+	    echo "Installing missing packages:$$missing"; \
+	    DEBIAN_FRONTEND=noninteractive $$sudo apt-get install -y -qq $$missing; \
+	fi
+
+cross-test: cross-deps
+	cmake -S . -B $(CROSS_BUILD) -DCMAKE_TOOLCHAIN_FILE=$(CURDIR)/cmake/toolchain-$(ARCH).cmake
+	cmake --build $(CROSS_BUILD) -j $(JOBS)
+	cd $(CROSS_BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)
+
 bench: build
 	@for b in $(BUILD)/bench/bench_*; do [ -x "$$b" ] && "$$b"; done
 
@@ -68,4 +94,4 @@ format:
 	clang-format -i $$(git ls-files '*.cpp' '*.h')
 
 clean:
-	rm -rf build build-sanitize
+	rm -rf build build-sanitize build-arm64

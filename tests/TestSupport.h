@@ -78,6 +78,17 @@ private:
     QByteArray m_home, m_config;
 };
 
+// Starts a program of this build: through the emulator a cross build's tests run under
+// (VMX_TEST_EMULATOR, words split at blanks), else as it is.
+inline void startBuiltProgram(QProcess& process, const QString& program, const QStringList& arguments) {
+    QStringList emulator =
+        QString::fromLocal8Bit(qgetenv("VMX_TEST_EMULATOR")).split(' ', Qt::SkipEmptyParts);
+    if (emulator.isEmpty())
+        process.start(program, arguments);
+    else
+        process.start(emulator.takeFirst(), emulator + QStringList{program} + arguments);
+}
+
 // Sets the user's language (LANGUAGE, which the module reads first) while it lives.
 class UserLanguage {
 public:

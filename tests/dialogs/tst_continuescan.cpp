@@ -423,9 +423,10 @@ private slots:
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert("QT_QPA_PLATFORM", "offscreen");
         scan.setProcessEnvironment(env);
-        scan.start(QStringLiteral(SAMPLEDS_PATH),
-                   {"--headless", "--scan", "--scan-pages", "4", "--double-feed-at", "2", "--paper-wait",
-                    "0.3", "--page-time", "20", "--auto-answer", answer, "--answer-after", "0"});
+        startBuiltProgram(scan, QStringLiteral(SAMPLEDS_PATH),
+                          {"--headless", "--scan", "--scan-pages", "4", "--double-feed-at", "2",
+                           "--paper-wait", "0.3", "--page-time", "20", "--auto-answer", answer,
+                           "--answer-after", "0"});
         QVERIFY(scan.waitForFinished(60000));
         const QString out = QString::fromUtf8(scan.readAllStandardOutput());
         QCOMPARE(scan.exitCode(), 0);

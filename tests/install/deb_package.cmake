@@ -59,7 +59,7 @@ if(NOT pc MATCHES "prefix=/usr\n")
     string(APPEND errors "\n  the packaged vmxui.pc is not for /usr:\n${pc}")
 endif()
 
-execute_process(COMMAND ${out}/root/usr/bin/sampleds --headless RESULT_VARIABLE failed
+execute_process(COMMAND ${EMULATOR} ${out}/root/usr/bin/sampleds --headless RESULT_VARIABLE failed
     OUTPUT_VARIABLE output ERROR_VARIABLE output)
 if(failed OR NOT output MATCHES "module ${out}/root/usr/lib/vmxui/VmxUI.bundle/Contents/MacOS/VmxUI.so\n"
    OR NOT output MATCHES "event 1")

@@ -62,7 +62,7 @@ Run sampleds(const QStringList& arguments, const QString& home) {
     env.insert("XDG_CONFIG_HOME", home + "/.config");
     env.insert("QT_QPA_PLATFORM", "offscreen");
     process.setProcessEnvironment(env);
-    process.start(QStringLiteral(SAMPLEDS_PATH), arguments);
+    startBuiltProgram(process, QStringLiteral(SAMPLEDS_PATH), arguments);
     Run run;
     if (!process.waitForFinished(120000))
         return run;
