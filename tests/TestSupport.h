@@ -22,6 +22,12 @@
 #include <tuple>
 #include <vector>
 
+#include <csignal>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 Q_DECLARE_METATYPE(TwValue)
 
 using namespace Qt::StringLiterals;
@@ -78,15 +84,82 @@ private:
     QByteArray m_home, m_config;
 };
 
-// Starts a program of this build: through the emulator a cross build's tests run under
-// (VMX_TEST_EMULATOR, words split at blanks), else as it is.
-inline void startBuiltProgram(QProcess& process, const QString& program, const QStringList& arguments) {
-    QStringList emulator =
-        QString::fromLocal8Bit(qgetenv("VMX_TEST_EMULATOR")).split(' ', Qt::SkipEmptyParts);
-    if (emulator.isEmpty())
-        process.start(program, arguments);
-    else
-        process.start(emulator.takeFirst(), emulator + QStringList{program} + arguments);
+// A program of this build run to its end: its exit status (-1 when it did not start, did not end
+// within the time or ended by a signal) and what it wrote.
+struct BuiltProgramRun {
+    int exitCode = -1;
+    QString out, err;
+};
+// Runs the program with the environment (QProcessEnvironment's "NAME=value" list), through the
+// emulator a cross build's tests run under (VMX_TEST_EMULATOR, words split at blanks) when there
+// is one, and waits at most timeoutMs. It is started with posix_spawn: QProcess's way of starting
+// a child is refused under qemu's user-mode emulation.
+inline BuiltProgramRun runBuiltProgram(const QString& program, const QStringList& arguments,
+                                       const QStringList& environment, int timeoutMs) {
+    QStringList words = QString::fromLocal8Bit(qgetenv("VMX_TEST_EMULATOR")).split(' ', Qt::SkipEmptyParts);
+    words << program << arguments;
+    std::vector<QByteArray> argBytes, envBytes;
+    for (const QString& w : words)
+        argBytes.push_back(w.toLocal8Bit());
+    for (const QString& e : environment)
+        envBytes.push_back(e.toLocal8Bit());
+    std::vector<char*> argv, envp;
+    for (QByteArray& b : argBytes)
+        argv.push_back(b.data());
+    for (QByteArray& b : envBytes)
+        envp.push_back(b.data());
+    argv.push_back(nullptr);
+    envp.push_back(nullptr);
+
+    BuiltProgramRun run;
+    int out[2], err[2];
+    if (pipe(out) != 0 || pipe(err) != 0)
+        return run;
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, out[1], 1);
+    posix_spawn_file_actions_adddup2(&actions, err[1], 2);
+    posix_spawn_file_actions_addclose(&actions, out[0]);
+    posix_spawn_file_actions_addclose(&actions, err[0]);
+    pid_t pid = 0;
+    const int spawned = posix_spawnp(&pid, argv[0], &actions, nullptr, argv.data(), envp.data());
+    posix_spawn_file_actions_destroy(&actions);
+    close(out[1]);
+    close(err[1]);
+    QByteArray outBytes, errBytes;
+    QElapsedTimer clock;
+    clock.start();
+    pollfd fds[2] = {{out[0], POLLIN, 0}, {err[0], POLLIN, 0}};
+    int open = spawned == 0 ? 2 : 0;
+    while (open > 0 && clock.elapsed() < timeoutMs) {
+        if (poll(fds, 2, 100) <= 0)
+            continue;
+        for (pollfd& fd : fds) {
+            if (fd.fd < 0 || !(fd.revents & (POLLIN | POLLHUP)))
+                continue;
+            char buffer[4096];
+            const ssize_t n = read(fd.fd, buffer, sizeof buffer);
+            if (n > 0) {
+                (&fd == &fds[0] ? outBytes : errBytes).append(buffer, n);
+            } else {
+                fd.fd = -1;
+                --open;
+            }
+        }
+    }
+    close(out[0]);
+    close(err[0]);
+    if (spawned != 0)
+        return run;
+    int status = 0;
+    if (open > 0)
+        kill(pid, SIGKILL); // out of time
+    waitpid(pid, &status, 0);
+    run.out = QString::fromUtf8(outBytes);
+    run.err = QString::fromUtf8(errBytes);
+    if (open == 0 && WIFEXITED(status))
+        run.exitCode = WEXITSTATUS(status);
+    return run;
 }
 
 // Sets the user's language (LANGUAGE, which the module reads first) while it lives.

@@ -418,18 +418,16 @@ private slots:
     }
     void aHeadlessScanGoesOnOrStopsByTheAnswer() {
         auto [answer, lines] = fetch<QString, QStringList>("answer", "lines");
-        QProcess scan;
         // The run inherits the case's own home and preferences folder, never the user's.
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert("QT_QPA_PLATFORM", "offscreen");
-        scan.setProcessEnvironment(env);
-        startBuiltProgram(scan, QStringLiteral(SAMPLEDS_PATH),
-                          {"--headless", "--scan", "--scan-pages", "4", "--double-feed-at", "2",
-                           "--paper-wait", "0.3", "--page-time", "20", "--auto-answer", answer,
-                           "--answer-after", "0"});
-        QVERIFY(scan.waitForFinished(60000));
-        const QString out = QString::fromUtf8(scan.readAllStandardOutput());
-        QCOMPARE(scan.exitCode(), 0);
+        const BuiltProgramRun scan = runBuiltProgram(
+            QStringLiteral(SAMPLEDS_PATH),
+            {"--headless", "--scan", "--scan-pages", "4", "--double-feed-at", "2", "--paper-wait", "0.3",
+             "--page-time", "20", "--auto-answer", answer, "--answer-after", "0"},
+            env.toStringList(), 60000);
+        const QString& out = scan.out;
+        QCOMPARE(scan.exitCode, 0);
         // In this order, each once.
         qsizetype from = 0;
         for (const QString& line : lines) {

@@ -11,7 +11,7 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
-#include <QProcess>
+#include <QProcessEnvironment>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -49,27 +49,15 @@ int pixelsFor(double mm, int dpi) {
     return int(mm / 25.4 * dpi);
 }
 
-struct Run {
-    int exitCode = -1;
-    QString out, err;
-};
+using Run = BuiltProgramRun;
 
 // sampleds with its own home, as a data source is started.
 Run sampleds(const QStringList& arguments, const QString& home) {
-    QProcess process;
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert("HOME", home);
     env.insert("XDG_CONFIG_HOME", home + "/.config");
     env.insert("QT_QPA_PLATFORM", "offscreen");
-    process.setProcessEnvironment(env);
-    startBuiltProgram(process, QStringLiteral(SAMPLEDS_PATH), arguments);
-    Run run;
-    if (!process.waitForFinished(120000))
-        return run;
-    run.exitCode = process.exitCode();
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return runBuiltProgram(QStringLiteral(SAMPLEDS_PATH), arguments, env.toStringList(), 120000);
 }
 
 int pdfPages(const QString& path) {
