@@ -82,8 +82,7 @@ inline QStringList unfitTexts(QWidget* window) {
         } else if (auto* box = qobject_cast<QGroupBox*>(w)) {
             if (box->title().isEmpty())
                 continue;
-            QFont font = box->font();
-            const int need = QFontMetrics(font).horizontalAdvance(shown(box->title())) + 16 +
+            const int need = fm.horizontalAdvance(shown(box->title())) + 16 +
                              (box->isCheckable() ? w->style()->pixelMetric(QStyle::PM_IndicatorWidth) : 0);
             if (need > box->width() + 1)
                 problems << describe(w, box->title(), need, box->width());

@@ -403,14 +403,12 @@ bool TwDlgPreview::onFindPage() {
                            localizedString(QStringLiteral("IDS_PREVIEW_NO_PAGE")), ui->btnFindPage);
         return false;
     }
-    const QRectF rect(found->x() * scaleX, found->y() * scaleY, (found->width()) * scaleX,
-                      (found->height()) * scaleY);
+    const QRectF rect(found->x() * scaleX, found->y() * scaleY, found->width() * scaleX,
+                      found->height() * scaleY);
     OrvaLog(kOrvaLogInfo, "\t%s: document at %.1f, %.1f, %.1f x %.1f mm\n", "TwDlgPreview::onFindPage",
             rect.x(), rect.y(), rect.width(), rect.height());
     writeArea(*main, rect);
-    ValidateAreaRect();
-    setSelectedArea();
-    ui->viewPreview->update();
+    ValidateAreaRect(); // what validation changes reaches the view through the observations
     return true;
 }
 

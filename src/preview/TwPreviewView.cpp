@@ -178,20 +178,29 @@ void TwPreviewView::showCursorAt(QPointF p) {
 
 // ---- Handles and the readout ---------------------------------------------------------------------
 
-QRectF TwPreviewView::selectedOverlay() const {
-    if (!m_dlgParent)
-        return {};
-    std::vector<TwAreaOverlay> overlays;
-    m_dlgParent->GetAreas(overlays);
+namespace {
+QRectF selectedIn(const std::vector<TwAreaOverlay>& overlays) {
     for (const TwAreaOverlay& overlay : overlays)
         if (overlay.selected)
             return overlay.rect;
     return {};
 }
+} // namespace
+
+QRectF TwPreviewView::selectedOverlay() const {
+    if (!m_dlgParent)
+        return {};
+    std::vector<TwAreaOverlay> overlays;
+    m_dlgParent->GetAreas(overlays);
+    return selectedIn(overlays);
+}
 
 std::vector<QRectF> TwPreviewView::handleRects() const {
+    return handleRectsAround(m_opMode == kOpSelect ? selectedOverlay() : QRectF());
+}
+
+std::vector<QRectF> TwPreviewView::handleRectsAround(const QRectF& area) const {
     std::vector<QRectF> handles;
-    const QRectF area = m_opMode == kOpSelect ? selectedOverlay() : QRectF();
     if (area.isEmpty())
         return handles;
     for (QPointF point : areaHandlePoints(area))
@@ -199,11 +208,13 @@ std::vector<QRectF> TwPreviewView::handleRects() const {
     return handles;
 }
 
-void TwPreviewView::paintHandles(QPainter& painter) const {
+void TwPreviewView::paintHandles(QPainter& painter, const QRectF& selectedArea) const {
+    if (m_opMode != kOpSelect)
+        return;
     painter.save();
     painter.setPen(QPen(Qt::black, 1.0));
     painter.setBrush(Qt::white);
-    for (const QRectF& handle : handleRects())
+    for (const QRectF& handle : handleRectsAround(selectedArea))
         painter.drawRect(handle.adjusted(0.5, 0.5, -0.5, -0.5));
     painter.restore();
 }
@@ -325,7 +336,7 @@ void TwPreviewView::paintEvent(QPaintEvent* event) {
         painter.setPen(pen);
         painter.drawRect(m_mapping.viewFromPage(overlay.rect));
     }
-    paintHandles(painter);
+    paintHandles(painter, selectedIn(overlays)); // the overlays read once per paint
     tool().paint(painter);
     paintReadout(painter);
     if (hasFocus()) {

@@ -147,7 +147,8 @@ private:
     TwPreviewTool& tool() const { return *m_tools[std::size_t(m_opMode)]; }
     // The selected area as painted (page millimetres); empty when none is.
     QRectF selectedOverlay() const;
-    void paintHandles(QPainter& painter) const;
+    std::vector<QRectF> handleRectsAround(const QRectF& selectedArea) const;
+    void paintHandles(QPainter& painter, const QRectF& selectedArea) const;
     void paintReadout(QPainter& painter) const;
 
     QPointer<TwDlgPreview> m_dlgParent;
